@@ -1,0 +1,53 @@
+#include "geometry/Geometry.h"
+
+#include <cmath>
+#include <iostream>
+
+float Geometry::getLengthGeomSeries(float first, float ratio, float sum) {
+    if (ratio < 0) std::cerr << "(Geometry:getLengthGeomSeries): negative ratio" << std::endl;
+    const double q = ratio;
+    const double lastRatio = 1 + sum * (q - 1) / first; // ratio^n
+    if (lastRatio <= 0) return -1;
+    return static_cast<float>(std::log(lastRatio) / std::log(q));
+}
+
+float Geometry::getSumGeomSeries(float first, float ratio, float length) {
+    const double q = ratio;
+    return static_cast<float>(first * (1 - std::pow(q, length)) / (1 - q));
+}
+
+float Geometry::getSumInfGeomSeries(float first, float ratio) {
+    // The message has always carried this other name; whoever searches logs for it still finds it.
+    if (ratio > 1) {
+        std::cerr << "(Geometry:CalcLengthGeomSeries): series does not converge" << std::endl;
+    }
+    return static_cast<float>(first / (1 - static_cast<double>(ratio)));
+}
+
+float Geometry::getFirstGeomSeries(float sum, float ratio, float length) {
+    const double q = ratio;
+    return static_cast<float>(sum * (1 - q) / (1 - std::pow(q, length)));
+}
+
+float Geometry::getFirstInfGeomSeries(float sum, float ratio) {
+    if (ratio > 1) {
+        std::cerr << "(Geometry:getFirstInfGeomSeries):series does not converge" << std::endl;
+    }
+    return static_cast<float>(sum * (1 - static_cast<double>(ratio)));
+}
+
+int Geometry::abcFormula(float a, float b, float c, float* s1, float* s2) {
+    // In double, because b*b and 4*a*c are often large and nearly the same.
+    const double minusB = -static_cast<double>(b);
+    const double twoA = 2.0 * a;
+    const double discriminant = minusB * minusB - 2 * twoA * c;
+    if (std::fabs(discriminant) < EPSILON) {
+        *s1 = static_cast<float>(minusB / twoA);
+        return 1;
+    }
+    if (discriminant < 0) return 0;
+    const double root = std::sqrt(discriminant);
+    *s1 = static_cast<float>((minusB + root) / twoA);
+    *s2 = static_cast<float>((minusB - root) / twoA);
+    return 2;
+}
