@@ -1,0 +1,106 @@
+#pragma once
+
+#include "parser/RCC_Angle.h"
+
+#include <charconv>
+#include <concepts>
+#include <limits>
+#include <string_view>
+
+/// A cursor over one message of nested lists: `(word 1.5 "text" (word ...))`.
+///
+/// Every operation skips leading blanks and tells whether it found what it was asked for. After a
+/// failure the position means nothing any more: the message is to be dropped.
+class RCC_Scanner {
+public:
+    static constexpr int MAX_DEPTH = 32; ///< of lists that are skipped unread
+
+    explicit RCC_Scanner(std::string_view message)
+        : cursor(message.data()), end(message.data() + message.size()) {}
+
+    bool open() { return take('('); }
+    bool close() { return take(')'); }
+
+    /// The opening of a list with the given first word.
+    bool open(std::string_view first) { return open() && keyword(first); }
+
+    /// The closing of the message, which nothing but blanks may follow.
+    bool finish();
+
+    bool atOpen() { return peek() == '('; }
+    bool atClose() { return peek() == ')'; }
+    bool atQuote() { return peek() == '"'; }
+    bool atNumber() { return isDigit(peek()) || peek() == '-' || peek() == '.'; }
+
+    /// The next character that is not blank, NUL at the end of the message.
+    char peek() {
+        while (cursor != end && isBlank(*cursor)) {
+            ++cursor;
+        }
+        return cursor == end ? '\0' : *cursor;
+    }
+
+    /// A run of printable characters other than blanks, quotes and parentheses; empty if there is
+    /// none here.
+    std::string_view word();
+    bool keyword(std::string_view expected) { return word() == expected; }
+
+    /// Everything up to the closing of the list, which is not read; nested lists are refused.
+    bool textUpToClose(std::string_view& text);
+
+    /// A quoted text of printable characters, without its quotes.
+    bool quoted(std::string_view& text);
+
+    /// Any one word, quoted text or list, parentheses included.
+    bool item(std::string_view& text);
+
+    /// Items up to the closing of the list, which is not read.
+    bool skipItems();
+
+    /// A finite decimal number; infinities, nan and hexadecimal are not numbers.
+    template <std::floating_point T>
+    bool real(T& value) {
+        if (!startsNumber()) return false;
+        auto const [rest, error] = std::from_chars(cursor, end, value);
+        cursor = rest;
+        return error == std::errc{} && atDelimiter();
+    }
+
+    /// A number without fraction in [low, high], in whatever form a real may have.
+    bool integer(int& value, int low = std::numeric_limits<int>::min(),
+                 int high = std::numeric_limits<int>::max());
+
+    bool cycle(int& time) { return integer(time, 0); }
+
+    /// Degrees, at most one full turn either way.
+    bool angle(RCC_Angle& angle);
+
+private:
+    static constexpr bool isBlank(char c) {
+        return c == ' ' || c == '\n' || c == '\t' || c == '\r';
+    }
+    static constexpr bool isDigit(char c) { return c >= '0' && c <= '9'; }
+    static constexpr bool isPrintable(char c) { return c >= ' ' && c <= '~'; }
+    static constexpr bool isWordPart(char c) {
+        return isPrintable(c) && c != ' ' && c != '(' && c != ')' && c != '"';
+    }
+
+    bool take(char expected) {
+        if (peek() != expected || cursor == end) return false;
+        ++cursor;
+        return true;
+    }
+
+    bool startsNumber() {
+        char const first = peek();
+        if (first != '-') return isDigit(first) || first == '.';
+        return end - cursor > 1 && (isDigit(cursor[1]) || cursor[1] == '.');
+    }
+
+    bool atDelimiter() const { return cursor == end || !(isWordPart(*cursor) || *cursor == '"'); }
+
+    bool skipAtom();
+
+    char const* cursor;
+    char const* end;
+};
