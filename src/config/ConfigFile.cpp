@@ -1,0 +1,26 @@
+#include "config/ConfigFile.h"
+
+#include "config/readConfFile.h"
+
+#include <fstream>
+#include <optional>
+#include <sstream>
+
+namespace {
+
+/// Nothing when the file cannot be opened, or opens but cannot be read, as a folder does.
+std::optional<std::string> readWholeFile(const char* path) {
+    std::ifstream file(path);
+    file.peek(); // finds out whether the file can be read, and doesn't mind an empty one
+    if (file.fail()) return std::nullopt;
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+} // namespace
+
+bool ConfigFile::parseConfigFile(const char* path, bool scannerDebug, bool parserDebug) {
+    const std::optional<std::string> text = readWholeFile(path);
+    return text && readConfFile(*text, scannerDebug, parserDebug);
+}

@@ -1,0 +1,247 @@
+#include "config/readConfFile.h"
+
+#include "config/ConfigFile.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <iostream>
+#include <string>
+#include <system_error>
+#include <variant>
+
+namespace {
+
+/// The kind of the member is the kind of value that the keyword takes.
+struct Keyword {
+    std::string_view name;
+    std::variant<std::string*, int*, double*> member;
+};
+
+// No keyword is the beginning of another, so the first that fits is the longest.
+// clang-format off
+constexpr std::array<Keyword, 21> KEYWORDS{{
+    {"teamname",                  &ConfigFile::teamname},
+    {"serverHost",                &ConfigFile::serverHost},
+    {"serverPort",                &ConfigFile::serverPort},
+    {"noSeeFraction",             &ConfigFile::noSeeFraction},
+    {"firstHalfFraction",         &ConfigFile::firstHalfFraction},
+    {"lastHalfFraction",          &ConfigFile::lastHalfFraction},
+    {"angleWhenToTurn",           &ConfigFile::angleWhenToTurn},
+    {"dribbleKickPower",          &ConfigFile::dribbleKickPower},
+    {"stopBallPowerThr",          &ConfigFile::stopBallPowerThr},
+    {"positioningTolerance",      &ConfigFile::positioningTolerance},
+    {"dribbleAreaX",              &ConfigFile::dribbleAreaX},
+    {"passAreaX",                 &ConfigFile::passAreaX},
+    {"passEndSpeed",              &ConfigFile::passEndSpeed},
+    {"passMinDelay",              &ConfigFile::passMinDelay},
+    {"passScanDelay",             &ConfigFile::passScanDelay},
+    {"walkPower",                 &ConfigFile::walkPower},
+    {"stopBallAngleTolerance",    &ConfigFile::stopBallAngleTolerance},
+    {"stopBallVelocityThreshold", &ConfigFile::stopBallVelocityThreshold},
+    {"stopBallSectorFrom",        &ConfigFile::stopBallSectorFrom},
+    {"stopBallSectorTo",          &ConfigFile::stopBallSectorTo},
+    {"sayID",                     &ConfigFile::sayID},
+}};
+// clang-format on
+
+enum class TokenKind { END, KEYWORD, COLON, LONG, DOUBLE, CHARS, ERROR };
+
+std::string_view kindName(TokenKind kind) {
+    static constexpr std::array<std::string_view, 7> NAMES{"END",    "KEYWORD", "COLON", "LONG",
+                                                           "DOUBLE", "CHARS",   "ERROR"};
+    return NAMES.at(static_cast<std::size_t>(kind));
+}
+
+struct Token {
+    TokenKind kind = TokenKind::END;
+    std::string_view text;            ///< as it stands in the file; empty at its end
+    const Keyword* keyword = nullptr; ///< for KEYWORD only
+};
+
+// Characters are tested by value: the language of the file does not follow the locale.
+
+constexpr bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+constexpr bool isSpace(char c) {
+    return c == ' ' || c == '\t' || c == '\n';
+}
+
+constexpr bool isCharsCharacter(char c) {
+    return isDigit(c) || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == ' ' || c == '-' ||
+           c == '_';
+}
+
+constexpr bool isComment(char c) {
+    return c != '\n';
+}
+
+/// How many characters at the beginning of text satisfy the test.
+template <class Test>
+std::size_t span(std::string_view text, Test test) {
+    return static_cast<std::size_t>(std::ranges::find_if_not(text, test) - text.begin());
+}
+
+// The lengths of the tokens at the beginning of text; 0 when there is none of the kind.
+
+std::size_t longLength(std::string_view text) {
+    const std::size_t sign = text.starts_with('-') ? 1 : 0;
+    const std::size_t digits = span(text.substr(sign), isDigit);
+    return digits == 0 ? 0 : sign + digits;
+}
+
+std::size_t exponentLength(std::string_view text) {
+    if (!text.starts_with('e') && !text.starts_with('E')) return 0;
+    const std::size_t number = longLength(text.substr(1));
+    return number == 0 ? 0 : 1 + number;
+}
+
+std::size_t doubleLength(std::string_view text) {
+    const std::size_t whole = longLength(text);
+    if (whole == 0 || !text.substr(whole).starts_with('.')) return 0;
+    const std::size_t decimals = span(text.substr(whole + 1), isDigit);
+    if (decimals == 0) return 0;
+    const std::size_t mantissa = whole + 1 + decimals;
+    return mantissa + exponentLength(text.substr(mantissa));
+}
+
+std::size_t charsLength(std::string_view text) {
+    if (!text.starts_with('"')) return 0;
+    const std::size_t inside = span(text.substr(1), isCharsCharacter);
+    const bool closed = text.substr(1 + inside).starts_with('"');
+    return inside > 0 && closed ? inside + 2 : 0;
+}
+
+const Keyword* findKeyword(std::string_view text) {
+    const auto* found = std::ranges::find_if(
+        KEYWORDS, [text](const Keyword& keyword) { return text.starts_with(keyword.name); });
+    return found == KEYWORDS.end() ? nullptr : found;
+}
+
+/// Cuts the text into tokens.
+class Scanner {
+public:
+    Scanner(std::string_view text, bool trace) : rest(text), tracing(trace) {}
+
+    Token next() {
+        skipSpaceAndComments();
+        const Token token = recognise();
+        rest.remove_prefix(token.text.size());
+        if (token.kind == TokenKind::ERROR) {
+            std::cerr << "readConfFile"
+                      << ": Tokenizer Error at <" << token.text << ">" << std::endl;
+        } else if (tracing && token.kind != TokenKind::END) {
+            std::cerr << "--accepting " << kindName(token.kind) << " (\"" << token.text << "\")\n";
+        }
+        return token;
+    }
+
+private:
+    void skipSpaceAndComments() {
+        rest.remove_prefix(span(rest, isSpace));
+        while (rest.starts_with('#')) {
+            rest.remove_prefix(span(rest, isComment));
+            rest.remove_prefix(span(rest, isSpace));
+        }
+    }
+
+    Token recognise() const {
+        if (rest.empty()) return {TokenKind::END, rest};
+        if (const Keyword* keyword = findKeyword(rest)) {
+            return {TokenKind::KEYWORD, rest.substr(0, keyword->name.size()), keyword};
+        }
+        if (rest.front() == ':') return {TokenKind::COLON, rest.substr(0, 1)};
+        if (const auto n = doubleLength(rest)) return {TokenKind::DOUBLE, rest.substr(0, n)};
+        if (const auto n = longLength(rest)) return {TokenKind::LONG, rest.substr(0, n)};
+        if (const auto n = charsLength(rest)) return {TokenKind::CHARS, rest.substr(0, n)};
+        return {TokenKind::ERROR, rest.substr(0, 1)};
+    }
+
+    std::string_view rest;
+    bool tracing;
+};
+
+/// False when the number does not fit.
+template <class Number>
+bool toNumber(std::string_view text, Number* number) {
+    return std::from_chars(text.data(), text.data() + text.size(), *number).ec == std::errc{};
+}
+
+/// Puts the value of a token into the member of a keyword; false when it is of the wrong kind.
+struct Assignment {
+    const Token& value;
+
+    bool operator()(std::string* member) const {
+        if (value.kind != TokenKind::CHARS) return false;
+        *member = value.text.substr(1, value.text.size() - 2);
+        return true;
+    }
+
+    bool operator()(int* member) const {
+        return value.kind == TokenKind::LONG && toNumber(value.text, member);
+    }
+
+    bool operator()(double* member) const {
+        if (value.kind != TokenKind::LONG && value.kind != TokenKind::DOUBLE) return false;
+        if (!toNumber(value.text, member)) return false;
+        *member += 0.0; // "-0" is a whole number, and that has no negative zero
+        return true;
+    }
+};
+
+/// Reads the grammar token by token; what it expects next is its state.
+class Parser {
+public:
+    Parser(const Scanner& source, bool trace) : scanner(source), tracing(trace) {}
+
+    bool parse() {
+        if (tracing) std::cerr << "Starting parse\n";
+        Token token = next(State::KEYWORD);
+        do {
+            if (!parseConfigLine(token)) return false;
+            token = next(State::KEYWORD);
+        } while (token.kind != TokenKind::END);
+        return true;
+    }
+
+private:
+    enum class State { KEYWORD, COLON, VALUE };
+
+    bool parseConfigLine(const Token& keyword) {
+        if (keyword.kind != TokenKind::KEYWORD) return syntaxError(keyword);
+        const Token colon = next(State::COLON);
+        if (colon.kind != TokenKind::COLON) return syntaxError(colon);
+        const Token value = next(State::VALUE);
+        return std::visit(Assignment{value}, keyword.keyword->member) || syntaxError(value);
+    }
+
+    Token next(State state) {
+        if (tracing) std::cerr << "Entering state " << static_cast<int>(state) << "\n";
+        const Token token = scanner.next();
+        if (tracing) {
+            const bool atEnd = token.kind == TokenKind::END;
+            std::cerr << "Reading a token: "
+                      << (atEnd ? "Now at end of input." : kindName(token.kind)) << "\n";
+        }
+        return token;
+    }
+
+    static bool syntaxError(const Token& token) {
+        std::cerr << "readConfFile"
+                  << ": <"
+                  << "parse error"
+                  << "> occured while parsing <" << token.text << ">" << std::endl;
+        return false;
+    }
+
+    Scanner scanner;
+    bool tracing;
+};
+
+} // namespace
+
+bool readConfFile(std::string_view text, bool scannerDebug, bool parserDebug) {
+    return Parser(Scanner(text, scannerDebug), parserDebug).parse();
+}
