@@ -1,0 +1,105 @@
+# Prints the table of a match. Reads first players.tsv of ./play (side, number, end, CPU seconds,
+# peak kB, queued commands of each kind), then the results of the practice server. Exits with 1
+# when a player did not come through or a command was refused.
+
+BEGIN {
+    FS = "\t"
+    kinds = split("kick dash turn say turn_neck catch move view", kind, " ")
+    DASH = 2; TURN = 3; TURN_NECK = 5
+    first_kind = 6  # its column in players.tsv
+}
+
+FILENAME ~ /players\.tsv$/ {
+    player = $1 SUBSEP $2
+    end[player] = $3; cpu[player] = $4; peak[player] = $5
+    for (k = 1; k <= kinds; k++) queued[player, k] = $(first_kind + k - 1)
+    next
+}
+
+# The server sets the first word apart with a tab or a blank.
+{ sub(/^[a-z]+[ \t]/, "&\t"); sub(/[ \t]\t/, "\t") }
+
+$1 == "score"  { goals["l"] = $2; goals["r"] = $3 }
+$1 == "cycles" { cycles = $2 }
+$1 == "team"   { name[$2] = $3; possession[$2] = $5; shots[$2] = $6; passes[$2] = $7 }
+$1 == "player" {
+    player = $2 SUBSEP $3
+    seen[player] = 1
+    for (k = 1; k <= kinds; k++) executed[player, k] = $(3 + k)
+    refused[player] = $12; lost[player] = $13
+}
+
+function percent(part, whole) { return whole > 0 ? sprintf("%.1f%%", 100 * part / whole) : "-" }
+
+function line(width,    text) {
+    while (length(text) < width) text = text "-"
+    print text
+}
+
+function note(text) { notes[++note_count] = text }
+
+# Commands of kind k that the player queued and the server did not execute. A player that printed
+# no statistics has nothing to compare.
+function lacking(player, k) {
+    return queued[player, k] == "-" ? 0 : queued[player, k] - executed[player, k]
+}
+
+function pair(player, k) { return queued[player, k] "/" (executed[player, k] + 0) }
+
+function judge(side, number,    player, who) {
+    player = side SUBSEP number
+    who = name[side] " " number
+    if (!(player in seen)) note(who " never joined the match")
+    if (end[player] == "early") note(who " ended before the match did")
+    else if (end[player] != "stopped") note(who " ended with status " end[player])
+    else if (lost[player]) note("the server lost " who)
+    if (refused[player] > 0) note("the server refused " refused[player] " commands of " who)
+}
+
+function print_teams(    i, side) {
+    printf "%-16s %6s %11s %6s %15s\n", "team", "goals", "possession", "shots", "passes arrived"
+    line(58)
+    for (i = 1; i <= 2; i++) {
+        side = substr("lr", i, 1)
+        printf "%-16s %6d %10s%% %6d %15d\n", name[side], goals[side], possession[side], \
+            shots[side], passes[side]
+    }
+}
+
+function print_players(side,    number, player, k, loss, of, total, all) {
+    printf "\n%-16s  commands queued/executed\n", name[side]
+    printf "%3s", ""
+    for (k = 1; k <= kinds; k++) printf "%10s", kind[k]
+    printf "%7s%8s%8s\n", "loss", "CPU s", "peak MB"
+    line(106)
+    for (number = 1; number <= 11; number++) {
+        player = side SUBSEP number
+        printf "%3d", number
+        for (k = 1; k <= kinds; k++) {
+            printf "%10s", pair(player, k)
+            missing[side, k] += lacking(player, k)
+            sent[side, k] += queued[player, k]
+        }
+        loss = lacking(player, DASH) + lacking(player, TURN) + lacking(player, TURN_NECK)
+        of = queued[player, DASH] + queued[player, TURN] + queued[player, TURN_NECK]
+        printf "%7s%8s%8s\n", percent(loss, of), cpu[player], \
+            peak[player] == "-" ? "-" : sprintf("%.1f", peak[player] / 1024)
+        judge(side, number)
+    }
+    printf "    lost: dashes %s, turns %s, turn_necks %s\n", \
+        percent(missing[side, DASH], sent[side, DASH]), \
+        percent(missing[side, TURN], sent[side, TURN]), \
+        percent(missing[side, TURN_NECK], sent[side, TURN_NECK])
+}
+
+END {
+    if (name["l"] == "") note("the results of the server name no teams")
+    printf "%d : %d after %d cycles\n\n", goals["l"], goals["r"], cycles
+    print_teams()
+    print_players("l")
+    print_players("r")
+    print ""
+    for (i = 1; i <= note_count; i++) print "NOTE  " notes[i]
+    if (note_count == 0) print "All 22 players came through, no command was refused."
+    exit note_count > 0
+}
