@@ -1,0 +1,77 @@
+#include "Samples.h"
+
+#include "parser/RCC_Parser.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+long allocations = 0;
+
+/// Only counts: an assertion of the test framework would allocate by itself.
+template <class T>
+struct Counter : RCC_Handler<RCC_Pointer<T>> {
+    int calls = 0;
+    void const* address = nullptr;
+    bool moved = false;
+
+    void handle(RCC_Pointer<T> const& record) override {
+        moved = moved || (calls > 0 && address != record.get());
+        address = record.get();
+        ++calls;
+    }
+};
+
+} // namespace
+
+void* operator new(std::size_t size) {
+    ++allocations;
+    if (void* const memory = std::malloc(size)) return memory;
+    throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+namespace {
+
+TEST(Allocation, TheCounterSeesAnAllocation) {
+    long const before = allocations;
+    RCC_Memory::remove(new RCC_Ball);
+    EXPECT_EQ(before + 1, allocations);
+}
+
+TEST(Allocation, NoneFromParseToHandlerEvenForTheFirstMessage) {
+    RCC_Parser parser(0, "Alpha", 0);
+    Counter<RCC_Visual> visual;
+    Counter<RCC_SenseBody> body;
+    parser.visualHandlers.push_back(&visual);
+    parser.senseBodyHandlers.push_back(&body);
+
+    int records = 0;
+    constexpr int ROUNDS = 50;
+    long const before = allocations;
+    for (int round = 0; round < ROUNDS; ++round) {
+        for (auto const message : SAMPLES) {
+            RCC_Object* const record = parser.parse(RCC_String(message));
+            records += record != nullptr ? 1 : 0;
+            RCC_Memory::remove(record);
+            RCC_Memory::remove(parser.parse(RCC_String(message.substr(0, message.size() - 3))));
+        }
+    }
+    long const after = allocations;
+
+    EXPECT_EQ(0, after - before);
+    EXPECT_EQ(ROUNDS * static_cast<int>(SAMPLES.size()), records);
+    EXPECT_EQ(ROUNDS, visual.calls);
+    EXPECT_EQ(ROUNDS, body.calls);
+    EXPECT_FALSE(visual.moved || body.moved);
+}
+
+} // namespace

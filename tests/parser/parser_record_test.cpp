@@ -1,0 +1,90 @@
+#include "parser/RCC_Parser.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+struct Tracked : RCC_Object {
+    explicit Tracked(int& counter) : alive(&counter) { ++*alive; }
+    Tracked(Tracked const& other) : RCC_Object(other), alive(other.alive) { ++*alive; }
+    Tracked& operator=(Tracked const&) = default;
+    ~Tracked() override { --*alive; }
+    int* alive;
+};
+
+TEST(Pointer, TheLastHandleDeletesTheObject) {
+    int alive = 0;
+    RCC_Pointer<Tracked> first(new Tracked(alive));
+    {
+        RCC_Pointer<Tracked> second = first;
+        RCC_Pointer<Tracked> third = std::move(second);
+        third = third; // NOLINT(clang-diagnostic-self-assign-overloaded)
+        EXPECT_EQ(2, first->references());
+        first = RCC_Pointer<Tracked>();
+        EXPECT_EQ(1, alive);
+    }
+    EXPECT_EQ(0, alive);
+}
+
+TEST(Pointer, ACopyOfARecordCountsForItself) {
+    int alive = 0;
+    auto const original = RCC_Pointer<Tracked>::make(alive);
+    auto const copy = RCC_Pointer<Tracked>::make(*original);
+    EXPECT_EQ(1, copy->references());
+    *copy = *original;
+    EXPECT_EQ(1, copy->references());
+}
+
+TEST(Pointer, NullIsReported) {
+    RCC_Pointer<RCC_Ball> const null;
+    EXPECT_TRUE(null.isNull());
+    EXPECT_FALSE(null);
+    EXPECT_THROW(*null, RCC_MemoryException);
+    try {
+        null->hasSpeed();
+        FAIL() << "null was dereferenced";
+    } catch (RCC_Exception const& exception) {
+        EXPECT_EQ("Attempt to dereference a null pointer", exception.message());
+        EXPECT_STREQ("Attempt to dereference a null pointer", exception.what());
+    }
+}
+
+TEST(Memory, RemovesWhatNobodyHoldsAndAllowsNull) {
+    int alive = 0;
+    RCC_Memory::remove(new Tracked(alive));
+    EXPECT_EQ(0, alive);
+    RCC_Memory::remove(nullptr);
+}
+
+TEST(Container, RefusesAnIndexOutOfRange) {
+    RCC_Container<RCC_Ball> balls;
+    EXPECT_THROW(balls[0], RCC_BoundsException);
+    balls.append(RCC_Pointer<RCC_Ball>());
+    EXPECT_TRUE(balls[0].isNull());
+    EXPECT_THROW(balls[1], RCC_BoundsException);
+    balls.clear();
+    EXPECT_EQ(0U, balls.size());
+}
+
+TEST(Text, CutsWhatDoesNotFit) {
+    RCC_FixedText<4> const text("abcdef");
+    EXPECT_EQ("abcd", text.view());
+    EXPECT_STREQ("abcd", text.c_str());
+}
+
+TEST(String, KeepsExactlyWhatFits) {
+    std::string const full(RCC_String::CAPACITY, 'x');
+    EXPECT_EQ(full, RCC_String(full).view());
+    EXPECT_FALSE(RCC_String(full).oversized());
+    EXPECT_TRUE(RCC_String(full + "x").oversized());
+}
+
+TEST(Angle, ConvertsRadians) {
+    EXPECT_TRUE(RCC_Angle().isAbsent());
+    EXPECT_EQ(-12.5F, (RCC_Angle{-12.5F, RCC_Angle::Degrees}.degrees()));
+    EXPECT_FLOAT_EQ(90.F, (RCC_Angle{1.5707964F, RCC_Angle::Radians}.degrees()));
+}
+
+} // namespace
