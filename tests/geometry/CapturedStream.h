@@ -1,0 +1,21 @@
+#pragma once
+
+#include <ostream>
+#include <sstream>
+#include <string>
+
+/// Takes what is written to a stream while it lives.
+class CapturedStream {
+public:
+    explicit CapturedStream(std::ostream& os) : stream(os), original(os.rdbuf(taken.rdbuf())) {}
+    ~CapturedStream() { stream.rdbuf(original); }
+    CapturedStream(const CapturedStream&) = delete;
+    CapturedStream& operator=(const CapturedStream&) = delete;
+
+    std::string text() const { return taken.str(); }
+
+private:
+    std::ostringstream taken;
+    std::ostream& stream;
+    std::streambuf* original;
+};

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "geometry/Geometry.h"
+
+#include <complex>
+#include <random>
+
+/// The plainly different computation of these tests: double precision, vectors as complex numbers.
+using Complex = std::complex<double>;
+
+inline Complex toComplex(const Vector2D& v) {
+    return {v.x, v.y};
+}
+
+/// Unit vector of a counter-clockwise direction in degrees.
+inline Complex unit(double degrees) {
+    return std::polar(1.0, degrees * std::acos(-1.0) / 180);
+}
+
+/// How far two directions in degrees are apart, whatever their turns: 0 to 180.
+inline double angleBetween(double a, double b) {
+    return std::abs(std::remainder(a - b, 360.0));
+}
+
+/// A fixed stream of random inputs.
+class Sweep {
+public:
+    static constexpr int COUNT = 20'000;
+
+    float number(float low, float high) {
+        return std::uniform_real_distribution<float>(low, high)(engine);
+    }
+
+    /// A point on the field or somewhat beside it.
+    Vector2D point() { return {number(-60, 60), number(-40, 40), CARTESIAN}; }
+
+private:
+    std::mt19937 engine{20020619};
+};

@@ -1,0 +1,78 @@
+#include "tests/geometry/CapturedStream.h"
+#include "tests/geometry/Sweep.h"
+
+#include <gtest/gtest.h>
+
+#include <iostream>
+
+namespace {
+
+TEST(Series, AgreesWithAddingUpTermByTerm) {
+    Sweep sweep;
+    for (int i = 0; i < 2000; ++i) {
+        const float first = sweep.number(0.1F, 3);
+        // Decaying like a ball, or growing when looked at backwards.
+        const float ratio = i % 2 == 0 ? sweep.number(0.3F, 0.98F) : sweep.number(1.02F, 1.5F);
+        const auto length = 1 + i % 30;
+        double sum = 0;
+        double term = first;
+        for (int n = 0; n < length; ++n, term *= ratio) {
+            sum += term;
+        }
+        const auto n = static_cast<float>(length);
+        const auto s = static_cast<float>(sum);
+        ASSERT_NEAR(Geometry::getSumGeomSeries(first, ratio, n) / sum, 1, 1e-6);
+        ASSERT_NEAR(Geometry::getFirstGeomSeries(s, ratio, n) / first, 1, 1e-6);
+        if (ratio > 0.7F) {
+            ASSERT_NEAR(Geometry::getLengthGeomSeries(first, ratio, s), n, 0.1);
+        }
+        if (ratio > 1) continue;
+        const float all = Geometry::getSumInfGeomSeries(first, ratio);
+        ASSERT_NEAR((sum + term / (1.0 - ratio)) / all, 1, 1e-6); // the tail is a series again
+        ASSERT_NEAR(Geometry::getFirstInfGeomSeries(all, ratio) / first, 1, 1e-6);
+    }
+}
+
+TEST(Series, SumsOutOfReachAndSenselessRatios) {
+    EXPECT_EQ(Geometry::getLengthGeomSeries(1, 0.9F, 20), -1);
+    EXPECT_EQ(Geometry::getLengthGeomSeries(2, 0.5F, 4), -1); // the limit itself
+    EXPECT_EQ(Geometry::getLengthGeomSeries(2, 0.5F, 3), 2);
+
+    const CapturedStream err(std::cerr);
+    EXPECT_EQ(Geometry::getSumInfGeomSeries(1, 1.5F), -2);
+    EXPECT_EQ(Geometry::getFirstInfGeomSeries(1, 1.5F), -0.5F);
+    EXPECT_EQ(Geometry::getLengthGeomSeries(1, -1, 1), -1);
+    EXPECT_TRUE(std::isinf(Geometry::getSumInfGeomSeries(1, 1)));
+    EXPECT_EQ(err.text(), "(Geometry:CalcLengthGeomSeries): series does not converge\n"
+                          "(Geometry:getFirstInfGeomSeries):series does not converge\n"
+                          "(Geometry:getLengthGeomSeries): negative ratio\n");
+}
+
+TEST(Quadratic, FindsTheRootsItWasBuiltFrom) {
+    Sweep sweep;
+    for (int i = 0; i < Sweep::COUNT; ++i) {
+        const float low = sweep.number(-10, 10);
+        const float high = low + sweep.number(0.1F, 10);
+        const float a = sweep.number(0.5F, 3);
+        float s1 = 0;
+        float s2 = 0;
+        ASSERT_EQ(Geometry::abcFormula(a, -a * (low + high), a * low * high, &s1, &s2), 2);
+        ASSERT_NEAR(s1, high, 1e-3);
+        ASSERT_NEAR(s2, low, 1e-3);
+    }
+}
+
+TEST(Quadratic, WritesOnlyWhatItFinds) {
+    float s1 = 7;
+    float s2 = 8;
+    EXPECT_EQ(Geometry::abcFormula(1, 0, 1, &s1, &s2), 0);
+    EXPECT_EQ(s1, 7);
+    EXPECT_EQ(Geometry::abcFormula(1, -2, 1.00002F, &s1, &s2), 1); // discriminant -0.00008
+    EXPECT_EQ(s1, 1);
+    EXPECT_EQ(s2, 8);
+    EXPECT_EQ(Geometry::abcFormula(-1, 0, 4, &s1, &s2), 2);
+    EXPECT_EQ(s1, -2); // the plus sign comes first, not the greater one
+    EXPECT_EQ(s2, 2);
+}
+
+} // namespace
