@@ -1,0 +1,25 @@
+#include "practice/Body.h"
+
+#include <array>
+#include <string_view>
+
+#include "practice/Text.h"
+
+namespace practice {
+
+std::string senseBodyMessage(const World& world, const Player& player) {
+    constexpr std::array<std::string_view, 3> widths{"narrow", "normal", "wide"};
+    const std::string_view quality = player.view.quality == Quality::high ? "high" : "low";
+    const double direction = normalized(player.vel.angle() - player.body - player.neck);
+    const Counts& n = player.counts;
+    // Both angles are cut, not rounded: part of the protocol.
+    return text("(sense_body ", world.cycle, " (view_mode ", quality, ' ',
+                widths[static_cast<std::size_t>(player.view.width)], ") (stamina ", player.stamina,
+                ' ', player.effort, ") (speed ", quantized(player.vel.length(), 0.01), ' ',
+                static_cast<int>(toDeg(direction)), ") (head_angle ",
+                static_cast<int>(toDeg(player.neck)), ") (kick ", n.kick, ") (dash ", n.dash,
+                ") (turn ", n.turn, ") (say ", n.say, ") (turn_neck ", n.turnNeck, ") (catch ",
+                n.catches, ") (move ", n.move, ") (change_view ", n.changeView, "))");
+}
+
+} // namespace practice

@@ -1,0 +1,241 @@
+#include "practice/Eyes.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string_view>
+
+#include "practice/Parameters.h"
+#include "practice/Text.h"
+
+namespace practice {
+
+namespace {
+
+constexpr double landStep = parameter("landQuantizeStep");
+constexpr double movableStep = parameter("distQuantizeStep");
+
+struct Landmark {
+    std::string_view name;
+    Vec pos;
+};
+
+// clang-format off
+constexpr std::array<Landmark, 55> landmarks{{
+    {"f c",      {0.0, 0.0}},     {"f c t",    {0.0, -34.0}},   {"f c b",    {0.0, 34.0}},
+    {"f r t",    {52.5, -34.0}},  {"f r b",    {52.5, 34.0}},
+    {"f l t",    {-52.5, -34.0}}, {"f l b",    {-52.5, 34.0}},
+    {"f g r b",  {52.5, 7.01}},   {"g r",      {52.5, 0.0}},    {"f g r t",  {52.5, -7.01}},
+    {"f g l b",  {-52.5, 7.01}},  {"g l",      {-52.5, 0.0}},   {"f g l t",  {-52.5, -7.01}},
+    {"f p r b",  {36.0, 20.16}},  {"f p r c",  {36.0, 0.0}},    {"f p r t",  {36.0, -20.16}},
+    {"f p l b",  {-36.0, 20.16}}, {"f p l c",  {-36.0, 0.0}},   {"f p l t",  {-36.0, -20.16}},
+    {"f t 0",    {0.0, -39.0}},
+    {"f t r 10", {10.0, -39.0}},  {"f t r 20", {20.0, -39.0}},  {"f t r 30", {30.0, -39.0}},
+    {"f t r 40", {40.0, -39.0}},  {"f t r 50", {50.0, -39.0}},
+    {"f t l 10", {-10.0, -39.0}}, {"f t l 20", {-20.0, -39.0}}, {"f t l 30", {-30.0, -39.0}},
+    {"f t l 40", {-40.0, -39.0}}, {"f t l 50", {-50.0, -39.0}},
+    {"f b 0",    {0.0, 39.0}},
+    {"f b r 10", {10.0, 39.0}},   {"f b r 20", {20.0, 39.0}},   {"f b r 30", {30.0, 39.0}},
+    {"f b r 40", {40.0, 39.0}},   {"f b r 50", {50.0, 39.0}},
+    {"f b l 10", {-10.0, 39.0}},  {"f b l 20", {-20.0, 39.0}},  {"f b l 30", {-30.0, 39.0}},
+    {"f b l 40", {-40.0, 39.0}},  {"f b l 50", {-50.0, 39.0}},
+    {"f r 0",    {57.5, 0.0}},
+    {"f r t 10", {57.5, -10.0}},  {"f r t 20", {57.5, -20.0}},  {"f r t 30", {57.5, -30.0}},
+    {"f r b 10", {57.5, 10.0}},   {"f r b 20", {57.5, 20.0}},   {"f r b 30", {57.5, 30.0}},
+    {"f l 0",    {-57.5, 0.0}},
+    {"f l t 10", {-57.5, -10.0}}, {"f l t 20", {-57.5, -20.0}}, {"f l t 30", {-57.5, -30.0}},
+    {"f l b 10", {-57.5, 10.0}},  {"f l b 20", {-57.5, 20.0}},  {"f l b 30", {-57.5, 30.0}},
+}};
+// clang-format on
+
+// A line lies at `offset` along its normal and reaches `halfLength` to both sides of the axis.
+struct Line {
+    char name;
+    double normalDeg;
+    double offset;
+    double halfLength;
+};
+
+// clang-format off
+constexpr std::array<Line, 4> lines{{
+    {'l', 180.0, pitchHalfLength, pitchHalfWidth},
+    {'r',   0.0, pitchHalfLength, pitchHalfWidth},
+    {'t', -90.0, pitchHalfWidth,  pitchHalfLength},
+    {'b',  90.0, pitchHalfWidth,  pitchHalfLength},
+}};
+// clang-format on
+
+double coneDeg(Width width) {
+    constexpr double normal = parameter("visibleAngle");
+    constexpr std::array<double, 3> cones{normal / 2.0, normal, normal * 2.0};
+    return cones[static_cast<std::size_t>(width)];
+}
+
+// Messages carry whole degrees: an int, so that no "-0" appears.
+int wholeDegrees(double rad) {
+    return static_cast<int>(std::rint(toDeg(normalized(rad))));
+}
+
+// 0 up to `from`, then growing to 1 at `to`.
+double fading(double dist, double from, double to) {
+    return std::clamp((dist - from) / (to - from), 0.0, 1.0);
+}
+
+class Eyes {
+public:
+    Eyes(const World& world, const Player& viewer, Random& random)
+        : world_(world), me_(viewer), random_(random), gaze_(viewer.gaze()),
+          high_(viewer.view.quality == Quality::high),
+          halfCone_(toRad(coneDeg(viewer.view.width)) / 2.0), out_(text("(see ", world.cycle)) {}
+
+    std::string look() {
+        for (const Landmark& mark : landmarks)
+            seeLandmark(mark);
+        seeBall();
+        for (const Player& p : world_.players) {
+            if (p.active && &p != &me_) seePlayer(p);
+        }
+        seeLines();
+        return std::move(out_) + ")";
+    }
+
+private:
+    enum class Sight { none, close, full };
+
+    struct Seen {
+        Sight sight = Sight::none;
+        double trueDistance = 0.0;
+        double distance = 0.0; // as seen
+        Vec unit;              // towards the object
+        int dir = 0;           // degrees
+    };
+
+    Seen lookAt(Vec pos, double step) const {
+        const Vec to = pos - me_.pos;
+        const double angle = to.angle();
+        const double rel = normalized(angle - gaze_);
+        Seen seen{Sight::none, to.length(), 0.0, polar(1.0, angle), wholeDegrees(rel)};
+        if (std::abs(rel) < halfCone_) {
+            seen.sight = Sight::full;
+        } else if (seen.trueDistance <= parameter("visibleDist")) {
+            seen.sight = Sight::close;
+        }
+        if (seen.sight != Sight::none) seen.distance = seenDistance(seen.trueDistance, step);
+        return seen;
+    }
+
+    void place(const Seen& seen) {
+        if (high_) appendText(out_, ' ', seen.distance);
+        appendText(out_, ' ', seen.dir);
+    }
+
+    void changes(const Seen& seen, Vec velocity) {
+        const Vec w = velocity - me_.vel;
+        const double d = std::max(seen.trueDistance, 1e-10); // two objects on one spot
+        const double along = quantized(dot(w, seen.unit) / d, 0.02);
+        const double across = toDeg((w.y * seen.unit.x - w.x * seen.unit.y) / d);
+        appendText(out_, ' ', seen.distance * along, ' ', quantized(across, 0.1));
+    }
+
+    // Ball or landmark: the changes are recognised from near only.
+    void seeThing(std::string_view name, char closeName, const Seen& seen, Vec velocity) {
+        if (seen.sight == Sight::close) return seeClose(closeName, seen);
+        appendText(out_, " ((", name, ')');
+        place(seen);
+        const double blur = fading(seen.distance, 20.0, 40.0);
+        if (high_ && !random_.happens(blur)) changes(seen, velocity);
+        out_ += ')';
+    }
+
+    void seeClose(char name, const Seen& seen) {
+        appendText(out_, " ((", name, ')');
+        place(seen);
+        out_ += ')';
+    }
+
+    void seeLandmark(const Landmark& mark) {
+        const Seen seen = lookAt(mark.pos, landStep);
+        if (seen.sight != Sight::none)
+            seeThing(mark.name, mark.name[0] == 'g' ? 'G' : 'F', seen, {});
+    }
+
+    void seeBall() {
+        const Seen seen = lookAt(world_.ball.pos, movableStep);
+        if (seen.sight != Sight::none) seeThing("b", 'B', seen, world_.ball.vel);
+    }
+
+    void seePlayer(const Player& p) {
+        const Seen seen = lookAt(p.pos, movableStep);
+        if (seen.sight == Sight::none) return;
+        if (seen.sight == Sight::close) return seeClose('P', seen);
+        out_ += " ((p";
+        const bool team = !random_.happens(fading(seen.distance, 40.0, 60.0));
+        const bool number = team && !random_.happens(fading(seen.distance, 20.0, 40.0));
+        if (team) appendText(out_, " \"", world_.teamName(p.side), '"');
+        if (number) appendText(out_, ' ', p.unum, p.goalie ? " goalie" : "");
+        out_ += ')';
+        place(seen);
+        if (number && high_) {
+            changes(seen, p.vel);
+            appendText(out_, ' ', wholeDegrees(p.body - gaze_), ' ',
+                       wholeDegrees(p.body + p.neck - gaze_));
+        }
+        out_ += ')';
+    }
+
+    void seeLines() {
+        const bool inside =
+            std::abs(me_.pos.x) < pitchHalfLength && std::abs(me_.pos.y) < pitchHalfWidth;
+        int left = inside ? 1 : 2;
+        for (const Line& line : lines) {
+            if (left > 0 && seeLine(line)) --left;
+        }
+    }
+
+    // Whether the line of sight hits the line. Its direction is the angle between the two, not the
+    // bearing of a point.
+    bool seeLine(const Line& line) {
+        const Vec outward = polar(1.0, toRad(line.normalDeg));
+        const double toLine = line.offset - dot(me_.pos, outward);
+        const double normal = toRad(toLine < 0.0 ? line.normalDeg + 180.0 : line.normalDeg);
+        const double a = normalized(normal - gaze_);
+        if (std::abs(a) >= std::numbers::pi / 2.0) return false;
+        const double length = std::abs(toLine) / std::cos(a);
+        const Vec hit = me_.pos + polar(length, gaze_);
+        const bool upright = line.name == 'l' || line.name == 'r';
+        if (std::abs(upright ? hit.y : hit.x) > line.halfLength) return false;
+        Seen seen;
+        seen.distance = seenDistance(length, landStep);
+        seen.dir = static_cast<int>(std::rint(toDeg(a) + (a > 0.0 ? -90.0 : 90.0)));
+        appendText(out_, " ((l ", line.name, ')');
+        place(seen);
+        out_ += ')';
+        return true;
+    }
+
+    const World& world_;
+    const Player& me_;
+    Random& random_;
+    double gaze_;
+    bool high_;
+    double halfCone_;
+    std::string out_;
+};
+
+} // namespace
+
+std::string seeMessage(const World& world, const Player& viewer, Random& random) {
+    return Eyes(world, viewer, random).look();
+}
+
+int seeInterval(View view) {
+    constexpr std::array<int, 3> highTicks{2, 4, 8};
+    const int ticks = highTicks[static_cast<std::size_t>(view.width)];
+    return view.quality == Quality::high ? ticks : ticks / 2;
+}
+
+double seenDistance(double metres, double step) {
+    return quantized(std::exp(quantized(std::log(metres + 1e-10), step)), 0.1);
+}
+
+} // namespace practice

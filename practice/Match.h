@@ -1,0 +1,99 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "practice/Commands.h"
+#include "practice/Random.h"
+#include "practice/Referee.h"
+#include "practice/Statistics.h"
+#include "practice/World.h"
+
+namespace practice {
+
+struct MatchOptions {
+    int halfCycles = 3000;
+    std::uint64_t seed = 1;
+    KickOffRule kickOff;
+};
+
+// A message for one player.
+struct Outgoing {
+    int player = nobody;
+    std::string text; // without the NUL that ends the datagram
+};
+
+// A whole match without sockets and wall clock: players join, their datagrams are delivered, time
+// goes on poll by poll (10 ms of match time), and what the players are to be told collects in the
+// outbox. The same seed and the same calls give the same match.
+class Match {
+public:
+    explicit Match(const MatchOptions& options);
+
+    // `refusal` is the reply for a client that is not let in; else the messages are in the outbox.
+    struct Joined {
+        int player = nobody;
+        std::string refusal;
+    };
+    Joined join(std::string_view firstDatagram);
+
+    // The datagram is executed at the next poll.
+    void receive(int player, std::string_view datagram);
+    // The player is gone: it leaves the pitch, its number stays used.
+    void remove(int player);
+
+    // Executes what was received; every tenth poll is a step of the world. Returns whether it was
+    // one.
+    bool poll();
+    // Takes the messages since the last call, in the order they are to be sent.
+    std::vector<Outgoing> takeOutbox();
+
+    const World& world() const { return world_; }
+    World& world() { return world_; } // to set up a scene
+    const Statistics& statistics() const { return statistics_; }
+
+private:
+    Joined admit(const JoinRequest& request);
+    Side sideOf(const std::string& team);
+    void enter(Player& player);
+    bool wantsSecondGoalie(Side side) const;
+
+    void send(const Player& player, std::string text);
+    void refuse(Player& player, std::string_view reply);
+    void announce(std::string_view word);
+
+    void executeReceived();
+    void execute(Player& player, std::string_view datagram);
+    void apply(Player& player, const Turn& command);
+    void apply(Player& player, const Dash& command);
+    void apply(Player& player, const Kick& command);
+    void apply(Player& player, const Catch& command);
+    void apply(Player& player, const Move& command);
+    void apply(Player& player, const TurnNeck& command);
+    void apply(Player& player, const ChangeView& command);
+    void apply(Player& player, const Say& command);
+    void apply(Player& player, const AskScore& command);
+    void apply(Player& player, const AskSenseBody& command);
+    void apply(Player& player, const AskCompression& command);
+    void apply(Player& player, const Bye& command);
+    void apply(Player& player, const Tackle& command);
+    void apply(Player& player, const Unsupported& command);
+
+    void place(Player& player, const Move& command);
+    void moveWithBall(Player& goalie, const Move& command);
+    void step();
+    void sendSenses();
+    void sendSights();
+
+    World world_;
+    Random random_;
+    Referee referee_;
+    Statistics statistics_;
+    std::array<std::vector<std::string>, maxPlayers> inbox_;
+    std::vector<Outgoing> outbox_;
+    long polls_ = 0;
+};
+
+} // namespace practice

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <span>
+#include <string>
+
+#include "practice/Match.h"
+#include "practice/Scoreboard.h"
+
+namespace practice {
+
+// What the command line can say.
+struct Options {
+    MatchOptions match;
+    int port = 6000;
+    std::string address = "127.0.0.1";
+    std::string logFile;     // empty: none
+    std::string resultsFile; // empty: none
+    int lingerSteps = 50;    // after the end of the match
+    Scoreboard::Style scoreboard = Scoreboard::Style::automatic;
+    bool help = false;
+};
+
+// Reads the arguments after the program's name; false with a message when they make no sense.
+bool readOptions(std::span<const char* const> arguments, Options& options, std::string& problem);
+
+std::string helpText();
+
+} // namespace practice

@@ -1,0 +1,332 @@
+#include "practice/Physics.h"
+
+#include <algorithm>
+#include <numeric>
+#include <optional>
+
+#include "practice/Parameters.h"
+
+namespace practice {
+
+namespace {
+
+constexpr double contactDistance = playerSize + ballSize;
+constexpr double collisionDamping = -0.1;
+
+struct Motion {
+    double size;
+    double decay;
+    double noise;
+    double accelMax;
+    double speedMax;
+};
+
+constexpr Motion ballMotion{ballSize, parameter("ballDecay"), parameter("ballRandom"),
+                            parameter("ballAccelMax"), parameter("ballSpeedMax")};
+constexpr Motion playerMotion{playerSize, parameter("playerDecay"), parameter("playerRandom"),
+                              parameter("playerAccelMax"), parameter("playerSpeedMax")};
+
+Vec nearestPost(Vec pos) {
+    return {std::copysign(pitchHalfLength - postRadius, pos.x),
+            std::copysign(goalHalfWidth + postRadius, pos.y)};
+}
+
+Vec mirrored(Vec v, Vec normal) {
+    return v - normal * (2.0 * dot(v, normal));
+}
+
+// The share of the path, 0 to 1, after which it enters the circle around `centre`; none if it
+// misses.
+std::optional<double> entry(Vec from, Vec path, Vec centre, double radius) {
+    const Vec rel = from - centre;
+    const double a = dot(path, path);
+    const double b = dot(rel, path);
+    const double root = b * b - a * (dot(rel, rel) - radius * radius);
+    if (a == 0.0 || b >= 0.0 || root <= 0.0) return std::nullopt;
+    const double share = (-b - std::sqrt(root)) / a;
+    return share >= 0.0 && share <= 1.0 ? std::optional(share) : std::nullopt;
+}
+
+void applyDash(Player& p) {
+    if (!p.dashing) return;
+    ++p.counts.dash;
+    const bool backwards = p.dashPower < 0.0;
+    const double wanted = backwards ? -2.0 * p.dashPower : p.dashPower;
+    const double spent = std::min(wanted, p.stamina + p.extra);
+    p.extra = std::min(p.extra, p.stamina + p.extra - spent);
+    p.stamina = std::max(0.0, p.stamina - spent);
+    const double power = backwards ? -spent / 2.0 : spent;
+    p.acc += polar(p.effort * power * parameter("dashPowerRate"), p.body);
+}
+
+void applyTurns(Player& p) {
+    p.body = normalized(p.body + p.pendingTurn);
+    p.neck = std::clamp(p.neck + p.pendingNeck, toRad(parameter("minNeckAngle")),
+                        toRad(parameter("maxNeckAngle")));
+    p.pendingTurn = p.pendingNeck = 0.0;
+}
+
+void moveOne(Movable& m, const Motion& motion, Random& random) {
+    if (m.acc != Vec{})
+        m.vel = shortenedTo(m.vel + shortenedTo(m.acc, motion.accelMax), motion.speedMax);
+    const double noise = random.uniform(0.0, motion.noise * m.vel.length());
+    m.vel += polar(noise, random.direction());
+    m.pos = moveAlong(m.pos, m.vel, motion.size);
+    m.vel *= motion.decay;
+    m.acc = Vec{};
+}
+
+// One round of collisions: where each object should go to clear all it overlaps.
+class CollisionRound {
+public:
+    CollisionRound(World& world, Random& random) : world_(world), random_(random) {}
+
+    // True if anything overlapped. The marks collect over the rounds of a step.
+    bool run(std::array<bool, maxPlayers>& collided, std::array<bool, maxPlayers>& touchedBall) {
+        bool any = false;
+        for (int i = 0; i < maxPlayers; ++i) {
+            if (!world_.player(i).active) continue;
+            if (i != world_.ballHolder && separateFromBall(i)) {
+                any = touchedBall[static_cast<std::size_t>(i)] = true;
+                collided[static_cast<std::size_t>(i)] = true;
+            }
+            for (int j = i + 1; j < maxPlayers; ++j) {
+                if (!world_.player(j).active || !separatePlayers(i, j)) continue;
+                any = collided[static_cast<std::size_t>(i)] =
+                    collided[static_cast<std::size_t>(j)] = true;
+            }
+        }
+        if (any) moveToMeans();
+        return any;
+    }
+
+private:
+    struct Mean {
+        Vec sum;
+        int count = 0;
+        void add(Vec v) {
+            sum += v;
+            ++count;
+        }
+        void applyTo(Vec& pos) const {
+            if (count > 0) pos = sum * (1.0 / count);
+        }
+    };
+
+    static bool overlap(Vec a, Vec b, double reach) {
+        constexpr double rounding = 1e-10; // two that just touch do not collide again
+        return distance(a, b) < reach - rounding;
+    }
+
+    Vec unitBetween(Vec from, Vec to) {
+        const Vec d = to - from;
+        const double length = d.length();
+        return length > 0.0 ? d * (1.0 / length) : polar(1.0, random_.direction());
+    }
+
+    bool separatePlayers(int i, int j) {
+        const Vec a = world_.player(i).pos;
+        const Vec b = world_.player(j).pos;
+        if (!overlap(a, b, 2.0 * playerSize)) return false;
+        const Vec middle = (a + b) * 0.5;
+        const Vec unit = unitBetween(a, b);
+        players_[static_cast<std::size_t>(i)].add(middle - unit * playerSize);
+        players_[static_cast<std::size_t>(j)].add(middle + unit * playerSize);
+        return true;
+    }
+
+    bool separateFromBall(int i) {
+        const Vec p = world_.player(i).pos;
+        const Vec b = world_.ball.pos;
+        if (!overlap(p, b, contactDistance)) return false;
+        const Vec unit = unitBetween(b, p);
+        Mean& mine = players_[static_cast<std::size_t>(i)];
+        if (world_.mode == Phase::playOn) {
+            const Vec middle = (p + b) * 0.5;
+            ball_.add(middle - unit * (contactDistance / 2.0));
+            mine.add(middle + unit * (contactDistance / 2.0));
+        } else { // a ball that waits for its set piece stays where it is
+            mine.add(b + unit * contactDistance);
+        }
+        return true;
+    }
+
+    void moveToMeans() {
+        ball_.applyTo(world_.ball.pos);
+        for (int i = 0; i < maxPlayers; ++i) {
+            players_[static_cast<std::size_t>(i)].applyTo(world_.player(i).pos);
+        }
+    }
+
+    World& world_;
+    Random& random_;
+    Mean ball_;
+    std::array<Mean, maxPlayers> players_{};
+};
+
+std::vector<int> collide(World& world, Random& random) {
+    constexpr int maxRounds = 10;
+    std::array<bool, maxPlayers> collided{};
+    std::array<bool, maxPlayers> touchedBall{};
+    for (int round = 0; round < maxRounds; ++round) {
+        if (!CollisionRound(world, random).run(collided, touchedBall)) break;
+    }
+    std::vector<int> touchers;
+    for (int i = 0; i < maxPlayers; ++i) {
+        if (collided[static_cast<std::size_t>(i)]) world.player(i).vel *= collisionDamping;
+        if (touchedBall[static_cast<std::size_t>(i)]) touchers.push_back(i);
+    }
+    if (!touchers.empty()) world.ball.vel *= collisionDamping;
+    return touchers;
+}
+
+void standStill(World& world) {
+    world.ball.halt();
+    for (Player& p : world.players) {
+        applyTurns(p);
+        p.halt();
+    }
+}
+
+void moveEverything(World& world, Random& random) {
+    constexpr int theBall = maxPlayers;
+    std::array<int, maxPlayers + 1> order{};
+    std::iota(order.begin(), order.end(), 0);
+    random.shuffle(std::span<int>(order));
+    for (const int i : order) {
+        if (i == theBall) {
+            moveOne(world.ball, ballMotion, random);
+        } else if (Player& p = world.player(i); p.active) {
+            applyTurns(p);
+            moveOne(p, playerMotion, random);
+        }
+    }
+}
+
+void carryHeldBall(World& world) {
+    if (world.ballHolder == nobody) return;
+    const Player& goalie = world.player(world.ballHolder);
+    world.ball.pos = goalie.pos + polar(contactDistance, goalie.body);
+    world.ball.halt();
+}
+
+void recoverStamina(Player& p) {
+    constexpr double staminaMax = parameter("staminaMax");
+    if (p.stamina <= parameter("recoverDecThr") * staminaMax) {
+        p.recovery = std::max(parameter("recoverMin"), p.recovery - parameter("recoverDec"));
+    }
+    if (p.stamina <= parameter("effortDecThr") * staminaMax) {
+        p.effort = std::max(parameter("effortMin"), p.effort - parameter("effortDec"));
+    }
+    if (p.stamina >= parameter("effortIncThr") * staminaMax) {
+        p.effort = std::min(parameter("effortInit"), p.effort + parameter("effortInc"));
+    }
+    const double gain =
+        std::min({p.recovery * parameter("staminaInc"), staminaMax - p.stamina, p.capacity});
+    p.stamina += gain;
+    p.capacity -= gain;
+}
+
+void recoverHearing(Player& p) {
+    for (int& capacity : p.hearing) {
+        capacity = std::min(capacity + static_cast<int>(parameter("hearInc")),
+                            static_cast<int>(parameter("hearMax")));
+    }
+}
+
+} // namespace
+
+void turn(Player& player, double momentDeg, Random& random) {
+    constexpr double noise = parameter("playerRandom");
+    const double moment = std::clamp(momentDeg, parameter("minMoment"), parameter("maxMoment")) *
+                          (1.0 + random.uniform(-noise, noise));
+    player.pendingTurn = toRad(moment) / (1.0 + parameter("inertiaMoment") * player.vel.length());
+}
+
+void turnNeck(Player& player, double momentDeg) {
+    player.pendingNeck =
+        toRad(std::clamp(momentDeg, parameter("minNeckMoment"), parameter("maxNeckMoment")));
+}
+
+void dash(Player& player, double power) {
+    player.dashing = true;
+    player.dashPower = std::clamp(power, minDashPower, parameter("maxPower"));
+}
+
+bool kick(World& world, const Player& player, double power, double dirDeg, Random& random) {
+    if (!isKickable(world, player)) return false;
+    constexpr double maxPower = parameter("maxPower");
+    const double p = std::clamp(power, parameter("minPower"), maxPower);
+    const double dir = toRad(std::clamp(dirDeg, -180.0, 180.0));
+    const Vec toBall = world.ball.pos - player.pos;
+    const double side = std::abs(normalized(toBall.angle() - player.body)) / std::numbers::pi;
+    const double gap = (toBall.length() - contactDistance) / parameter("kickableMargin");
+
+    const double strength = p * parameter("kickPowerRate") * (1.0 - 0.25 * side - 0.25 * gap);
+    const double awkwardness = 0.5 + 0.25 * (side + gap);
+    const double ballRush =
+        0.5 + 0.5 * world.ball.vel.length() / (parameter("ballSpeedMax") * parameter("ballDecay"));
+    const double noise = parameter("kickRandom") * (p / maxPower) * (awkwardness + ballRush);
+    world.ball.acc += polar(strength, player.body + dir);
+    world.ball.acc += polar(random.uniform(0.0, noise), random.direction());
+    return true;
+}
+
+bool catchBall(World& world, Player& goalie, double dirDeg) {
+    const double dir = goalie.body + toRad(std::clamp(dirDeg, -maxCatchAngleDeg, maxCatchAngleDeg));
+    const Vec toBall = world.ball.pos - goalie.pos;
+    const double along = dot(toBall, polar(1.0, dir));
+    const double across = dot(toBall, polar(1.0, dir + std::numbers::pi / 2.0));
+    if (along < 0.0 || along > parameter("catchAreaLength") ||
+        std::abs(across) > parameter("catchAreaWidth") / 2.0) {
+        return false;
+    }
+    goalie.body = toBall.angle();
+    goalie.pos = world.ball.pos - polar(contactDistance, goalie.body);
+    goalie.pendingTurn = 0.0;
+    goalie.halt();
+    world.ball.halt();
+    return true;
+}
+
+std::vector<int> moveAll(World& world, Random& random) {
+    if (world.mode == Phase::timeOver) return {};
+    for (Player& p : world.players)
+        applyDash(p);
+    if (world.mode == Phase::beforeKickOff) {
+        standStill(world);
+        return {};
+    }
+    moveEverything(world, random);
+    std::vector<int> touchers = collide(world, random);
+    carryHeldBall(world);
+    return touchers;
+}
+
+void recoverAll(World& world) {
+    for (Player& p : world.players) {
+        if (!p.active) continue;
+        recoverStamina(p);
+        recoverHearing(p);
+        p.catchBan = std::max(0, p.catchBan - 1);
+        p.bodyUsed = p.neckUsed = p.dashing = false;
+    }
+}
+
+Vec moveAlong(Vec pos, Vec& vel, double size) {
+    const double radius = postRadius + size;
+    const Vec post = nearestPost(pos);
+    if (const double d = distance(pos, post); d > 0.0 && d < radius) {
+        const Vec normal = (pos - post) * (1.0 / d);
+        pos = post + normal * radius;
+        if (dot(vel, normal) < 0.0) vel = mirrored(vel, normal);
+    }
+    const Vec postAhead = nearestPost(pos + vel);
+    const std::optional<double> share = entry(pos, vel, postAhead, radius);
+    if (!share) return pos + vel;
+    const Vec contact = pos + vel * *share;
+    vel = mirrored(vel, (contact - postAhead) * (1.0 / radius));
+    return contact + vel * (1.0 - *share);
+}
+
+} // namespace practice

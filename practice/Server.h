@@ -1,0 +1,58 @@
+#pragma once
+
+#include <array>
+#include <fstream>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "practice/Match.h"
+#include "practice/Options.h"
+#include "practice/Scoreboard.h"
+#include "practice/Socket.h"
+
+namespace practice {
+
+// The match on the network: one socket where players introduce themselves and one per player, a
+// poll every 10 ms of the steady clock, and the files the options ask for. One thread does it all.
+class Server {
+public:
+    // None, with a message, if the port or a file is not to be had.
+    static std::unique_ptr<Server> open(const Options& options, std::string& problem);
+
+    // Until the match is over or `stop` becomes non-zero (a signal handler writes it). The exit
+    // status.
+    int run(const volatile int& stop);
+    int port() const { return door_.port(); }
+
+private:
+    struct Client {
+        Address address;
+        Socket socket;
+    };
+
+    Server(const Options& options, const Address& address, Socket door);
+
+    void readDatagrams();
+    void readDoor();
+    void readClient(int player);
+    void admit(std::string_view datagram, const Address& sender);
+    int playerAt(const Address& sender) const;
+    void sendOutbox();
+    void closeGone();
+    void afterStep();
+    bool isOver() const;
+    void writeResults() const;
+
+    Options options_;
+    Address any_; // our address, any port
+    Socket door_;
+    Match match_;
+    std::array<std::optional<Client>, maxPlayers> clients_;
+    Scoreboard scoreboard_;
+    std::ofstream log_;
+    int stepsAfterEnd_ = 0;
+    std::array<char, 8192> buffer_{};
+};
+
+} // namespace practice

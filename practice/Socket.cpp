@@ -1,0 +1,86 @@
+#include "practice/Socket.h"
+
+#include <arpa/inet.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <utility>
+
+namespace practice {
+
+namespace {
+
+const sockaddr* generic(const Address& address) {
+    return reinterpret_cast<const sockaddr*>(&address);
+}
+sockaddr* generic(Address& address) {
+    return reinterpret_cast<sockaddr*>(&address);
+}
+
+std::string asDatagram(std::string_view text) {
+    std::string datagram(text);
+    datagram.push_back('\0');
+    return datagram;
+}
+
+} // namespace
+
+std::optional<Address> makeAddress(const std::string& dotted, int port) {
+    Address address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(static_cast<std::uint16_t>(port));
+    if (inet_pton(AF_INET, dotted.c_str(), &address.sin_addr) != 1) return std::nullopt;
+    return address;
+}
+
+std::optional<Socket> Socket::bound(const Address& address) {
+    Socket socket(::socket(AF_INET, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+    if (socket.fd_ < 0 || ::bind(socket.fd_, generic(address), sizeof address) != 0)
+        return std::nullopt;
+    return socket;
+}
+
+Socket::Socket(Socket&& from) noexcept : fd_(std::exchange(from.fd_, -1)) {}
+
+Socket& Socket::operator=(Socket&& from) noexcept {
+    std::swap(fd_, from.fd_);
+    return *this;
+}
+
+Socket::~Socket() {
+    if (fd_ >= 0) ::close(fd_);
+}
+
+bool Socket::connectTo(const Address& peer) const {
+    return ::connect(fd_, generic(peer), sizeof peer) == 0;
+}
+
+int Socket::port() const {
+    Address own{};
+    socklen_t length = sizeof own;
+    getsockname(fd_, generic(own), &length);
+    return ntohs(own.sin_port);
+}
+
+Socket::Arrival Socket::receive(std::span<char> buffer, std::string_view& text,
+                                Address& sender) const {
+    socklen_t length = sizeof sender;
+    const ssize_t n = recvfrom(fd_, buffer.data(), buffer.size(), 0, generic(sender), &length);
+    if (n < 0) return errno == ECONNREFUSED ? Arrival::peerGone : Arrival::nothing;
+    text = {buffer.data(), static_cast<std::size_t>(n)};
+    return Arrival::datagram;
+}
+
+bool Socket::send(std::string_view text) const {
+    const std::string datagram = asDatagram(text);
+    return ::send(fd_, datagram.data(), datagram.size(), MSG_NOSIGNAL) >= 0 ||
+           errno != ECONNREFUSED;
+}
+
+void Socket::sendTo(std::string_view text, const Address& peer) const {
+    const std::string datagram = asDatagram(text);
+    ::sendto(fd_, datagram.data(), datagram.size(), MSG_NOSIGNAL, generic(peer), sizeof peer);
+}
+
+} // namespace practice

@@ -1,0 +1,168 @@
+#pragma once
+
+#include <array>
+#include <string>
+#include <string_view>
+
+#include "practice/Vector.h"
+
+namespace practice {
+
+enum class Side : int { left = 0, right = 1, none = 2 };
+
+constexpr int index(Side side) {
+    return static_cast<int>(side);
+}
+constexpr Side other(Side side) {
+    return side == Side::left ? Side::right : Side::left;
+}
+// +1 for the team that attacks to the right, -1 for the other.
+constexpr double sign(Side side) {
+    return side == Side::left ? 1.0 : -1.0;
+}
+constexpr char letter(Side side) {
+    return side == Side::left ? 'l' : 'r';
+}
+
+// What is being played. The side of a mode HAS the ball (set pieces, goal) or is the OFFENDER
+// (offside, backPass, freeKickFault, catchFault); beforeKickOff, playOn, dropBall and timeOver have
+// none.
+enum class Phase {
+    beforeKickOff,
+    playOn,
+    timeOver,
+    dropBall,
+    kickOff,
+    kickIn,
+    freeKick,
+    indirectFreeKick,
+    cornerKick,
+    goalKick,
+    goal,
+    offside,
+    backPass,
+    freeKickFault,
+    catchFault
+};
+
+struct PlayMode {
+    Phase phase = Phase::beforeKickOff;
+    Side side = Side::none;
+
+    friend bool operator==(const PlayMode&, const PlayMode&) = default;
+    bool operator==(Phase p) const { return phase == p; }
+
+    // The word of the protocol, such as "kick_in_l".
+    std::string word() const;
+    // A set piece that somebody is to take.
+    bool isSetPiece() const;
+    // Offside and the faults: the clock stands until the free kick.
+    bool isOffence() const;
+    // The clock stands still.
+    bool isStopped() const;
+};
+
+enum class Width { narrow, normal, wide };
+enum class Quality { high, low };
+
+struct View {
+    Width width = Width::normal;
+    Quality quality = Quality::high;
+};
+
+// Executed commands since joining, as sense_body reports them.
+struct Counts {
+    int kick = 0;
+    int dash = 0;
+    int turn = 0;
+    int say = 0;
+    int turnNeck = 0;
+    int catches = 0;
+    int move = 0;
+    int changeView = 0;
+};
+
+// Anything that moves: metres, metres per cycle.
+struct Movable {
+    Vec pos;
+    Vec vel;
+    Vec acc; // collected until the next step
+
+    void halt() { vel = acc = Vec{}; }
+};
+
+struct Player : Movable {
+    Side side = Side::none;
+    int unum = 0; // 1 to 11
+    bool goalie = false;
+    bool joined = false; // the number is used up, for ever
+    bool active = false; // on the pitch
+
+    double body = 0.0; // radians
+    double neck = 0.0; // radians, relative to the body
+    double stamina = 0.0;
+    double effort = 0.0;
+    double recovery = 0.0;
+    double extra = 0.0;    // stamina to fall back on when `stamina` is empty
+    double capacity = 0.0; // what can still be recovered in this half
+    View view;
+    Counts counts;
+
+    // Of the running cycle, cleared by the step.
+    bool bodyUsed = false;
+    bool neckUsed = false;
+    bool dashing = false;
+    double dashPower = 0.0;
+    double pendingTurn = 0.0; // radians
+    double pendingNeck = 0.0; // radians
+
+    int catchBan = 0;    // steps until the goalie may try again
+    int goalieMoves = 0; // with the ball it holds now
+    int ticksSinceSee = 0;
+    int refused = 0;                  // errors and warnings it was sent
+    bool lost = false;                // it left before the end of the match
+    std::array<int, 2> hearing{1, 1}; // capacity for messages of own team, of opponents
+
+    double gaze() const { return normalized(body + neck); }
+    void restoreStamina();
+};
+
+inline constexpr int playersPerTeam = 11;
+inline constexpr int maxPlayers = 2 * playersPerTeam;
+inline constexpr int nobody = -1;
+
+// The whole state of a match. A player is named by its index: the left team 0 to 10, then the
+// right.
+struct World {
+    Movable ball;
+    std::array<Player, maxPlayers> players;
+    std::array<std::string, 2> teamNames; // empty: not taken yet
+    std::array<int, 2> score{0, 0};
+    PlayMode mode;
+    int cycle = 0;
+    int halfCycles = 3000;
+    int ballHolder = nobody; // goalie with the ball in its hands
+
+    World();
+
+    const Player& player(int id) const { return players[static_cast<std::size_t>(id)]; }
+    Player& player(int id) { return players[static_cast<std::size_t>(id)]; }
+    const std::string& teamName(Side side) const {
+        return teamNames[static_cast<std::size_t>(index(side))];
+    }
+    int goals(Side side) const { return score[static_cast<std::size_t>(index(side))]; }
+    bool anybodyActive() const;
+    int joinedCount() const;
+};
+
+// The index of a player.
+constexpr int playerId(Side side, int unum) {
+    return index(side) * playersPerTeam + unum - 1;
+}
+inline int playerId(const Player& p) {
+    return playerId(p.side, p.unum);
+}
+
+bool isKickable(const World& world, const Player& player);
+
+} // namespace practice
