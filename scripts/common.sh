@@ -87,11 +87,11 @@ install_packages() {
 
 # Shows the percentage of the build on one line of a terminal, nothing elsewhere.
 show_progress() {
-    if [[ -t 1 ]]; then
-        awk '/^\[/ { sub(/\].*/, "]"); printf "\r%s", $0; fflush() } END { printf "\r      \r" }'
-    else
-        cat >/dev/null
-    fi
+    local line
+    while IFS= read -r line; do
+        if [[ -t 1 && $line == \[*\]* ]]; then printf '\r%s]' "${line%%]*}"; fi
+    done
+    if [[ -t 1 ]]; then printf '\r           \r'; fi
 }
 
 # A build folder remembers where its sources were; after a move or a copy it has to forget.
