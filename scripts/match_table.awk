@@ -94,7 +94,7 @@ function print_players(side,    number, player, k, loss, of, total, all) {
 
 END {
     if (name["l"] == "") note("the results of the server name no teams")
-    printf "%d : %d after %d cycles\n\n", goals["l"], goals["r"], cycles
+    printf "%s %d : %d %s after %d cycles\n\n", name["l"], goals["l"], goals["r"], name["r"], cycles
     print_teams()
     print_players("l")
     print_players("r")
