@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <functional>
 
+namespace rcc {
+
 namespace {
 
 struct Entry {
@@ -91,3 +93,5 @@ NamedObject findNamedObject(std::string_view name) {
     auto const* const row = std::ranges::lower_bound(ROWS, key, std::less{}, &Row::key);
     return row != ROWS.end() && row->key == key ? row->object : NamedObject{};
 }
+
+} // namespace rcc

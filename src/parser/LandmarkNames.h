@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+namespace rcc {
+
 /// What the name of a fixed object or of the ball stands for in a see message.
 struct NamedObject {
     enum Kind { Unknown, Line, Flag, Goal, Ball };
@@ -12,3 +14,5 @@ struct NamedObject {
 
 /// `name` is the text between the parentheses, as `f p l c`.
 NamedObject findNamedObject(std::string_view name);
+
+} // namespace rcc

@@ -1,10 +1,12 @@
 #include "parser/ParamTables.h"
 
+namespace rcc {
+
 // One row a parameter, in the order of the positional form. The third column is the name that the
 // server uses where it is another one than ours.
 // clang-format off
 
-constinit std::array<ParamField<RCC_ServerParam>, 103> const SERVER_PARAMS = {{
+constinit std::array<ParamField<RCC_ServerParam>, 103> const SERVER_PARAM_FIELDS = {{
     {"goalWidth",               &RCC_ServerParam::goalWidth},
     {"inertiaMoment",           &RCC_ServerParam::inertiaMoment},
     {"playerSize",              &RCC_ServerParam::playerSize},
@@ -110,7 +112,7 @@ constinit std::array<ParamField<RCC_ServerParam>, 103> const SERVER_PARAMS = {{
     {"dropBallTime",            &RCC_ServerParam::dropBallTime},
 }};
 
-constinit std::array<ParamField<RCC_PlayerParam>, 19> const PLAYER_PARAMS = {{
+constinit std::array<ParamField<RCC_PlayerParam>, 19> const PLAYER_PARAM_FIELDS = {{
     {"playerTypes",              &RCC_PlayerParam::playerTypes},
     {"subsMax",                  &RCC_PlayerParam::subsMax},
     {"playerTypesMax",           &RCC_PlayerParam::playerTypesMax,           "pt_max"},
@@ -132,7 +134,7 @@ constinit std::array<ParamField<RCC_PlayerParam>, 19> const PLAYER_PARAMS = {{
     {"effortMinDeltaFactor",     &RCC_PlayerParam::effortMinDeltaFactor},
 }};
 
-constinit std::array<ParamField<RCC_PlayerType>, 12> const PLAYER_TYPE = {{
+constinit std::array<ParamField<RCC_PlayerType>, 12> const PLAYER_TYPE_FIELDS = {{
     {"id",             &RCC_PlayerType::id},
     {"playerSpeedMax", &RCC_PlayerType::playerSpeedMax},
     {"staminaIncMax",  &RCC_PlayerType::staminaIncMax},
@@ -147,3 +149,5 @@ constinit std::array<ParamField<RCC_PlayerType>, 12> const PLAYER_TYPE = {{
     {"effortMin",      &RCC_PlayerType::effortMin},
 }};
 // clang-format on
+
+} // namespace rcc

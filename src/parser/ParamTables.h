@@ -6,6 +6,8 @@
 #include <string_view>
 #include <variant>
 
+namespace rcc {
+
 /// One parameter of a record: its name and where it goes.
 template <class Record>
 struct ParamField {
@@ -15,6 +17,8 @@ struct ParamField {
 };
 
 // In the order of the positional form.
-extern std::array<ParamField<RCC_ServerParam>, 103> const SERVER_PARAMS;
-extern std::array<ParamField<RCC_PlayerParam>, 19> const PLAYER_PARAMS;
-extern std::array<ParamField<RCC_PlayerType>, 12> const PLAYER_TYPE;
+extern std::array<ParamField<RCC_ServerParam>, 103> const SERVER_PARAM_FIELDS;
+extern std::array<ParamField<RCC_PlayerParam>, 19> const PLAYER_PARAM_FIELDS;
+extern std::array<ParamField<RCC_PlayerType>, 12> const PLAYER_TYPE_FIELDS;
+
+} // namespace rcc

@@ -2,6 +2,8 @@
 
 #include "parser/PlayModeWords.h"
 
+namespace rcc {
+
 namespace {
 
 bool readQuoted(RCC_Scanner& scanner, RCC_Text& text) {
@@ -38,3 +40,5 @@ bool parseCoachAudio(RCC_Scanner& scanner, RCC_CoachAudio& audio) {
 bool parsePlayerAudio(RCC_Scanner& scanner, RCC_PlayerAudio& audio) {
     return scanner.angle(audio.direction) && readQuoted(scanner, audio.text);
 }
+
+} // namespace rcc

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+namespace rcc {
+
 namespace {
 
 constexpr std::array<std::string_view, 2> QUALITIES = {"high", "low"};
@@ -72,3 +74,5 @@ bool parseSenseBody(RCC_Scanner& scanner, RCC_SenseBody& body) {
     return scanner.cycle(body.time) && readViewMode(scanner, body) && readStamina(scanner, body) &&
            readMotion(scanner, body) && readCounts(scanner, body) && skipGroups(scanner);
 }
+
+} // namespace rcc

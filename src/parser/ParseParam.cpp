@@ -8,6 +8,8 @@
 #include <cstddef>
 #include <ostream>
 
+namespace rcc {
+
 namespace {
 
 bool readNumber(RCC_Scanner& scanner, double& value) {
@@ -86,30 +88,32 @@ bool readRecord(RCC_Scanner& scanner, std::array<ParamField<Record>, N> const& t
 } // namespace
 
 bool parseServerParam(RCC_Scanner& scanner, RCC_ServerParam& param) {
-    Given<SERVER_PARAMS.size()> given;
-    if (!readRecord(scanner, SERVER_PARAMS, param, given)) return false;
-    if (!given[findField(SERVER_PARAMS, "kickableArea")]) {
+    Given<SERVER_PARAM_FIELDS.size()> given;
+    if (!readRecord(scanner, SERVER_PARAM_FIELDS, param, given)) return false;
+    if (!given[findField(SERVER_PARAM_FIELDS, "kickableArea")]) {
         param.kickableArea = param.playerSize + param.kickableMargin + param.ballSize;
     }
-    if (!given[findField(SERVER_PARAMS, "controlRadiusWidth")]) {
+    if (!given[findField(SERVER_PARAM_FIELDS, "controlRadiusWidth")]) {
         param.controlRadiusWidth = param.controlRadius - param.playerSize;
     }
     return true;
 }
 
 bool parsePlayerParam(RCC_Scanner& scanner, RCC_PlayerParam& param) {
-    Given<PLAYER_PARAMS.size()> given;
-    return readRecord(scanner, PLAYER_PARAMS, param, given);
+    Given<PLAYER_PARAM_FIELDS.size()> given;
+    return readRecord(scanner, PLAYER_PARAM_FIELDS, param, given);
 }
 
 bool parsePlayerType(RCC_Scanner& scanner, RCC_PlayerType& type) {
-    Given<PLAYER_TYPE.size()> given;
-    return readRecord(scanner, PLAYER_TYPE, type, given) && given.all() && type.id >= 0;
+    Given<PLAYER_TYPE_FIELDS.size()> given;
+    return readRecord(scanner, PLAYER_TYPE_FIELDS, type, given) && given.all() && type.id >= 0;
 }
+
+} // namespace rcc
 
 void RCC_PlayerType::print(std::ostream& os) const {
     os << ' ';
-    for (auto const& field : PLAYER_TYPE) {
+    for (auto const& field : rcc::PLAYER_TYPE_FIELDS) {
         std::visit([&](auto member) { os << this->*member << ' '; }, field.member);
     }
     os << '\n';

@@ -2,6 +2,8 @@
 
 #include "parser/PlayModeWords.h"
 
+namespace rcc {
+
 namespace {
 
 constexpr int MAX_UNUM = 11;
@@ -45,3 +47,5 @@ bool parseFullState(RCC_Scanner& scanner, RCC_FullState& state) {
 bool parseReconnect(RCC_Scanner& scanner, int& side) {
     return readSide(scanner, side) && !scanner.word().empty();
 }
+
+} // namespace rcc

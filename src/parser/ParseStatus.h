@@ -3,6 +3,8 @@
 #include "parser/RCC_Scanner.h"
 #include "parser/RCC_Status.h"
 
+namespace rcc {
+
 // Each reads what follows the first word of its message, up to the closing, which is not read.
 
 bool parseScore(RCC_Scanner& scanner, RCC_Score& score);
@@ -13,3 +15,5 @@ bool parseFullState(RCC_Scanner& scanner, RCC_FullState& state);
 
 /// The answer to a reconnect tells the side only: 1 left, -1 right.
 bool parseReconnect(RCC_Scanner& scanner, int& side);
+
+} // namespace rcc

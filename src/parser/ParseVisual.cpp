@@ -2,6 +2,8 @@
 
 #include "parser/LandmarkNames.h"
 
+namespace rcc {
+
 namespace {
 
 /// The numbers that follow a name: direction; distance, direction; the same with their changes; and
@@ -159,3 +161,5 @@ bool parseVisual(RCC_Scanner& scanner, std::string_view teamName, VisualDraft& d
     }
     return true;
 }
+
+} // namespace rcc

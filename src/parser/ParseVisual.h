@@ -8,6 +8,8 @@
 #include <span>
 #include <string_view>
 
+namespace rcc {
+
 /// The objects of one kind while a see is being read.
 template <class T>
 class SeenList {
@@ -43,3 +45,5 @@ struct VisualDraft {
 
 /// Reads what follows the word `see`, up to the closing of the message, which is not read.
 bool parseVisual(RCC_Scanner& scanner, std::string_view teamName, VisualDraft& draft);
+
+} // namespace rcc

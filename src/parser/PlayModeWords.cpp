@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+namespace rcc {
+
 namespace {
 
 struct Word {
@@ -79,3 +81,5 @@ RCC_PlayMode playModeOf(std::string_view word, int ownSide) {
     if (side == 0) return {mode, 0};
     return {mode, side == ownSide ? 1 : -1};
 }
+
+} // namespace rcc

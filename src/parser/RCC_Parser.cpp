@@ -31,7 +31,7 @@ public:
         std::ranges::generate(elements, [] { return RCC_Pointer<T>::make(); });
     }
 
-    void publish(SeenList<T> const& seen) {
+    void publish(rcc::SeenList<T> const& seen) {
         container->clear();
         for (std::size_t i = 0; T const& object : seen.objects()) {
             *elements[i] = object;
@@ -46,7 +46,7 @@ private:
 };
 
 struct VisualSlot {
-    VisualDraft draft;
+    rcc::VisualDraft draft;
     RCC_Pointer<RCC_Visual> record = RCC_Pointer<RCC_Visual>::make();
 
     VisualSlot() {
@@ -131,7 +131,7 @@ private:
     }
 
     RCC_Object* see(RCC_Scanner& scanner) {
-        if (!parseVisual(scanner, parser.teamName, visual.draft) || !scanner.finish()) {
+        if (!rcc::parseVisual(scanner, parser.teamName, visual.draft) || !scanner.finish()) {
             return nullptr;
         }
         visual.publish();
@@ -143,28 +143,28 @@ private:
     RCC_Object* reconnect(RCC_Scanner& scanner);
 
     RCC_Object* senseBodyMessage(RCC_Scanner& scanner) {
-        return readInto(scanner, senseBody, parser.senseBodyHandlers, parseSenseBody);
+        return readInto(scanner, senseBody, parser.senseBodyHandlers, rcc::parseSenseBody);
     }
     RCC_Object* scoreMessage(RCC_Scanner& scanner) {
-        return readInto(scanner, score, parser.scoreHandlers, parseScore);
+        return readInto(scanner, score, parser.scoreHandlers, rcc::parseScore);
     }
     RCC_Object* changePlayerType(RCC_Scanner& scanner) {
-        return readInto(scanner, substitution, parser.substitutionHandlers, parseSubstitution);
+        return readInto(scanner, substitution, parser.substitutionHandlers, rcc::parseSubstitution);
     }
     RCC_Object* errorMessage(RCC_Scanner& scanner) {
-        return readInto(scanner, error, parser.errorHandlers, parseError);
+        return readInto(scanner, error, parser.errorHandlers, rcc::parseError);
     }
     RCC_Object* serverParamMessage(RCC_Scanner& scanner) {
-        return readInto(scanner, serverParam, parser.serverParamHandlers, parseServerParam);
+        return readInto(scanner, serverParam, parser.serverParamHandlers, rcc::parseServerParam);
     }
     RCC_Object* playerParamMessage(RCC_Scanner& scanner) {
-        return readInto(scanner, playerParam, parser.playerParamHandlers, parsePlayerParam);
+        return readInto(scanner, playerParam, parser.playerParamHandlers, rcc::parsePlayerParam);
     }
     RCC_Object* playerTypeMessage(RCC_Scanner& scanner) {
-        return readInto(scanner, playerType, parser.playerTypeHandlers, parsePlayerType);
+        return readInto(scanner, playerType, parser.playerTypeHandlers, rcc::parsePlayerType);
     }
     RCC_Object* fullStateMessage(RCC_Scanner& scanner) {
-        return readInto(scanner, fullState, parser.fullStateHandlers, parseFullState);
+        return readInto(scanner, fullState, parser.fullStateHandlers, rcc::parseFullState);
     }
 
     RCC_Parser& parser;
@@ -215,27 +215,29 @@ RCC_Object* RCC_Parser::Reader::hear(RCC_Scanner& scanner) {
     int time = 0;
     if (!scanner.cycle(time)) return nullptr;
     if (scanner.atNumber()) {
-        return readHeard(scanner, time, playerAudio, parser.playerAudioHandlers, parsePlayerAudio);
+        return readHeard(scanner, time, playerAudio, parser.playerAudioHandlers,
+                         rcc::parsePlayerAudio);
     }
     std::string_view const speaker = scanner.word();
     if (speaker == "referee") {
         return readHeard(scanner, time, refAudio, parser.refAudioHandlers,
                          [this](RCC_Scanner& body, RCC_RefAudio& audio) {
-                             return parseRefAudio(body, ownSide, audio);
+                             return rcc::parseRefAudio(body, ownSide, audio);
                          });
     }
     if (speaker == "self") {
-        return readHeard(scanner, time, selfAudio, parser.selfAudioHandlers, parseSelfAudio);
+        return readHeard(scanner, time, selfAudio, parser.selfAudioHandlers, rcc::parseSelfAudio);
     }
     if (speaker == "coach" || speaker == "online_coach_left" || speaker == "online_coach_right") {
-        return readHeard(scanner, time, coachAudio, parser.coachAudioHandlers, parseCoachAudio);
+        return readHeard(scanner, time, coachAudio, parser.coachAudioHandlers,
+                         rcc::parseCoachAudio);
     }
     return nullptr;
 }
 
 RCC_Object* RCC_Parser::Reader::init(RCC_Scanner& scanner) {
     initMsg.draft = {};
-    if (!parseInit(scanner, initMsg.draft) || !scanner.finish()) return nullptr;
+    if (!rcc::parseInit(scanner, initMsg.draft) || !scanner.finish()) return nullptr;
     ownSide = initMsg.draft.side;
     initMsg.publish();
     return deliver(initMsg.record, parser.initMsgHandlers);
@@ -243,10 +245,12 @@ RCC_Object* RCC_Parser::Reader::init(RCC_Scanner& scanner) {
 
 RCC_Object* RCC_Parser::Reader::reconnect(RCC_Scanner& scanner) {
     int side = 0;
-    if (parseReconnect(scanner, side) && scanner.finish()) ownSide = side;
+    if (rcc::parseReconnect(scanner, side) && scanner.finish()) ownSide = side;
     return nullptr;
 }
 
+// A reference is what the callers of this constructor are written for.
+// NOLINTNEXTLINE(modernize-pass-by-value)
 RCC_Parser::RCC_Parser(mode_t const&, std::string const& team, int const&)
     : teamName(team), reader(std::make_unique<Reader>(*this)) {}
 

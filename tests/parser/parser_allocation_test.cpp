@@ -43,7 +43,7 @@ namespace {
 
 TEST(Allocation, TheCounterSeesAnAllocation) {
     long const before = allocations;
-    RCC_Memory::remove(new RCC_Ball);
+    RCC_Pointer<RCC_Ball>::make();
     EXPECT_EQ(before + 1, allocations);
 }
 

@@ -68,22 +68,22 @@ std::map<std::string, int> const SIDED_WORDS = {
 // clang-format on
 
 TEST(Referee, EveryWordForBothSides) {
-    for (std::string const own : {"l", "r"}) {
-        std::string const other = own == "l" ? "r" : "l";
+    for (std::string const own : {"_l", "_r"}) {
+        std::string const other = own == "_l" ? "_r" : "_l";
         Listener listener;
-        ASSERT_TRUE(listener.hears("(init " + own + " 3 before_kick_off)"));
+        ASSERT_TRUE(listener.hears("(init " + own.substr(1) + " 3 before_kick_off)"));
         for (auto const& [word, mode] : NEUTRAL_WORDS) {
             EXPECT_EQ(std::to_string(mode) + ":0", modeHeard(listener, word)) << word;
             EXPECT_EQ("-1:0", modeHeard(listener, word + "_l")) << word;
         }
         for (auto const& [word, mode] : SIDED_WORDS) {
             auto const number = std::to_string(mode);
-            EXPECT_EQ(number + ":1", modeHeard(listener, word + "_" + own)) << word;
-            EXPECT_EQ(number + ":-1", modeHeard(listener, word + "_" + other)) << word;
+            EXPECT_EQ(number + ":1", modeHeard(listener, word + own)) << word;
+            EXPECT_EQ(number + ":-1", modeHeard(listener, word + other)) << word;
             EXPECT_EQ("-1:0", modeHeard(listener, word)) << word;
         }
-        EXPECT_EQ("26:1", modeHeard(listener, "goal_" + own + "_12"));
-        EXPECT_EQ("26:-1", modeHeard(listener, "goal_" + other + "_2"));
+        EXPECT_EQ("26:1", modeHeard(listener, "goal" + own + "_12"));
+        EXPECT_EQ("26:-1", modeHeard(listener, "goal" + other + "_2"));
     }
 }
 

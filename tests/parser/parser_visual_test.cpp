@@ -14,7 +14,9 @@ namespace {
 /// 7 penalty area, 8 goal, and thousands are tens of metres along the outer row named last.
 std::string nameOf(int code) {
     static std::string const LETTERS = "??tblrcpg";
-    auto const letter = [&](int digit) { return std::string(" ") + LETTERS.at(digit % 10U); };
+    auto const letter = [&](int digit) {
+        return std::string(" ") + LETTERS.at(static_cast<std::size_t>(digit % 10));
+    };
     if (code >= 1000) {
         return "f" + letter(code) + letter(code / 10) + " " + std::to_string(code / 1000 * 10);
     }
