@@ -1,0 +1,46 @@
+#pragma once
+
+#include <netinet/in.h>
+#include <sys/socket.h>
+
+/// The UDP link to the soccer server: one socket, plain texts, one message a datagram.
+///
+/// The server answers the first message from a port of its own for this player; every receive takes
+/// over the sender's address, so that the link follows without further code.
+///
+/// Created by `Agent`; all state is class-level, so several objects would share the one socket.
+/// The sense thread receives; the main thread and the SIGALRM handler send.
+/// Failures to open or to receive are reported with perror() and end the process with status -1.
+class Communicator {
+public:
+    /// What one receive takes at most, and with the closing NUL what its buffer must hold.
+    static constexpr int MAX_MESSAGE_LENGTH = 4095;
+    static constexpr int MESSAGE_BUFFER_SIZE = MAX_MESSAGE_LENGTH + 1;
+
+    /// Opens the connection; see openConnection().
+    Communicator(char const* host, int port);
+    ~Communicator();
+    Communicator(Communicator const&) = delete;
+    Communicator& operator=(Communicator const&) = delete;
+
+    /// Resolves `host` (a name, or else a dotted address), opens and binds the socket.
+    static void openConnection(char const* host, int port);
+    static void closeConnection();
+
+    /// Sends the NUL-terminated text, without its NUL, as one datagram. A failure is reported and
+    /// otherwise ignored. Async-signal-safe.
+    void sendMessage(char const* message) const;
+
+    /// Blocks for the next datagram and stores it NUL-terminated. `buffer` holds
+    /// MESSAGE_BUFFER_SIZE characters; what is longer is cut. Returns the length, at least 1: an
+    /// error or an empty datagram ends the process.
+    int getNextMessage(char* buffer) const;
+
+private:
+    inline static int ownSocket = -1;
+    /// Where messages go. Written by the sense thread, and only when the sender changes, which it
+    /// does once, at the first reply; read by whoever sends. No lock: a send at that very moment
+    /// could at worst go astray.
+    inline static sockaddr_in hostAddress{};
+    inline static socklen_t lengthOfHostAddress = 0;
+};

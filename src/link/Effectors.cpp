@@ -1,0 +1,200 @@
+#include "link/Effectors.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+#include <csignal>
+#include <cstdio>
+
+#include "config/Configuration.h"
+#include "link/Communicator.h"
+#include "skills/Utils.h"
+#include "worldmodel/Player.h"
+
+namespace {
+
+/// The one object, for the signal handler.
+Effectors* eff = nullptr;
+
+constexpr float MAX_TURN = 180.0F;      ///< degrees of moment that are ever sent
+constexpr float NEGLIGIBLE_TURN = 0.1F; ///< degrees of moment not worth a command
+
+char const* nameOf(ViewMode width) {
+    switch (width) {
+    case ViewMode::narrow:
+        return "narrow";
+    case ViewMode::normal:
+        return "normal";
+    case ViewMode::wide:
+        return "wide";
+    }
+    return "normal";
+}
+
+char const* nameOf(ViewQuality quality) {
+    return quality == ViewQuality::high ? "high" : "low";
+}
+
+} // namespace
+
+Effectors::Effectors(Communicator* link, ServerCommandHistory& commandHistory,
+                     ServerCommandCounters& commandCounters)
+    : communicator(link), history(commandHistory), counters(commandCounters) {
+    eff = this;
+    struct sigaction action {};
+    action.sa_handler = sigalrmHandler;
+    action.sa_flags = SA_RESTART;
+    sigemptyset(&action.sa_mask);
+    sigaction(SIGALRM, &action, nullptr);
+}
+
+void Effectors::init(char const* teamname, bool goalie) {
+    std::snprintf(formatBuffer.data(), formatBuffer.size(), "(init %s %s)", teamname,
+                  goalie ? "(version 7.08)(goalie)" : "(version 7.08)");
+    communicator->sendMessage(formatBuffer.data());
+}
+
+/// Queues the text in the format buffer.
+void Effectors::queueMainCommand(Command kind, float argument1) {
+    queue.queueMain(formatBuffer.data(), kind);
+    history.mainKind = kind;
+    history.mainArgument1 = argument1;
+}
+
+void Effectors::queueMove(float x, float y) {
+    std::snprintf(formatBuffer.data(), formatBuffer.size(), "(move %f %f)", static_cast<double>(x),
+                  static_cast<double>(y));
+    queueMainCommand(Command::move, x);
+    history.mainArgument2 = y;
+}
+
+void Effectors::queueKick(float power, float direction) {
+    std::snprintf(formatBuffer.data(), formatBuffer.size(), "(kick %f %f)",
+                  static_cast<double>(power), static_cast<double>(direction));
+    queueMainCommand(Command::kick, power);
+    history.mainArgument2 = direction;
+}
+
+void Effectors::queueDash(float power) {
+    std::snprintf(formatBuffer.data(), formatBuffer.size(), "(dash %f)",
+                  static_cast<double>(power));
+    queueMainCommand(Command::dash, power);
+}
+
+void Effectors::queueTurn(float angle, float speed) {
+    float moment = angle;
+    float expectedAngle = angle;
+    if (speed != 0.0F) {
+        speed *= Player::DECAY;
+        moment = Utils::calcAngleForTurn(angle, speed);
+        if (moment < Configuration::minMoment) {
+            expectedAngle = Utils::calcActualTurnAngle(Configuration::minMoment, speed);
+            moment = Configuration::minMoment;
+        }
+        if (moment > Configuration::maxMoment) {
+            expectedAngle = Utils::calcActualTurnAngle(Configuration::maxMoment, speed);
+            moment = Configuration::maxMoment;
+        }
+    }
+    moment = std::clamp(moment, -MAX_TURN, MAX_TURN);
+    if (std::isnan(moment) || std::abs(moment) <= NEGLIGIBLE_TURN) return;
+
+    std::snprintf(formatBuffer.data(), formatBuffer.size(), "(turn %f)",
+                  static_cast<double>(moment));
+    queueMainCommand(Command::turn, expectedAngle);
+}
+
+void Effectors::queueGoalieCatch(float direction) {
+    std::snprintf(formatBuffer.data(), formatBuffer.size(), "(catch %f)",
+                  static_cast<double>(direction));
+    queueMainCommand(Command::goalieCatch, direction);
+}
+
+/// Queues the text in the format buffer; false when the queue is full.
+bool Effectors::queueOtherCommand(Command kind) {
+    if (!queue.queueOther(formatBuffer.data(), kind)) return false;
+    (kind == Command::say ? history.sayKind : history.otherKind) = kind;
+    return true;
+}
+
+void Effectors::queueTurnNeck(float angle) {
+    std::snprintf(formatBuffer.data(), formatBuffer.size(), "(turn_neck %f)",
+                  static_cast<double>(angle));
+    if (queueOtherCommand(Command::turnNeck)) history.otherArgument1 = angle;
+}
+
+void Effectors::queueChangeView(ViewMode width, ViewQuality quality) {
+    std::snprintf(formatBuffer.data(), formatBuffer.size(), "(change_view %s %s)", nameOf(width),
+                  nameOf(quality));
+    if (!queueOtherCommand(Command::changeView)) return;
+    history.otherArgument1 = static_cast<float>(width);
+    history.otherArgument2 = static_cast<float>(quality);
+}
+
+void Effectors::queueSay(char const* message) {
+    std::snprintf(formatBuffer.data(), formatBuffer.size(), "(say \"%s\")", message);
+    if (!queueOtherCommand(Command::say)) return;
+    std::snprintf(history.sayText.data(), history.sayText.size(), "%s", message);
+}
+
+void Effectors::queueScore() {
+    std::snprintf(formatBuffer.data(), formatBuffer.size(), "(score)");
+    queueOtherCommand(Command::score);
+}
+
+void Effectors::sendAllCommands() {
+    // Taken at once, so that a timer that fires during a send finds it gone.
+    if (!sendPermission.exchange(false)) return;
+
+    if (queue.mainQueued.exchange(false)) {
+        communicator->sendMessage(queue.mainCommand.data());
+        incrementCounters(queue.mainKind);
+    }
+    static std::array<char, ServerCommands::OTHER_SIZE> str;
+    while (queue.getNextOther(str.data())) {
+        communicator->sendMessage(str.data());
+        incrementCounters(queue.otherKinds[static_cast<std::size_t>(queue.nextOther - 1)]);
+    }
+}
+
+void Effectors::sendCommandDirect(char const* message) {
+    communicator->sendMessage(message);
+}
+
+void Effectors::incrementCounters(Command kind) {
+    switch (kind) {
+    case Command::move:
+        ++counters.move;
+        break;
+    case Command::kick:
+        ++counters.kick;
+        break;
+    case Command::dash:
+        ++counters.dash;
+        break;
+    case Command::turn:
+        ++counters.turn;
+        break;
+    case Command::goalieCatch:
+        ++counters.goalieCatch;
+        break;
+    case Command::turnNeck:
+        ++counters.turnNeck;
+        break;
+    case Command::changeView:
+        ++counters.changeView;
+        break;
+    case Command::say:
+        ++counters.say;
+        break;
+    case Command::none:
+    case Command::score:
+        break;
+    }
+}
+
+void Effectors::sigalrmHandler(int /*signal*/) {
+    int const savedErrno = errno; // the interrupted code may be about to look at its own
+    eff->sendAllCommands();
+    errno = savedErrno;
+}

@@ -1,0 +1,63 @@
+#include "runtime/Agent.h"
+
+#include <poll.h>
+
+#include "link/Communicator.h"
+#include "link/Effectors.h"
+#include "sensing/Sensors.h"
+#include "skills/SkillPool.h"
+#include "skills/Utils.h"
+#include "worldmodel/WorldModel.h"
+
+bool serverAlive = true;
+
+// The parts are never deleted: threads and signal handlers use them until the process is gone.
+Agent::Agent(char const* host, int port, char const* teamname, bool goalie) {
+    worldModel = new WorldModel();
+    worldModel->setGoalie(goalie);
+    worldModel->setTeamname(teamname);
+    communicator = new Communicator(host, port);
+    effectors = new Effectors(communicator, worldModel->situation().commandHistory,
+                              worldModel->queuedCommands());
+    sensors = new Sensors(communicator, teamname);
+    SkillPool::initialize(worldModel, effectors);
+    Utils::initialize(worldModel);
+    effectors->init(teamname, goalie);
+}
+
+void Agent::run() {
+    constexpr int FIRST_MESSAGES_MSEC = 100;
+    bool const goalie = worldModel->isGoalie();
+
+    poll(nullptr, 0, FIRST_MESSAGES_MSEC);
+    worldModel->integrateSensorInfo();
+    SkillPool::initializePositioning();
+
+    while (serverAlive) {
+        if (worldModel->integrateSensorInfo()) {
+            startCycle();
+            if (goalie) {
+                SkillPool::goalieGeneralBehaviour();
+            } else {
+                SkillPool::fieldPlayerGeneralBehaviour();
+            }
+            // With the see of the cycle there is nothing more to wait for. Else the timer sends.
+            if (worldModel->seeIsNewerThanSenseBody()) effectors->sendAllCommands();
+        }
+        if (!worldModel->waitForNewInfo()) serverAlive = false;
+    }
+}
+
+void Agent::startCycle() {
+    // First the queue, then the permission: nothing of the last cycle may leave under it.
+    effectors->clearQueue();
+    worldModel->situation().commandHistory.reset();
+    if (worldModel->takeSenseBodyArrived()) effectors->grantSend();
+    // The init reply may have come late; after that this is a few copies.
+    SkillPool::initializePositioning();
+}
+
+void Agent::test() {
+    SkillPool::goalieGeneralBehaviour();
+    SkillPool::fieldPlayerGeneralBehaviour();
+}

@@ -1,0 +1,85 @@
+#include "runtime/SenseThread.h"
+
+#include <limits>
+
+#include "config/ConfigFile.h"
+#include "sensing/Sensors.h"
+#include "skills/Utils.h"
+#include "worldmodel/WorldModel.h"
+
+namespace {
+
+constexpr int CYCLE_MSEC = 100;
+
+float widthFactor(ViewMode mode) {
+    switch (mode) {
+    case ViewMode::narrow:
+        return 0.5F;
+    case ViewMode::normal:
+        return 1.0F;
+    case ViewMode::wide:
+        return 2.0F;
+    }
+    return std::numeric_limits<float>::quiet_NaN();
+}
+
+float qualityFactor(ViewQuality quality) {
+    switch (quality) {
+    case ViewQuality::high:
+        return 1.0F;
+    case ViewQuality::low:
+        return 0.5F;
+    }
+    return std::numeric_limits<float>::quiet_NaN();
+}
+
+} // namespace
+
+void* SenseThread::senseCallback(void* worldModel) {
+    wm = static_cast<WorldModel*>(worldModel);
+    itv = {};
+    for (;;) {
+        Sensors::sense();
+        // The flags stay up until the main thread integrates. A message that comes before it does
+        // so, of whatever kind, arms and stamps once more; main is woken within milliseconds.
+        if (Sensors::newSenseBody) {
+            setTimeSignal();
+            wm->setTimeLastSB();
+        }
+        if (Sensors::newVisual) wm->setTimeLastSee();
+    }
+}
+
+int SenseThread::calculateSeeInterval(ViewQuality quality, ViewMode mode) {
+    constexpr float NORMAL_INTERVAL = 150.0F; // milliseconds
+    return truncateToInt(widthFactor(mode) * (qualityFactor(quality) * NORMAL_INTERVAL));
+}
+
+float SenseThread::chooseFraction(int tillNextSee) {
+    static auto const noSeeFraction = static_cast<float>(ConfigFile::noSeeFraction);
+    static auto const firstHalfFraction = static_cast<float>(ConfigFile::firstHalfFraction);
+    static auto const lastHalfFraction = static_cast<float>(ConfigFile::lastHalfFraction);
+    if (tillNextSee > CYCLE_MSEC) return noSeeFraction;
+    return tillNextSee > CYCLE_MSEC / 2 ? lastHalfFraction : firstHalfFraction;
+}
+
+long SenseThread::sendDelay(float fraction) {
+    constexpr double CYCLE = 100000.0; // microseconds
+    // In double: the float nearest to 0.7 is a little less, and so is the delay.
+    return static_cast<long>(CYCLE * static_cast<double>(fraction));
+}
+
+void SenseThread::setTimeSignal() {
+    BodyInfo const& info = wm->myself().bodyInfo;
+    auto const quality = static_cast<ViewQuality>(info.viewQuality.load());
+    auto const mode = static_cast<ViewMode>(info.viewWidth.load());
+
+    timeval const timeLastSee = wm->timeLastSee();
+    timeval const timeLastSb = wm->timeLastSB(); // of the sense_body before
+    timeval const timeNextSee =
+        Utils::timerAddMsec(&timeLastSee, calculateSeeInterval(quality, mode));
+    int const tillNextSee = Utils::timerDiffMsec(&timeNextSee, &timeLastSb) - CYCLE_MSEC;
+
+    itv.it_value.tv_usec = sendDelay(chooseFraction(tillNextSee));
+    setitimer(ITIMER_REAL, &itv, nullptr);
+}

@@ -1,0 +1,230 @@
+// The decision of a field player for one cycle.
+
+#include "skills/SkillPool.h"
+
+#include <cstdlib>
+
+#include "config/ConfigFile.h"
+#include "worldmodel/Situation.h"
+#include "worldmodel/WorldModel.h"
+
+namespace {
+
+// Cycles spent in the current set piece; reset in play on only.
+int kickInMinDelay = 0;
+int kickInScanDelay = 0;
+
+constexpr Vector2D PEN_SHOOT_POINT(40.0F, 0.0F, CARTESIAN);
+
+int asInt(double setting) {
+    return truncateToInt(static_cast<float>(setting));
+}
+
+float walkPower() {
+    static int const power = asInt(ConfigFile::walkPower);
+    return static_cast<float>(power);
+}
+
+Vector2D opponentGoalMid() {
+    static Vector2D const mid = Field::landmark(Field::OPP_GOAL_MID);
+    return mid;
+}
+
+/// One more cycle of a set piece of ours, with a pass that arrives at `endSpeed`.
+bool prepareSetPiece(float endSpeed) {
+    static int const passMinDelay = asInt(ConfigFile::passMinDelay);
+    static int const passScanDelay = asInt(ConfigFile::passScanDelay);
+    return SkillPool::performKickIn(true, passMinDelay, passScanDelay, endSpeed);
+}
+
+/// The field player whose home is nearest takes the set piece, the others take up their places.
+/// What to do when nobody can be passed to is the fallback.
+template <class Fallback>
+void setPiece(WorldModel const& world, float endSpeed, Fallback fallback) {
+    if (!world.isMyHomePosClosestToPos(world.ball().position)) {
+        SkillPool::doPositioning();
+        return;
+    }
+    if (!SkillPool::getBall(walkPower(), false, WALK_TO_BALL)) return;
+    if (!SkillPool::faceOnlyBodyToPoint(opponentGoalMid())) return;
+    if (!prepareSetPiece(endSpeed)) fallback();
+}
+
+void clearTheBall() {
+    SkillPool::kickAway(false);
+}
+void shoot() {
+    SkillPool::scoreGoal();
+}
+
+void kickOff(WorldModel const& world) {
+    static Vector2D const opponent_rc = Field::landmark(Field::OPP_RIGHT_CORNER);
+    static Vector2D const opponent_lc = Field::landmark(Field::OPP_LEFT_CORNER);
+    if (world.ball().position.isInvalid()) {
+        SkillPool::scanFieldWithBody();
+    } else if (world.beingClosestTeamMateToBall() &&
+               SkillPool::getBall(walkPower(), false, WALK_TO_BALL)) {
+        SkillPool::kickToPoint(random() % 2 == 0 ? opponent_rc : opponent_lc, 100.0F, false);
+    }
+}
+
+bool ourGoalieHasTheBall(WorldModel const& world) {
+    constexpr float AT_HAND = 2.0F;
+    Vector2D const ball = world.ball().position;
+    Player const* const goalie = world.situation().myTeam.getGoalie();
+    return goalie != nullptr && goalie->position.getDistanceTo(ball) < AT_HAND &&
+           Field::OWN_PENALTY_AREA.isInside(ball);
+}
+
+void ourCornerKick(WorldModel const& world) {
+    if (!world.isMyHomePosClosestToPos(world.ball().position)) {
+        if (SkillPool::goToPositionOurCKick()) SkillPool::faceNeckAndBodyToBall();
+        return;
+    }
+    if (!SkillPool::getBall(walkPower(), false, WALK_TO_BALL)) return;
+    if (!SkillPool::faceOnlyBodyToPoint(PEN_SHOOT_POINT)) return;
+    if (!prepareSetPiece(1.5F)) SkillPool::kickToPoint(PEN_SHOOT_POINT, 100.0F, false);
+}
+
+} // namespace
+
+void SkillPool::fieldPlayerGeneralBehaviour() {
+    switch (worldModel->situation().playMode) {
+    case PM_BEFORE_KICK_OFF:
+        if (profileSeeTiming()) return; // the whole cycle, without a report
+        if (!atInitialPosition()) {
+            moveToInitialPosition();
+        } else if (ball->position.isInvalid()) {
+            scanFieldWithBody();
+        } else {
+            faceNeckAndBodyToBall();
+        }
+        break;
+    case PM_PLAY_ON:
+        kickInMinDelay = 0;
+        kickInScanDelay = 0;
+        playOnBehavior();
+        break;
+    case PM_OUR_KICK_OFF:
+        kickOff(*worldModel);
+        break;
+    case PM_THEIR_KICK_OFF:
+        if (atInitialPosition()) {
+            faceNeckAndBodyToBall();
+        } else {
+            moveToInitialPosition();
+        }
+        break;
+    case PM_OUR_KICK_IN:
+        setPiece(*worldModel, 1.2F, clearTheBall);
+        break;
+    case PM_OUR_FREE_KICK:
+        if (!ourGoalieHasTheBall(*worldModel)) setPiece(*worldModel, 1.2F, clearTheBall);
+        break;
+    case PM_OUR_CORNER_KICK:
+        ourCornerKick(*worldModel);
+        break;
+    case PM_THEIR_CORNER_KICK:
+        if (goToPositionTheirCKick()) faceNeckAndBodyToBall();
+        break;
+    case PM_OUR_GOAL_KICK:
+        setPiece(*worldModel, 1.5F, clearTheBall);
+        break;
+    case PM_OUR_GOAL:
+    case PM_THEIR_GOAL:
+        if (atInitialPosition()) {
+            faceNeckAndBodyToPoint(opponentGoalMid());
+        } else {
+            moveToInitialPosition();
+        }
+        break;
+    case PM_OUR_PENALTY_KICK:
+        setPiece(*worldModel, 1.2F, shoot);
+        break;
+    case PM_THEIR_KICK_IN:
+    case PM_THEIR_FREE_KICK:
+    case PM_THEIR_GOAL_KICK:
+    case PM_OUR_OFFSIDE:
+    case PM_THEIR_OFFSIDE:
+    case PM_THEIR_PENALTY_KICK:
+    case PM_OUR_BACK_PASS:
+    case PM_THEIR_BACK_PASS:
+        doPositioning();
+        break;
+    case PM_OUR_GOAL_SCORED:
+    case PM_THEIR_GOAL_SCORED:
+        if (!atInitialPosition()) moveToInitialPosition();
+        break;
+    default:
+        break;
+    }
+    reportIfClosestToBall();
+}
+
+namespace {
+
+constexpr Vector2D DRIBBLE_POINT(40.0F, 0.0F, CARTESIAN);
+constexpr int UNUM_MIDDLEATTACKER = 10;
+
+float dribbleAreaX() {
+    static auto const x = static_cast<float>(ConfigFile::dribbleAreaX);
+    return x;
+}
+
+/// Plays the ball to where the middle attacker is about to run.
+void passAheadOfMiddleAttacker(WorldModel const& world) {
+    constexpr float FRACTION = 0.85F;
+    Vector2D const attacker = world.calcSBSPPosition(UNUM_MIDDLEATTACKER);
+    SkillPool::passBallToPos(attacker + FRACTION * (DRIBBLE_POINT - attacker), 1.0F);
+}
+
+/// Shoot, pass, dribble or play forward, the first that applies. False when nothing did and the
+/// ball is just sent towards their goal.
+bool playKickableBall(WorldModel const& world) {
+    static auto const passAreaX = static_cast<float>(ConfigFile::passAreaX);
+    static auto const passEndSpeed = static_cast<float>(ConfigFile::passEndSpeed);
+    float const x = world.ball().position.x;
+
+    if (world.beingAtGoodPointToScore()) {
+        SkillPool::scoreGoal();
+        return true;
+    }
+    if (SkillPool::passIfHaveACandidate(true, passEndSpeed)) return true;
+    if (!world.beingFrontalAttacked() && x > dribbleAreaX()) {
+        SkillPool::simpleDribbleToPoint(DRIBBLE_POINT, 100);
+        return true;
+    }
+    if (world.myself().unum != UNUM_MIDDLEATTACKER && passAreaX <= x && x <= dribbleAreaX()) {
+        passAheadOfMiddleAttacker(world);
+        return true;
+    }
+    SkillPool::scoreGoal();
+    return false;
+}
+
+} // namespace
+
+void SkillPool::playOnBehavior() {
+    if (ball->position.isInvalid()) {
+        scanFieldWithBody();
+        return;
+    }
+    if (worldModel->isInKickableArea()) {
+        if (playKickableBall(*worldModel)) return;
+    } else if (!worldModel->beingClosestTeamMateToBall()) {
+        doPositioning();
+        return;
+    } else if (getBall(100.0F, false, RUN_TO_BALL)) {
+        faceNeckAndBodyToBall();
+        return;
+    }
+    faceOnlyNeckToBall();
+}
+
+bool SkillPool::performKickIn(bool wellPositioned, int minDelay, int scanDelay, float endSpeed) {
+    scanFieldWithNeck();
+    if (kickInMinDelay++ < minDelay) return true;
+    if (kickInScanDelay++ >= scanDelay) return false;
+    // False right after a pass too: the caller's fallback then replaces the pass. Kept so.
+    return !passIfHaveACandidate(wellPositioned, endSpeed);
+}

@@ -1,0 +1,149 @@
+// Dribbling, passing, shooting and clearing.
+
+#include "skills/SkillPool.h"
+
+#include <cmath>
+#include <limits>
+
+#include "config/ConfigFile.h"
+#include "config/Configuration.h"
+#include "link/Effectors.h"
+#include "skills/Utils.h"
+#include "worldmodel/WorldModel.h"
+
+bool SkillPool::simpleDribbleToPoint(Vector2D target, int power) {
+    static int const maxPower = truncateToInt(static_cast<float>(ConfigFile::dribbleKickPower));
+    constexpr int minPower = 30;
+    constexpr float NEAR = 15.0F; // metres
+
+    bool const far = myself->position.getDistanceTo(target) >= NEAR;
+    int const kickPower = far ? maxPower : minPower;
+    if (ball->position.isInvalid()) return false;
+    if (worldModel->isInKickableArea()) {
+        kickToPoint(target, static_cast<float>(kickPower), false);
+    } else {
+        getBall(static_cast<float>(power), false, DRIBBLE_BALL);
+    }
+    return true;
+}
+
+bool SkillPool::stopBall() {
+    static auto const powerThr = static_cast<float>(ConfigFile::stopBallPowerThr);
+
+    if (!worldModel->isInKickableArea()) return false;
+    float const rate =
+        Utils::calculateKickRate(myself->position.getDistanceTo(ball->position),
+                                 convertAngleTo180(Utils::calcAngleToBallRel2Body()));
+    Vector2D const motion = ball->velocity - myself->velocity;
+    float const power = motion.getLength() / rate / Configuration::kickPowerRate;
+    if (!(power > powerThr)) return false;
+    effectors->queueKick(power, normalizeTo180Deg(motion.getDirection() + 180.0F -
+                                                  convertAngleTo180(myself->bodyDirection)));
+    return true;
+}
+
+void SkillPool::kickToPoint(Vector2D target, float power, bool fastest) {
+    constexpr float FASTEST_FACTOR = 200.0F; // more than the server allows, on purpose
+
+    Vector2D const keptMotion = ball->velocity * Configuration::ballDecay;
+    Vector2D const relBall = ball->position - myself->position;
+    float const rate = Utils::calculateKickRate(relBall.getLength(), relBall.getDirection());
+    float const direction = convertAngleTo360((target - myself->position).getDirection());
+    float const speed = rate * (fastest ? FASTEST_FACTOR : power) * Configuration::kickPowerRate;
+
+    Vector2D acceleration = Vector2D(speed, direction, POLAR) - keptMotion;
+    acceleration.rotate(-convertAngleTo180(myself->bodyDirection));
+    effectors->queueKick(acceleration.getLength() / rate / Configuration::kickPowerRate,
+                         normalizeTo180Deg(acceleration.getDirection()));
+}
+
+bool SkillPool::passBall(Player const* receiver, float endSpeed) {
+    return passBallToPos(receiver->position, endSpeed);
+}
+
+bool SkillPool::passBallToPos(Vector2D target, float endSpeed) {
+    if (!worldModel->isInKickableArea()) return false;
+    Vector2D const way = target - myself->position;
+    float const speed = Utils::calcKickSpeedToTravel(way.getLength(), endSpeed);
+    Vector2D const change =
+        Vector2D(speed, convertAngleTo360(way.getDirection()), POLAR) - ball->velocity;
+    float const rate =
+        Utils::calculateKickRate(myself->position.getDistanceTo(ball->position),
+                                 convertAngleTo180(Utils::calcAngleToBallRel2Body()));
+    kickToPoint(target, change.getLength() / rate / Configuration::kickPowerRate, false);
+    return true;
+}
+
+bool SkillPool::passIfHaveACandidate(bool wellPositioned, float endSpeed) {
+    Player const* const candidate = worldModel->getPassCand(wellPositioned);
+    if (candidate == nullptr) return false;
+    passBall(candidate, endSpeed);
+    return true;
+}
+
+float calcAngleOffset(float angle) {
+    float const steepness = std::abs(angle);
+    float const sign = angle < 0.0F ? -1.0F : 1.0F;
+    if (steepness < 60.0F) return sign * 0.0F;
+    if (steepness < 75.0F) return sign * 2.0F;
+    if (steepness < 82.5F) return sign * 4.0F;
+    if (steepness <= 90.0F) return sign * 8.0F;
+    return std::numeric_limits<float>::quiet_NaN();
+}
+
+bool SkillPool::scoreGoal() {
+    static Vector2D const leftGoalCorner = Field::landmark(Field::OPP_GOAL_LEFT_POST);
+    static Vector2D const rightGoalCorner = Field::landmark(Field::OPP_GOAL_RIGHT_POST);
+    static Vector2D const goalMid = Field::landmark(Field::OPP_GOAL_MID);
+    constexpr float INSIDE_POST = 1.5F; // metres
+
+    if (!worldModel->isInKickableArea()) return false;
+    Vector2D const me = myself->position;
+    float const offset = calcAngleOffset((goalMid - me).getDirection());
+
+    bool right = false;
+    if (Player const* const goalie = worldModel->situation().theirTeam.getGoalie()) {
+        // Along the line that is farther from the goalkeeper.
+        Line const toLeft = Line::makeLineFromTwoPoints(me, leftGoalCorner);
+        Line const toRight = Line::makeLineFromTwoPoints(me, rightGoalCorner);
+        right =
+            toLeft.distanceToPoint(goalie->position) <= toRight.distanceToPoint(goalie->position);
+    } else {
+        right = me.getDistanceTo(rightGoalCorner) <= me.getDistanceTo(leftGoalCorner);
+    }
+    Vector2D aim = right ? rightGoalCorner : leftGoalCorner;
+    aim.y += (right ? -INSIDE_POST : INSIDE_POST) + offset;
+    kickToPoint(aim, 100.0F, true);
+    return true;
+}
+
+bool SkillPool::shouldStopBall() {
+    static auto const angTol = static_cast<float>(ConfigFile::stopBallAngleTolerance);
+    static auto const velThr = static_cast<float>(ConfigFile::stopBallVelocityThreshold);
+    static auto const from = static_cast<float>(ConfigFile::stopBallSectorFrom);
+    static auto const to = static_cast<float>(ConfigFile::stopBallSectorTo);
+
+    float const toBall = (ball->position - myself->position).getDirection();
+    float const motion = ball->velocity.getDirection();
+    float const back = normalizeTo180Deg(motion + 180.0F);
+    bool const comesToMe =
+        from < motion && motion < to && std::abs(normalizeTo180Deg(toBall - back)) < angTol;
+    return !comesToMe && !(ball->velocity.getLength() < velThr);
+}
+
+void SkillPool::kickAway(bool toSide) {
+    static Vector2D const goalMid = Field::landmark(Field::OPP_GOAL_MID);
+    constexpr float CLEARED_X = 15.0F; // from here on straight towards their goal
+
+    Vector2D target;
+    if (toSide) {
+        constexpr float SIDE_Y = 32.0F;
+        target = {ball->position.x, ball->position.y >= 0.0F ? SIDE_Y : -SIDE_Y, CARTESIAN};
+    } else if (ball->position.x >= CLEARED_X) {
+        target = goalMid;
+    } else {
+        constexpr float WING_Y = 29.0F;
+        target = {52.5F, ball->position.y > 0.0F ? WING_Y : -WING_Y, CARTESIAN};
+    }
+    kickToPoint(target, 100.0F, false);
+}

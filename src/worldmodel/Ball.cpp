@@ -1,0 +1,22 @@
+#include "worldmodel/Ball.h"
+
+#include "skills/Utils.h"
+
+Vector2D Ball::predictedPosition(int cycles, float kickAngle, float kickPower, float ballDistance,
+                                 float directionDifference) const {
+    if (position.isInvalid() || velocity.isInvalid()) return position;
+    Vector2D predicted = position;
+    Vector2D v = velocity;
+    if (kickAngle != NO_KICK && kickPower != NO_KICK) {
+        // Not limited by ACCEL_MAX, on purpose.
+        float const acceleration = Utils::calculateKickRate(ballDistance, directionDifference) *
+                                   kickPower * Configuration::kickPowerRate;
+        v += Vector2D(acceleration, convertAngleTo360(kickAngle), POLAR);
+    }
+    for (int i = 0; i < cycles; ++i) {
+        clampSpeed(v, SPEED_MAX);
+        predicted += v;
+        v *= DECAY;
+    }
+    return predicted;
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "config/Configuration.h"
+#include "worldmodel/MovingObject.h"
+
+/// The ball as the agent knows it.
+class Ball : public virtual MovingObject {
+public:
+    // The server's parameters under the names of the object they describe: references, so that a
+    // parameter message changes every prediction at once.
+    static constexpr float const& SIZE = Configuration::ballSize;
+    static constexpr float const& DECAY = Configuration::ballDecay;
+    static constexpr float const& RANDOM = Configuration::ballRandom;
+    static constexpr float const& WEIGHT = Configuration::ballWeight;
+    static constexpr float const& SPEED_MAX = Configuration::ballSpeedMax;
+    static constexpr float const& ACCEL_MAX = Configuration::ballAccelMax;
+    static constexpr float const& KICKABLE_MARGIN = Configuration::kickableMargin;
+
+    /// No kick, for predictedPosition().
+    static constexpr float NO_KICK = UNDEFINED_FLOAT;
+
+    using MovingObject::predictedPosition;
+    /// `cycles` ahead with decay, after a kick now if both its angle (counter-clockwise, degrees,
+    /// absolute) and its power are given. `ballDistance` (metres) and `directionDifference`
+    /// (degrees from the kicker's body) tell how well the ball lies for it.
+    Vector2D predictedPosition(int cycles, float kickAngle, float kickPower, float ballDistance,
+                               float directionDifference) const;
+    /// `cycles` ahead with decay, without a kick.
+    Vector2D rollingPosition(int cycles) const {
+        return predictedPosition(cycles, NO_KICK, NO_KICK, NO_KICK, NO_KICK);
+    }
+};

@@ -1,0 +1,96 @@
+#include "worldmodel/Situation.h"
+
+#include <array>
+#include <cstddef>
+#include <string_view>
+
+#include "config/ConfigFile.h"
+#include "skills/Utils.h"
+
+namespace {
+
+/// By the parser's mode: our code and theirs, the same one where the side does not matter.
+struct CodePair {
+    int ours;
+    int theirs;
+};
+
+// clang-format off
+constexpr std::array<CodePair, 27> PLAY_MODE_CODES = {{
+    {PM_NONE, PM_NONE},
+    {PM_BEFORE_KICK_OFF, PM_BEFORE_KICK_OFF},
+    {PM_TIME_OVER, PM_TIME_OVER},
+    {PM_PLAY_ON, PM_PLAY_ON},
+    {PM_OUR_KICK_OFF, PM_THEIR_KICK_OFF},
+    {PM_OUR_KICK_IN, PM_THEIR_KICK_IN},
+    {PM_OUR_FREE_KICK, PM_THEIR_FREE_KICK},
+    {PM_OUR_CORNER_KICK, PM_THEIR_CORNER_KICK},
+    {PM_OUR_GOAL_KICK, PM_THEIR_GOAL_KICK},
+    {PM_OUR_GOAL, PM_THEIR_GOAL},
+    {PM_DROP_BALL, PM_DROP_BALL},
+    {PM_OUR_OFFSIDE, PM_THEIR_OFFSIDE},
+    {PM_OUR_PENALTY_KICK, PM_THEIR_PENALTY_KICK},
+    {PM_FIRST_HALF_OVER, PM_FIRST_HALF_OVER},
+    {PM_PAUSE, PM_PAUSE},
+    {PM_HUMAN_JUDGE, PM_HUMAN_JUDGE},
+    {PM_OUR_FOUL_CHARGE, PM_THEIR_FOUL_CHARGE},
+    {PM_OUR_FOUL_PUSH, PM_THEIR_FOUL_PUSH},
+    {PM_OUR_FOUL_MULTIPLE_ATTACK, PM_THEIR_FOUL_MULTIPLE_ATTACK},
+    {PM_OUR_FOUL_BALLOUT, PM_THEIR_FOUL_BALLOUT},
+    {PM_OUR_BACK_PASS, PM_THEIR_BACK_PASS},
+    {PM_TIME_UP, PM_TIME_UP},
+    {PM_TIME_UP_WITHOUT_A_TEAM, PM_TIME_UP_WITHOUT_A_TEAM},
+    {PM_TIME_EXTENDED, PM_TIME_EXTENDED},
+    {PM_HALF_TIME, PM_HALF_TIME},
+    {PM_OUR_GOALIE_CATCH, PM_THEIR_GOALIE_CATCH},
+    {PM_OUR_GOAL_SCORED, PM_THEIR_GOAL_SCORED},
+}};
+// clang-format on
+
+constexpr std::size_t REPORT_LENGTH = 9;
+constexpr float VELOCITY_STEPS = 20.0F; ///< a report counts velocities in twentieths
+
+/// The value of one sign and one symbol of a ball report.
+float decode(std::string_view report, std::size_t sign) {
+    float const magnitude = Utils::doAsciiToFloat(report[sign + 1]);
+    return report[sign] == 'y' ? -magnitude : magnitude;
+}
+
+} // namespace
+
+Situation::Situation() {
+    myTeam.players.reserve(RCC_Visual::MAX_OBJECTS + 1);
+    theirTeam.players.reserve(RCC_Visual::MAX_OBJECTS);
+    unknownPlayers.reserve(RCC_Visual::MAX_OBJECTS);
+    myTeam.players.emplace_back();
+}
+
+void Situation::setPlayMode(RCC_PlayMode const& mode) {
+    if (mode.mode < 0 || mode.mode >= static_cast<int>(PLAY_MODE_CODES.size())) return;
+    CodePair const& codes = PLAY_MODE_CODES[static_cast<std::size_t>(mode.mode)];
+    playMode = mode.side == 1 ? codes.ours : codes.theirs;
+}
+
+void Situation::integratePlayerAudio(RCC_PlayerAudio const& audio) {
+    std::string_view const report = audio.text.view();
+    if (report.size() < REPORT_LENGTH) return; // somebody else's
+    if (ConfigFile::sayID.empty() || report[0] != ConfigFile::sayID[0]) return;
+
+    Vector2D const saidPosition(decode(report, 1), decode(report, 3), CARTESIAN);
+    Vector2D const saidVelocity(decode(report, 5) / VELOCITY_STEPS,
+                                decode(report, 7) / VELOCITY_STEPS, CARTESIAN);
+    if (saidPosition.x == UNDEFINED_FLOAT || saidPosition.y == UNDEFINED_FLOAT) return;
+
+    if (currentTime > ballSeenTime) {
+        ball.position = saidPosition;
+        heardBallTime = audio.time;
+    }
+    if (currentTime - ballVelocitySeenTime < 1) return;
+    ball.velocity = saidVelocity;
+    ball.position = ball.rollingPosition(1);
+    heardBallVelocityTime = audio.time;
+}
+
+void Situation::integrateSelfAudio(RCC_SelfAudio const& /*audio*/) {}
+
+void Situation::integrateCoachAudio(RCC_CoachAudio const& /*audio*/) {}

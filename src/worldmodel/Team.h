@@ -1,0 +1,16 @@
+#pragma once
+
+#include <vector>
+
+#include "worldmodel/Player.h"
+
+/// The players of one team that the agent knows of.
+class Team {
+public:
+    std::vector<Player> players;
+
+    virtual ~Team() = default;
+
+    /// The first player known to be the goalkeeper, or null.
+    Player const* getGoalie() const;
+};

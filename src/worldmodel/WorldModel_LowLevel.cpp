@@ -1,0 +1,240 @@
+// News for the world model: the wake-up of the main thread and the integration of the messages.
+
+#include "worldmodel/WorldModel.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <ctime>
+
+#include "config/Configuration.h"
+#include "sensing/Sensors.h"
+
+namespace {
+
+constexpr std::int64_t MICROSECONDS_PER_SECOND = 1000000;
+constexpr int SILENCE_SECONDS = 3; ///< counted from the start of the current second
+
+/// Whether the flag was raised; lowers it. To be called before the record is read, so that a
+/// message arriving meanwhile raises it again.
+bool take(std::atomic<bool>& flag) {
+    return flag.exchange(false);
+}
+
+} // namespace
+
+void TimeStamp::stampNow() {
+    timeval now{};
+    gettimeofday(&now, nullptr);
+    set(now);
+}
+
+void TimeStamp::set(timeval const& time) {
+    microseconds = time.tv_sec * MICROSECONDS_PER_SECOND + time.tv_usec;
+}
+
+timeval TimeStamp::get() const {
+    std::int64_t const value = microseconds;
+    return {value / MICROSECONDS_PER_SECOND, value % MICROSECONDS_PER_SECOND};
+}
+
+WorldModel::WorldModel() {
+    pthread_mutex_init(&mutex, nullptr);
+    pthread_cond_init(&condition, nullptr);
+}
+
+void WorldModel::setTeamname(char const* name) {
+    std::snprintf(theTeamname.data(), theTeamname.size(), "%s", name);
+}
+
+bool WorldModel::waitForNewInfo() {
+    if (newInfo.exchange(false)) return true;
+
+    static timeval now;
+    static timespec timeout;
+    gettimeofday(&now, nullptr);
+    timeout.tv_sec = now.tv_sec + SILENCE_SECONDS;
+    timeout.tv_nsec = 0;
+
+    pthread_mutex_lock(&mutex);
+    int result = 0;
+    // The flag may have been set since the look above; the signal is then past.
+    if (!newInfo) {
+        do {
+            result = pthread_cond_timedwait(&condition, &mutex, &timeout);
+        } while (result == EINTR);
+    }
+    newInfo = false;
+    pthread_mutex_unlock(&mutex);
+    return result != ETIMEDOUT;
+}
+
+void WorldModel::signalNewInfo() {
+    pthread_mutex_lock(&mutex);
+    newInfo = true;
+    pthread_cond_signal(&condition);
+    pthread_mutex_unlock(&mutex);
+}
+
+void WorldModel::setTimeLastSee() {
+    lastSee.stampNow();
+    ++seesSinceSenseBody;
+    lastSeeCycle = currentTime();
+    signalNewInfo();
+}
+
+void WorldModel::setTimeLastSB() {
+    lastSenseBody.stampNow();
+    senseBodyArrived = true;
+    seesSinceSenseBody = 0;
+    lastSenseBodyCycle = currentTime();
+    signalNewInfo();
+}
+
+bool WorldModel::seeIsNewerThanSenseBody() const {
+    timeval const see = timeLastSee();
+    timeval const senseBody = timeLastSB();
+    return see.tv_sec != senseBody.tv_sec ? see.tv_sec > senseBody.tv_sec
+                                          : see.tv_usec > senseBody.tv_usec;
+}
+
+bool WorldModel::integrateSensorInfo() {
+    bool integrated = false;
+    if (take(Sensors::newSenseBody)) {
+        integrateSenseBody(*Sensors::senseBody);
+        integrated = true;
+    }
+    if (take(Sensors::newVisual)) {
+        integrateSee();
+        integrated = true;
+    }
+    if (take(Sensors::newRefAudio)) theSituation.setPlayMode(Sensors::refAudio->playMode);
+    if (take(Sensors::newSelfAudio)) theSituation.integrateSelfAudio(*Sensors::selfAudio);
+    if (take(Sensors::newPlayerAudio)) theSituation.integratePlayerAudio(*Sensors::playerAudio);
+    if (take(Sensors::newCoachAudio)) theSituation.integrateCoachAudio(*Sensors::coachAudio);
+    if (take(Sensors::newScore)) {
+        theSituation.ourScore = Sensors::score->ours;
+        theSituation.theirScore = Sensors::score->theirs;
+    }
+    take(Sensors::newSubstitution); // nothing depends on these two
+    take(Sensors::newError);
+    if (take(Sensors::newInitMsg)) integrateInitMsg(*Sensors::initMsg);
+    if (take(Sensors::newServerParam)) Configuration::integrateServerParam(*Sensors::serverParam);
+    if (take(Sensors::newPlayerParam)) Configuration::integratePlayerParam(*Sensors::playerParam);
+    if (take(Sensors::newPlayerType)) Configuration::addPlayerType(*Sensors::playerType);
+    return integrated;
+}
+
+void WorldModel::integrateSenseBody(RCC_SenseBody const& report) {
+    BodyInfo& info = myself().bodyInfo;
+    info.time = report.time;
+    info.viewQuality = report.viewQuality;
+    info.viewWidth = report.viewWidth;
+    info.stamina = report.stamina;
+    info.effort = report.effort;
+    info.speedAmount = report.speed;
+    info.speedDirection = report.speedDirection.degrees();
+    info.headAngle = -report.headAngle.degrees();
+    info.executed.kick = report.kicks;
+    info.executed.dash = report.dashes;
+    info.executed.turn = report.turns;
+    info.executed.say = report.says;
+    info.executed.turnNeck = report.turnNecks;
+    info.executed.goalieCatch = report.catches;
+    info.executed.move = report.moves;
+    info.executed.changeView = report.changeViews;
+    theSituation.currentTime = report.time;
+    estimateCurrentState();
+}
+
+void WorldModel::integrateSee() {
+    performSelfLoc(Sensors::lines, Sensors::flags);
+
+    Myself& me = myself();
+    me.velocity = Vector2D(me.bodyInfo.speedAmount, me.bodyDirection, POLAR) / Player::DECAY;
+
+    Vector2D const lastPlayerVelocity = integratePlayers();
+
+    if (!Sensors::balls.empty()) {
+        integrateSeenBall(Sensors::balls.front(), lastPlayerVelocity);
+    } else if (currentTime() - theSituation.heardBallTime > BALL_MEMORY) {
+        // Forgotten by when it was last heard of, not seen; kept so.
+        Vector2D const unknown(UNDEFINED_FLOAT, UNDEFINED_FLOAT, CARTESIAN);
+        ball().position = unknown;
+        ball().velocity = unknown;
+    }
+}
+
+/// Replaces all players by those seen. Returns the velocity of the last one, zero if there is none.
+Vector2D WorldModel::integratePlayers() {
+    Myself const& me = myself();
+    Vector2D lastVelocity;
+    auto const append = [&](std::vector<Player>& players, std::vector<RCC_Player> const& seen,
+                            bool opponent) {
+        for (RCC_Player const& player : seen) {
+            players.push_back(playerFromSee(player, opponent));
+            lastVelocity = players.back().velocity;
+        }
+    };
+
+    std::vector<Player>& mine = theSituation.myTeam.players;
+    mine.resize(1);
+    mine[0].position = me.position;
+    mine[0].velocity = me.velocity;
+    mine[0].bodyDirection = me.bodyDirection;
+    mine[0].headDirection = me.headDirection;
+    append(mine, Sensors::allies, false);
+
+    theSituation.theirTeam.players.clear();
+    append(theSituation.theirTeam.players, Sensors::enemies, true);
+
+    // Whoever cannot be told apart counts as an opponent.
+    theSituation.unknownPlayers.clear();
+    append(theSituation.unknownPlayers, Sensors::neuts, true);
+    return lastVelocity;
+}
+
+Player WorldModel::playerFromSee(RCC_Player const& seen, bool opponent) const {
+    Myself const& me = myself();
+    Vector2D const position =
+        me.position + Vector2D(seen.distance, me.headDirection - seen.direction.degrees(), POLAR);
+    Vector2D const velocity =
+        me.velocity +
+        Vector2D(seen.speed, me.headDirection - seen.speedDirection.degrees(), POLAR) /
+            Player::DECAY;
+    return {position,
+            velocity,
+            seen.bodyDirection.degrees(),
+            seen.headDirection.degrees(),
+            seen.name.unum,
+            seen.name.goalie,
+            opponent};
+}
+
+void WorldModel::integrateSeenBall(RCC_Ball const& seen, Vector2D const& lastPlayerVelocity) {
+    Myself const& me = myself();
+    float const direction = me.headDirection - seen.direction.degrees();
+    theSituation.ballSeenTime = currentTime();
+    ball().position = me.position + Vector2D(seen.distance, direction, POLAR);
+    if (seen.hasSpeed()) {
+        theSituation.ballVelocitySeenTime = currentTime();
+        ball().velocity = Vector2D(seen.speed, direction, POLAR) + me.velocity * Player::DECAY;
+    } else if (currentTime() - theSituation.ballVelocitySeenTime > BALL_VELOCITY_MEMORY) {
+        ball().velocity = Vector2D();
+    } else {
+        // Too far to tell: it goes the way of the player seen last, not its own old way. Kept so.
+        ball().velocity = lastPlayerVelocity;
+    }
+}
+
+void WorldModel::integrateInitMsg(RCC_InitMsg const& msg) {
+    myself().unum = msg.unum;
+    theSituation.side = static_cast<FieldSide>(msg.side);
+    theSituation.playMode = msg.playMode.mode; // the parser's number as it is, without the mapping
+
+    Player& mirror = theSituation.myTeam.players.front();
+    mirror.unum = msg.unum;
+    mirror.goalie = isGoalie();
+    mirror.bodyDirection = UNDEFINED_FLOAT;
+    mirror.headDirection = UNDEFINED_FLOAT;
+    mirror.opponent = false;
+}
