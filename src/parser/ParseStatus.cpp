@@ -6,8 +6,6 @@ namespace rcc {
 
 namespace {
 
-constexpr int MAX_UNUM = 11;
-
 bool readSide(RCC_Scanner& scanner, int& side) {
     std::string_view const word = scanner.word();
     side = word == "l" ? 1 : word == "r" ? -1 : 0;
@@ -22,7 +20,7 @@ bool parseScore(RCC_Scanner& scanner, RCC_Score& score) {
 }
 
 bool parseSubstitution(RCC_Scanner& scanner, RCC_Substitution& substitution) {
-    return scanner.integer(substitution.unum, 1, MAX_UNUM) &&
+    return scanner.uniformNumber(substitution.unum) &&
            (scanner.atClose() || scanner.integer(substitution.type, 0));
 }
 
@@ -34,7 +32,7 @@ bool parseError(RCC_Scanner& scanner, RCC_Error& error) {
 }
 
 bool parseInit(RCC_Scanner& scanner, RCC_InitMsg& init) {
-    if (!readSide(scanner, init.side) || !scanner.integer(init.unum, 1, MAX_UNUM)) return false;
+    if (!readSide(scanner, init.side) || !scanner.uniformNumber(init.unum)) return false;
     std::string_view const word = scanner.word();
     init.playMode = playModeOf(word, init.side);
     return !word.empty();

@@ -22,17 +22,12 @@ bool readValues(RCC_Scanner& scanner, std::size_t most, Values& values) {
     return true;
 }
 
-bool isTurn(float degrees) {
-    constexpr float FULL_TURN = 360;
-    return degrees >= -FULL_TURN && degrees <= FULL_TURN;
-}
-
 bool store(Values const& values, RCC_SeenObject& object) {
     auto const& number = values.numbers;
     switch (values.count) {
     case 1:
         object.direction.value = number[0];
-        return isTurn(number[0]);
+        return RCC_Scanner::isTurn(number[0]);
     case 6:
     case 4:
         object.speed = number[2];
@@ -41,7 +36,7 @@ bool store(Values const& values, RCC_SeenObject& object) {
     case 2:
         object.distance = number[0];
         object.direction.value = number[1];
-        return number[0] >= 0 && isTurn(number[1]);
+        return number[0] >= 0 && RCC_Scanner::isTurn(number[1]);
     default:
         return false;
     }
@@ -90,12 +85,11 @@ struct PlayerLabel {
 
 /// `p "Team" 7 goalie)` as far as it was recognised; `P)` for a player close by.
 bool readLabel(RCC_Scanner& scanner, PlayerLabel& label) {
-    constexpr int MAX_UNUM = 11;
     std::string_view const kind = scanner.word();
     if (kind != "p" && kind != "P") return false;
     if (scanner.close()) return true;
     if (kind == "P" || !scanner.quoted(label.team) || label.team.empty()) return false;
-    if (scanner.atNumber() && !scanner.integer(label.unum, 1, MAX_UNUM)) return false;
+    if (scanner.atNumber() && !scanner.uniformNumber(label.unum)) return false;
     if (!scanner.atClose() && !(label.goalie = scanner.keyword("goalie"))) return false;
     return scanner.close();
 }
@@ -117,8 +111,8 @@ bool readPlayerValues(RCC_Scanner& scanner, RCC_Player& player) {
     if (values.count < MAX_VALUES) return true;
     player.bodyDirection.value = values.numbers[4];
     player.headDirection.value = values.numbers[5];
-    return isTurn(player.bodyDirection.value) && isTurn(player.headDirection.value) &&
-           skipMarks(scanner);
+    return RCC_Scanner::isTurn(player.bodyDirection.value) &&
+           RCC_Scanner::isTurn(player.headDirection.value) && skipMarks(scanner);
 }
 
 SeenList<RCC_Player>& sideOf(std::string_view team, std::string_view ownTeam, VisualDraft& draft) {

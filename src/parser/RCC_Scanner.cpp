@@ -84,7 +84,6 @@ bool RCC_Scanner::integer(int& value, int low, int high) {
 }
 
 bool RCC_Scanner::angle(RCC_Angle& angle) {
-    constexpr float FULL_TURN = 360;
     angle.unit = RCC_Angle::Degrees;
-    return real(angle.value) && std::abs(angle.value) <= FULL_TURN;
+    return real(angle.value) && isTurn(angle.value);
 }

@@ -13,7 +13,9 @@
 /// failure the position means nothing any more: the message is to be dropped.
 class RCC_Scanner {
 public:
-    static constexpr int MAX_DEPTH = 32; ///< of lists that are skipped unread
+    static constexpr int MAX_DEPTH = 32;    ///< of lists that are skipped unread
+    static constexpr int MAX_UNUM = 11;     ///< players of a team
+    static constexpr float FULL_TURN = 360; ///< degrees
 
     explicit RCC_Scanner(std::string_view message)
         : cursor(message.data()), end(message.data() + message.size()) {}
@@ -72,8 +74,12 @@ public:
 
     bool cycle(int& time) { return integer(time, 0); }
 
+    bool uniformNumber(int& unum) { return integer(unum, 1, MAX_UNUM); }
+
     /// Degrees, at most one full turn either way.
     bool angle(RCC_Angle& angle);
+
+    static bool isTurn(float degrees) { return degrees >= -FULL_TURN && degrees <= FULL_TURN; }
 
 private:
     static constexpr bool isBlank(char c) {
