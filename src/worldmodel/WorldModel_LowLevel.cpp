@@ -197,10 +197,12 @@ Player WorldModel::playerFromSee(RCC_Player const& seen, bool opponent) const {
     Myself const& me = myself();
     Vector2D const position =
         me.position + Vector2D(seen.distance, me.headDirection - seen.direction.degrees(), POLAR);
-    Vector2D const velocity =
-        me.velocity +
-        Vector2D(seen.speed, me.headDirection - seen.speedDirection.degrees(), POLAR) /
-            Player::DECAY;
+    // A motion that is not told, from far away, adds nothing to the agent's own.
+    Vector2D velocity = me.velocity;
+    if (seen.hasSpeed()) {
+        velocity += Vector2D(seen.speed, me.headDirection - seen.speedDirection.degrees(), POLAR) /
+                    Player::DECAY;
+    }
     return {position,
             velocity,
             seen.bodyDirection.degrees(),
