@@ -61,7 +61,7 @@ function print_teams(    i, side) {
     line(58)
     for (i = 1; i <= 2; i++) {
         side = substr("lr", i, 1)
-        printf "%-16s %6d %10s%% %6d %15d\n", name[side], goals[side], possession[side], \
+        printf "%-16s %6d %10.1f%% %6d %15d\n", name[side], goals[side], possession[side], \
             shots[side], passes[side]
     }
 }
