@@ -1,0 +1,88 @@
+#include "support/MatchDriver.h"
+
+namespace support {
+
+namespace {
+
+constexpr int MAX_STEPS_TO_KICK_OFF = 2000;
+
+bool startsWith(std::string const& text, char const* start) {
+    return text.rfind(start, 0) == 0;
+}
+
+practice::MatchOptions optionsOf(MatchDriver::Setup const& setup) {
+    practice::MatchOptions options;
+    options.halfCycles = setup.halfCycles;
+    options.seed = setup.seed;
+    options.kickOff.players = setup.unum + setup.opponents;
+    return options;
+}
+
+std::string initText(std::string const& team, bool goalie) {
+    return "(init " + team + " (version 7.08)" + (goalie ? "(goalie)" : "") + ")";
+}
+
+} // namespace
+
+MatchDriver::MatchDriver(Setup const& setup)
+    : match(optionsOf(setup)), agent(setup.goalie), id(practice::nobody) {
+    auto const joinOpponents = [&] {
+        for (int i = 0; i < setup.opponents; ++i) {
+            match.join(initText(AgentHarness::OTHER_TEAM, i == 0));
+        }
+    };
+    // The first team name to appear plays from the left.
+    if (setup.right) joinOpponents();
+    for (int i = 1; i < setup.unum; ++i) {
+        match.join(initText(AgentHarness::TEAM, i == 1 && !setup.goalie));
+    }
+    id = match.join(initText(AgentHarness::TEAM, setup.goalie)).player;
+    if (!setup.right) joinOpponents();
+    agent.world.setSeeTimingSettled(); // no clock here that sees could be late by
+    deliver();
+}
+
+std::vector<std::string> MatchDriver::step() {
+    std::vector<std::string> sent;
+    bool stepped = false;
+    for (int poll = 0; !stepped; ++poll) {
+        constexpr int LAST_POLL = 9;
+        if (poll == LAST_POLL) {
+            for (std::string const& command : pending) {
+                match.receive(id, command);
+            }
+            sent.swap(pending);
+        }
+        stepped = match.poll();
+        deliver();
+    }
+    return sent;
+}
+
+void MatchDriver::kickOff() {
+    for (int i = 0; i < MAX_STEPS_TO_KICK_OFF; ++i) {
+        if (match.world().mode == practice::Phase::playOn) return;
+        step();
+    }
+}
+
+void MatchDriver::deliver() {
+    for (practice::Outgoing const& message : match.takeOutbox()) {
+        if (message.player != id) continue;
+        bool const senseBody = startsWith(message.text, "(sense_body");
+        bool const see = startsWith(message.text, "(see");
+        if (senseBody) {
+            agent.receiveSenseBody(message.text);
+        } else if (see) {
+            agent.receiveSee(message.text);
+        } else {
+            agent.receive(message.text);
+        }
+        if ((senseBody || see) && agent.world.integrateSensorInfo()) {
+            agent.decide();
+            pending = agent.allCommands();
+        }
+    }
+}
+
+} // namespace support

@@ -1,0 +1,45 @@
+#include "support/ServerEnd.h"
+
+#include <arpa/inet.h>
+#include <array>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace support {
+
+ServerEnd::ServerEnd() : descriptor(socket(AF_INET, SOCK_DGRAM, 0)) {
+    sockaddr_in own{};
+    own.sin_family = AF_INET;
+    own.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    bind(descriptor, reinterpret_cast<sockaddr*>(&own), sizeof own);
+}
+
+ServerEnd::~ServerEnd() {
+    close(descriptor);
+}
+
+int ServerEnd::port() const {
+    sockaddr_in own{};
+    socklen_t length = sizeof own;
+    getsockname(descriptor, reinterpret_cast<sockaddr*>(&own), &length);
+    return ntohs(own.sin_port);
+}
+
+std::optional<std::string> ServerEnd::receive(int timeoutMsec) {
+    pollfd waiting{descriptor, POLLIN, 0};
+    if (poll(&waiting, 1, timeoutMsec) != 1) return std::nullopt;
+    std::array<char, 8192> buffer{};
+    socklen_t length = sizeof client;
+    ssize_t const size = recvfrom(descriptor, buffer.data(), buffer.size(), 0,
+                                  reinterpret_cast<sockaddr*>(&client), &length);
+    if (size < 0) return std::nullopt;
+    return std::string(buffer.data(), static_cast<std::size_t>(size));
+}
+
+void ServerEnd::send(std::string_view datagram) const {
+    sendto(descriptor, datagram.data(), datagram.size(), 0,
+           reinterpret_cast<sockaddr const*>(&client), sizeof client);
+}
+
+} // namespace support

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <netinet/in.h>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace support {
+
+/// The server's end of a link: a UDP socket on loopback, at a free port.
+class ServerEnd {
+public:
+    ServerEnd();
+    ~ServerEnd();
+    ServerEnd(ServerEnd const&) = delete;
+    ServerEnd& operator=(ServerEnd const&) = delete;
+
+    int port() const;
+    /// The next datagram; nothing when none comes in time. Remembers its sender.
+    std::optional<std::string> receive(int timeoutMsec = 200);
+    /// To whoever sent last.
+    void send(std::string_view datagram) const;
+
+private:
+    int descriptor;
+    sockaddr_in client{};
+};
+
+} // namespace support
