@@ -1,0 +1,117 @@
+#include "practice/Commands.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+using namespace practice;
+
+namespace {
+
+struct Read {
+    std::vector<Command> commands;
+    bool failed = false;
+};
+
+Read read(std::string_view datagram) {
+    Read out;
+    CommandReader reader(datagram);
+    while (const auto command = reader.next())
+        out.commands.push_back(*command);
+    out.failed = reader.failed();
+    return out;
+}
+
+template <typename T>
+T only(std::string_view datagram) {
+    const Read r = read(datagram);
+    EXPECT_FALSE(r.failed) << datagram;
+    EXPECT_EQ(r.commands.size(), 1U) << datagram;
+    return r.commands.size() == 1 && std::holds_alternative<T>(r.commands[0])
+               ? std::get<T>(r.commands[0])
+               : T{};
+}
+
+std::string_view refusalOf(std::string_view datagram) {
+    const auto first = readFirstDatagram(datagram);
+    const auto* refusal = std::get_if<Refusal>(&first);
+    return refusal == nullptr ? "" : refusal->reply;
+}
+
+} // namespace
+
+TEST(Commands, NumbersInAllTheirForms) {
+    EXPECT_EQ(only<Turn>("(turn 10)").moment, 10.0);
+    EXPECT_EQ(only<Turn>("( turn\t+.5 )\n").moment, 0.5);
+    EXPECT_EQ(only<Dash>("(dash -1.5e1)").power, -15.0);
+    EXPECT_EQ(only<Kick>("(kick 100 -30.000000)").dir, -30.0);
+    EXPECT_EQ(only<Move>("(move -10 5)").x, -10.0);
+    for (const char* bad :
+         {"(turn 5.)", "(turn nan)", "(turn inf)", "(turn 0x10)", "(turn +-5)", "(turn)",
+          "(turn 1 2)", "(kick 1)", "(turn 1", "turn 1)", "(turn 1e)", "(turn 1e999)"}) {
+        EXPECT_TRUE(read(bad).failed) << bad;
+    }
+}
+
+TEST(Commands, SeveralInADatagramUpToTheFirstBadOne) {
+    const std::string ended = "(turn 10)(turn_neck 5) \n(change_view narrow low)";
+    const Read good = read(std::string_view(ended.c_str(), ended.size() + 1)); // with its NUL
+    EXPECT_EQ(good.commands.size(), 3U);
+    EXPECT_FALSE(good.failed);
+    const Read bad = read("(dash 50)(fly 3)(turn 10)");
+    EXPECT_EQ(bad.commands.size(), 1U);
+    EXPECT_TRUE(bad.failed);
+    EXPECT_TRUE(read("(change_view huge)").failed);
+    EXPECT_EQ(only<ChangeView>("(change_view wide)").view.quality, Quality::high);
+    EXPECT_TRUE(read("").commands.empty());
+    EXPECT_FALSE(read("").failed);
+}
+
+TEST(Commands, SayWithAndWithoutQuotes) {
+    EXPECT_EQ(only<Say>("(say \"a(b) c\")").text, "a(b) c");
+    EXPECT_EQ(only<Say>("(say  go)(turn 5)").text, " go)(turn 5");
+    EXPECT_EQ(read("(say \"x\")(turn 5)").commands.size(), 2U);
+    for (const char* bad : {"(say \"\")", "(say )", "(say \"a,b\")", "(say \"open)", "(say a\"b)",
+                            "(say \"\xC3\xA4\")"}) {
+        EXPECT_TRUE(read(bad).failed) << bad;
+    }
+}
+
+// Whatever arrives, reading ends and stays inside the datagram (run with sanitizers to see the
+// latter).
+TEST(Commands, HostileBytesOnlyFail) {
+    std::mt19937 bits(1);
+    const std::string alphabet = "()\"\0 -.e5turndashsayinit_\xff\n";
+    for (int i = 0; i < 20000; ++i) {
+        std::string datagram = i % 2 == 0 ? "(say \"" : "(init ";
+        for (auto n = bits() % 60; n > 0; --n)
+            datagram += alphabet[bits() % alphabet.size()];
+        EXPECT_LE(read(datagram).commands.size(), datagram.size());
+        (void)readFirstDatagram(datagram);
+    }
+    EXPECT_TRUE(read(std::string(8192, '(')).failed);
+    EXPECT_TRUE(read("(turn " + std::string(8000, '9') + ")").failed);
+}
+
+TEST(Commands, InitInAnyOrder) {
+    const auto first = readFirstDatagram("(init Team_A-1(goalie) (version 7.08))\n");
+    const auto* request = std::get_if<JoinRequest>(&first);
+    ASSERT_NE(request, nullptr);
+    EXPECT_EQ(request->team, "Team_A-1");
+    EXPECT_TRUE(request->goalie);
+    EXPECT_DOUBLE_EQ(request->version, 7.08);
+}
+
+TEST(Commands, InitRefusalsHaveTheirTexts) {
+    EXPECT_EQ(refusalOf("(hello)"), "(error unknown_command)");
+    EXPECT_EQ(refusalOf("(init)"), "(error unknown_command)");
+    EXPECT_EQ(refusalOf("(init \"A\")"), "(error illegal_teamname)");
+    EXPECT_EQ(refusalOf("(init )"), "(error illegal_teamname)");
+    EXPECT_EQ(refusalOf("(init ABCDEFGHIJKLMNO)"), "");
+    EXPECT_EQ(refusalOf("(init ABCDEFGHIJKLMNOP)"),
+              "(error illegal_teamname_or_too_long_teamname)");
+    EXPECT_EQ(refusalOf("(init A*)"), "(error illegal_teamname_or_too_long_teamname)");
+    EXPECT_EQ(refusalOf("(init A (version x))"), illegalForm);
+    EXPECT_EQ(refusalOf("(init A (captain))"), illegalForm);
+    EXPECT_EQ(refusalOf("(reconnect A)"), illegalForm);
+}

@@ -1,0 +1,85 @@
+#include "practice/Server.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <thread>
+
+using namespace practice;
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// Waits up to a second for a datagram that starts so.
+bool receives(const Socket& socket, std::string_view start, Address& sender) {
+    std::array<char, 8192> buffer{};
+    std::string_view text;
+    for (int i = 0; i < 200; ++i) {
+        while (socket.receive(buffer, text, sender) == Socket::Arrival::datagram) {
+            EXPECT_EQ(text.back(), '\0');
+            if (text.starts_with(start)) return true;
+        }
+        std::this_thread::sleep_for(5ms);
+    }
+    return false;
+}
+
+} // namespace
+
+TEST(Server, PlaysOverTheLoopback) {
+    Options options;
+    options.port = 0;
+    options.match.halfCycles = 2;
+    options.match.kickOff = {1, 0, 10};
+    options.lingerSteps = 1000;
+    options.scoreboard = Scoreboard::Style::off;
+    std::string problem;
+    const auto server = Server::open(options, problem);
+    ASSERT_NE(server, nullptr) << problem;
+    const Address door = *makeAddress("127.0.0.1", server->port());
+    volatile int stop = 0;
+    std::thread thread([&] { EXPECT_EQ(server->run(stop), 0); });
+    {
+        const auto client = Socket::bound(*makeAddress("127.0.0.1", 0));
+        ASSERT_TRUE(client);
+        client->sendTo(std::string("\xff\0(((", 5), door);
+        Address sender{};
+        EXPECT_TRUE(receives(*client, "(error unknown_command)", sender));
+        client->sendTo("(init Alpha (version 7.08))", door);
+        ASSERT_TRUE(receives(*client, "(init l 1 before_kick_off)", sender));
+        EXPECT_NE(sender.sin_port, door.sin_port);
+        client->sendTo("(score)", sender);
+        EXPECT_TRUE(receives(*client, "(score ", sender));
+        client->sendTo("(score)", door);
+        EXPECT_TRUE(receives(*client, "(score ", sender));
+        EXPECT_TRUE(receives(*client, "(see ", sender));
+        Options same = options;
+        same.port = server->port();
+        EXPECT_EQ(Server::open(same, problem), nullptr);
+        EXPECT_NE(problem.find("is in use; choose another with --port"), std::string::npos);
+    }
+    thread.join(); // the only client vanished, so nobody is left to linger for
+}
+
+TEST(Options, AreReadOrRefused) {
+    Options options;
+    std::string problem;
+    const std::vector<const char*> good{"--port",       "6100", "--seed", "18446744073709551615",
+                                        "--scoreboard", "plain"};
+    EXPECT_TRUE(readOptions(good, options, problem));
+    EXPECT_EQ(options.port, 6100);
+    EXPECT_EQ(options.match.seed, 18446744073709551615U);
+    EXPECT_EQ(options.scoreboard, Scoreboard::Style::plain);
+    for (const std::vector<const char*>& bad :
+         std::vector<std::vector<const char*>>{{"--port"},
+                                               {"--port", "x"},
+                                               {"--port", "70000"},
+                                               {"--players", "23"},
+                                               {"--address", "here"},
+                                               {"-v"}}) {
+        problem.clear();
+        EXPECT_FALSE(readOptions(bad, options, problem));
+        EXPECT_NE(problem, "");
+    }
+}
