@@ -1,15 +1,13 @@
 #include "Samples.h"
 
 #include "parser/RCC_Parser.h"
+#include "support/Allocations.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <new>
+using support::allocationCount;
 
 namespace {
-
-long allocations = 0;
 
 /// Only counts: an assertion of the test framework would allocate by itself.
 template <class T>
@@ -25,26 +23,10 @@ struct Counter : RCC_Handler<RCC_Pointer<T>> {
     }
 };
 
-} // namespace
-
-void* operator new(std::size_t size) {
-    ++allocations;
-    if (void* const memory = std::malloc(size)) return memory;
-    throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-
-namespace {
-
 TEST(Allocation, TheCounterSeesWhatTheParserTakesWhenItIsBuilt) {
-    long const before = allocations;
+    long const before = allocationCount();
     RCC_Parser const parser(0, "", 0);
-    EXPECT_LT(before + static_cast<long>(RCC_Visual::MAX_OBJECTS), allocations);
+    EXPECT_LT(before + static_cast<long>(RCC_Visual::MAX_OBJECTS), allocationCount());
 }
 
 TEST(Allocation, NoneFromParseToHandlerEvenForTheFirstMessage) {
@@ -56,7 +38,7 @@ TEST(Allocation, NoneFromParseToHandlerEvenForTheFirstMessage) {
 
     int records = 0;
     constexpr int ROUNDS = 50;
-    long const before = allocations;
+    long const before = allocationCount();
     for (int round = 0; round < ROUNDS; ++round) {
         for (auto const message : SAMPLES) {
             RCC_Object* const record = parser.parse(RCC_String(message));
@@ -65,7 +47,7 @@ TEST(Allocation, NoneFromParseToHandlerEvenForTheFirstMessage) {
             RCC_Memory::remove(parser.parse(RCC_String(message.substr(0, message.size() - 3))));
         }
     }
-    long const after = allocations;
+    long const after = allocationCount();
 
     EXPECT_EQ(0, after - before);
     EXPECT_EQ(ROUNDS * static_cast<int>(SAMPLES.size()), records);

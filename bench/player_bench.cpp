@@ -1,0 +1,94 @@
+// Nanoseconds and heap allocations of the road of one cycle: parse a see, integrate it, decide.
+
+#include <benchmark/benchmark.h>
+
+#include "sensing/Sensors.h"
+#include "support/AgentHarness.h"
+#include "support/Allocations.h"
+#include "support/Scenes.h"
+
+namespace {
+
+/// Counts what is allocated while it lives and shows it per iteration.
+class AllocationCount {
+public:
+    explicit AllocationCount(benchmark::State& benchState)
+        : state(benchState), before(support::allocationCount()) {}
+    ~AllocationCount() {
+        state.counters["allocations"] =
+            benchmark::Counter(static_cast<double>(support::allocationCount() - before),
+                               benchmark::Counter::kAvgIterations);
+    }
+    AllocationCount(AllocationCount const&) = delete;
+    AllocationCount& operator=(AllocationCount const&) = delete;
+
+private:
+    benchmark::State& state;
+    long before;
+};
+
+support::AgentHarness& playingAgent() {
+    static support::AgentHarness agent;
+    static bool const ready = [] {
+        agent.join('l', 10, "play_on");
+        agent.receiveSenseBody(
+            "(sense_body 100 (view_mode high wide) (stamina 8000 1) (speed 0.2 3) "
+            "(head_angle 0) (kick 0) (dash 0) (turn 0) (say 0) (turn_neck 0) "
+            "(catch 0) (move 0) (change_view 0))");
+        agent.receiveSee(support::largestSee());
+        return agent.world.integrateSensorInfo();
+    }();
+    benchmark::DoNotOptimize(ready);
+    return agent;
+}
+
+void parseSee(benchmark::State& state) {
+    playingAgent();
+    RCC_String const message(support::largestSee());
+    {
+        AllocationCount const count(state);
+        for (auto _ : state) {
+            RCC_Memory::remove(Sensors::parser.parse(message));
+        }
+    }
+    state.SetBytesProcessed(state.iterations() * static_cast<long>(message.view().size()));
+}
+BENCHMARK(parseSee);
+
+void integrateSee(benchmark::State& state) {
+    support::AgentHarness& agent = playingAgent();
+    AllocationCount const count(state);
+    for (auto _ : state) {
+        Sensors::newVisual = true;
+        benchmark::DoNotOptimize(agent.world.integrateSensorInfo());
+    }
+}
+BENCHMARK(integrateSee);
+
+/// The whole behaviour of a cycle of play with the ball out of reach (positioning).
+void decideCycle(benchmark::State& state) {
+    support::AgentHarness& agent = playingAgent();
+    AllocationCount const count(state);
+    for (auto _ : state) {
+        agent.decide();
+    }
+}
+BENCHMARK(decideCycle);
+
+/// The same with the ball at the foot: shoot, pass or dribble, with its look at every pass line.
+void decideWithBall(benchmark::State& state) {
+    support::AgentHarness& agent = playingAgent();
+    Vector2D const me = agent.world.myself().position;
+    Vector2D const before = agent.world.ball().position;
+    agent.placeBall(me.x + 0.5F, me.y);
+    {
+        AllocationCount const count(state);
+        for (auto _ : state) {
+            agent.decide();
+        }
+    }
+    agent.placeBall(before.x, before.y);
+}
+BENCHMARK(decideWithBall);
+
+} // namespace

@@ -1,0 +1,37 @@
+#include "support/Scenes.h"
+
+#include "practice/Eyes.h"
+#include "support/AgentHarness.h"
+
+namespace support {
+
+practice::World fullPitch() {
+    practice::World world;
+    world.teamNames = {AgentHarness::TEAM, AgentHarness::OTHER_TEAM};
+    world.ball.pos = {-20.0, 3.0};
+    world.ball.vel = {1.2, -0.4};
+    for (practice::Side const side : {practice::Side::left, practice::Side::right}) {
+        for (int unum = 1; unum <= practice::playersPerTeam; ++unum) {
+            practice::Player& player = world.player(practice::playerId(side, unum));
+            player.joined = player.active = true;
+            player.goalie = unum == 1;
+            // Rows in front of the viewer, near enough for numbers to be told.
+            player.pos = {-30.0 + 2.5 * unum, practice::sign(side) * (1.0 + 1.4 * unum)};
+            player.vel = {0.3, 0.1 * practice::sign(side)};
+            player.body = unum * 0.5;
+        }
+    }
+    practice::Player& viewer = world.player(VIEWER);
+    viewer.pos = {-40.0, 0.0};
+    viewer.body = 0.0;
+    viewer.view.width = practice::Width::wide;
+    return world;
+}
+
+std::string largestSee() {
+    practice::Random random(1);
+    practice::World const world = fullPitch();
+    return practice::seeMessage(world, world.player(VIEWER), random);
+}
+
+} // namespace support
