@@ -2,6 +2,8 @@
 
 #include "skills/SkillPool.h"
 
+#include <algorithm>
+
 #include "config/Configuration.h"
 #include "link/Effectors.h"
 #include "skills/Utils.h"
@@ -22,10 +24,13 @@ constexpr int OWN_KICK_CYCLES = 5;
 /// when that line leaves the field on both ends; kept so.
 Vector2D guardingPoint(Ball const& ball) {
     float const distance = Field::GOAL_CENTER.getDistanceTo(ball.position);
-    // Without the server's parameters there is no speed to reckon with.
-    int const cycles = Configuration::ballSpeedMax > 0.0F
-                           ? truncateToInt(distance / Configuration::ballSpeedMax)
-                           : 0;
+    // Without the server's parameters there is no speed to reckon with, and a ball seen a million
+    // metres away is not worth counting the cycles to.
+    constexpr int MAX_CYCLES = 1000;
+    int const cycles =
+        Configuration::ballSpeedMax > 0.0F
+            ? std::min(truncateToInt(distance / Configuration::ballSpeedMax), MAX_CYCLES)
+            : 0;
     Vector2D const comingBall = ball.MovingObject::predictedPosition(cycles);
 
     Vector2D p1;
@@ -46,7 +51,7 @@ Vector2D guardingPoint(Ball const& ball) {
 } // namespace
 
 void SkillPool::goalieGeneralBehaviour() {
-    if (kickedTime + OWN_KICK_CYCLES <= worldModel->currentTime()) PERFORMED_GOALIE_KICK = false;
+    if (worldModel->currentTime() - kickedTime >= OWN_KICK_CYCLES) PERFORMED_GOALIE_KICK = false;
 
     switch (worldModel->situation().playMode) {
     case PM_BEFORE_KICK_OFF:
