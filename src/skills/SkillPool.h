@@ -15,10 +15,11 @@ enum Mode { WALK_TO_BALL = 0, DRIBBLE_BALL = 1, RUN_TO_BALL = 2 };
 /// All that the agent can do, from one step towards the ball to the decision of a whole cycle.
 ///
 /// Initialised by `Agent`; all state is class-level and belongs to the main thread. A skill looks
-/// at the world model as it is now and queues at most one body and one neck command; it never
-/// waits. Unless stated otherwise it returns true when done and false when it queued a movement or
-/// could not act. Positions are in the agent's frame (own goal at negative x), metres; powers are
-/// the server's, up to 100. Values of "player.conf" are taken at a skill's first use.
+/// at the world model as it is now and queues at most one body and one neck command (a second neck
+/// command of the same cycle goes out too, but the server obeys the first); it never waits. Unless
+/// stated otherwise it returns true when done and false when it queued a movement or could not act.
+/// Positions are in the agent's frame (own goal at negative x), metres; powers are the server's, up
+/// to 100. Values of "player.conf" are taken at a skill's first use.
 ///
 /// Sources: Basic (move, face, catch), Kicks (kick, pass, shoot, clear), Positioning, FieldPlayer
 /// and Goalie (the decisions of a cycle), Report (say messages and the timing of the sees).
@@ -59,7 +60,8 @@ public:
     static bool simpleDribbleToPoint(Vector2D target, int power);
     /// True when a stopping kick was queued; false also when the ball is slow enough as it is.
     static bool stopBall();
-    /// Makes the ball go towards the target. Not limited to what the server allows.
+    /// Makes the ball go towards the target. Not limited to what the server allows; no kick at all
+    /// when the power is no finite number.
     static void kickToPoint(Vector2D target, float power, bool fastest);
     /// False when the ball is not kickable. `endSpeed`: of the ball when it arrives.
     static bool passBall(Player const* receiver, float endSpeed);

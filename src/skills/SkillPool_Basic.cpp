@@ -48,7 +48,8 @@ bool SkillPool::interceptClose() {
     Vector2D const nextMe = myself->predictedPosition(1, 0.0F, 0.0F);
     float const power =
         calcPowerForDash(nextBall - nextMe, myself->bodyDirection, myself->bodyInfo.effort);
-    if (power > Configuration::maxPower || power < Configuration::minPower) return false;
+    // Asked this way round, so that a power that is not a number is out of range too.
+    if (!(power >= Configuration::minPower && power <= Configuration::maxPower)) return false;
     effectors->queueDash(power);
     return true;
 }

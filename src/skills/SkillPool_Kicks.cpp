@@ -53,8 +53,10 @@ void SkillPool::kickToPoint(Vector2D target, float power, bool fastest) {
 
     Vector2D acceleration = Vector2D(speed, direction, POLAR) - keptMotion;
     acceleration.rotate(-convertAngleTo180(myself->bodyDirection));
-    effectors->queueKick(acceleration.getLength() / rate / Configuration::kickPowerRate,
-                         normalizeTo180Deg(acceleration.getDirection()));
+    float const neededPower = acceleration.getLength() / rate / Configuration::kickPowerRate;
+    // A shot at a goal that lies behind has no aim; the server would refuse it.
+    if (!std::isfinite(neededPower)) return;
+    effectors->queueKick(neededPower, normalizeTo180Deg(acceleration.getDirection()));
 }
 
 bool SkillPool::passBall(Player const* receiver, float endSpeed) {
@@ -112,7 +114,7 @@ bool SkillPool::scoreGoal() {
         right = me.getDistanceTo(rightGoalCorner) <= me.getDistanceTo(leftGoalCorner);
     }
     Vector2D aim = right ? rightGoalCorner : leftGoalCorner;
-    aim.y += (right ? -INSIDE_POST : INSIDE_POST) + offset;
+    aim.y = aim.y + (right ? -INSIDE_POST : INSIDE_POST) + offset;
     kickToPoint(aim, 100.0F, true);
     return true;
 }
