@@ -21,7 +21,7 @@ char signOf(float v) {
 
 char SkillPool::do_ascii(float v) {
     constexpr auto LAST = static_cast<int>(SayAlphabet::SYMBOLS.size()) - 1;
-    int const value = std::abs(truncateToInt(std::abs(v)));
+    int const value = truncateToInt(std::abs(v));
     return SayAlphabet::SYMBOLS[static_cast<std::size_t>(value > LAST ? LAST : value)];
 }
 
