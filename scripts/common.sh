@@ -131,16 +131,12 @@ build_programs() {
 # ---------------------------------------------------------------- processes
 
 # True while PID is a child of this script that still runs (a number may be given away again).
+# One read of the one line of stat is a snapshot; the lines of status shift while they are read.
 runs() {
-    local key value
-    [[ -r /proc/$1/status ]] || return 1
-    while read -r key value; do
-        case $key in
-            State:) [[ $value != Z* ]] || return 1 ;;
-            PPid:) [[ $value == "$$" ]] && return 0 || return 1 ;;
-        esac
-    done 2>/dev/null </proc/"$1"/status
-    return 1
+    local stat
+    read -r stat 2>/dev/null </proc/"$1"/stat || return 1
+    stat=${stat##*) }
+    [[ $stat == [!Z]" $$ "* ]]
 }
 
 any_runs() {
