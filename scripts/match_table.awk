@@ -1,11 +1,11 @@
 # Prints the table of a match. Reads first players.tsv of ./play (side, number, end, CPU seconds,
 # peak kB, queued commands of each kind), then the results of the practice server. Exits with 1
-# when a player did not come through or a command was refused.
+# when a player did not come through or a command was refused that should not have been.
 
 BEGIN {
     FS = "\t"
     kinds = split("kick dash turn say turn_neck catch move view", kind, " ")
-    DASH = 2; TURN = 3; TURN_NECK = 5
+    DASH = 2; TURN = 3; TURN_NECK = 5; MOVE = 7
     first_kind = 6  # its column in players.tsv
 }
 
@@ -36,7 +36,8 @@ function line(width,    text) {
     print text
 }
 
-function note(text) { notes[++note_count] = text }
+function fault(text) { faults[++fault_count] = text }
+function remark(text) { remarks[++remark_count] = text }
 
 # Commands of kind k that the player queued and the server did not execute. A player that printed
 # no statistics has nothing to compare.
@@ -46,14 +47,23 @@ function lacking(player, k) {
 
 function pair(player, k) { return queued[player, k] "/" (executed[player, k] + 0) }
 
+# A goalkeeper that looks for the better side of its goal asks for more moves than a free kick
+# allows; the server answers each with an error, and no harm is done. Anything else is a fault.
+function judge_refusals(number, player, who) {
+    if (number == 1 && refused[player] <= lacking(player, MOVE))
+        remark(who " asked for " refused[player] " moves more than a goalkeeper's free kick allows")
+    else
+        fault("the server refused " refused[player] " commands of " who)
+}
+
 function judge(side, number,    player, who) {
     player = side SUBSEP number
     who = name[side] " " number
-    if (!(player in seen)) note(who " never joined the match")
-    if (end[player] == "early") note(who " ended before the match did")
-    else if (end[player] != "stopped") note(who " ended with status " end[player])
-    else if (lost[player]) note("the server lost " who)
-    if (refused[player] > 0) note("the server refused " refused[player] " commands of " who)
+    if (!(player in seen)) fault(who " never joined the match")
+    if (end[player] == "early") fault(who " ended before the match did")
+    else if (end[player] != "stopped") fault(who " ended with status " end[player])
+    else if (lost[player]) fault("the server lost " who)
+    if (refused[player] > 0) judge_refusals(number, player, who)
 }
 
 function print_teams(    i, side) {
@@ -93,13 +103,14 @@ function print_players(side,    number, player, k, loss, of, total, all) {
 }
 
 END {
-    if (name["l"] == "") note("the results of the server name no teams")
+    if (name["l"] == "") fault("the results of the server name no teams")
     printf "%s %d : %d %s after %d cycles\n\n", name["l"], goals["l"], goals["r"], name["r"], cycles
     print_teams()
     print_players("l")
     print_players("r")
     print ""
-    for (i = 1; i <= note_count; i++) print "NOTE  " notes[i]
-    if (note_count == 0) print "All 22 players came through, no command was refused."
-    exit note_count > 0
+    for (i = 1; i <= remark_count; i++) print "Note: " remarks[i] "."
+    for (i = 1; i <= fault_count; i++) print "FAULT: " faults[i] "."
+    if (fault_count == 0) print "All 22 players came through" (remark_count ? "." : ", no command was refused.")
+    exit fault_count > 0
 }
