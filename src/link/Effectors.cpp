@@ -153,7 +153,7 @@ void Effectors::sendAllCommands() {
     static std::array<char, ServerCommands::OTHER_SIZE> str;
     while (queue.getNextOther(str.data())) {
         communicator->sendMessage(str.data());
-        incrementCounters(queue.otherKinds[static_cast<std::size_t>(queue.nextOther - 1)]);
+        incrementCounters(queue.handedOut);
     }
 }
 

@@ -37,6 +37,7 @@ bool ServerCommands::getNextOther(char* out) {
     char const* from = otherCommands[static_cast<std::size_t>(slot)].data();
     while ((*out++ = *from++) != '\0') {
     }
+    handedOut = otherKinds[static_cast<std::size_t>(slot)];
     nextOther = slot + 1;
     return true;
 }

@@ -42,6 +42,7 @@ struct ServerCommands {
     std::array<Command, MAX_OTHERS> otherKinds{};
     std::atomic<int> numberOfOthers = 0;
     std::atomic<int> nextOther = 0;
+    Command handedOut = Command::none; ///< kind of what getNextOther gave last
 
     /// Replaces the main command, if one is queued already.
     void queueMain(char const* text, Command kind);
