@@ -1,5 +1,6 @@
 #include "runtime/SenseThread.h"
 
+#include <algorithm>
 #include <limits>
 
 #include "config/ConfigFile.h"
@@ -55,7 +56,7 @@ int SenseThread::calculateSeeInterval(ViewQuality quality, ViewMode mode) {
     return truncateToInt(widthFactor(mode) * (qualityFactor(quality) * NORMAL_INTERVAL));
 }
 
-float SenseThread::chooseFraction(int tillNextSee) {
+float SenseThread::chooseFraction(long tillNextSee) {
     static auto const noSeeFraction = static_cast<float>(ConfigFile::noSeeFraction);
     static auto const firstHalfFraction = static_cast<float>(ConfigFile::firstHalfFraction);
     static auto const lastHalfFraction = static_cast<float>(ConfigFile::lastHalfFraction);
@@ -65,8 +66,9 @@ float SenseThread::chooseFraction(int tillNextSee) {
 
 long SenseThread::sendDelay(float fraction) {
     constexpr double CYCLE = 100000.0; // microseconds
+    constexpr double LIMIT = 1e9;      // fits a long everywhere, and no timer takes as much
     // In double: the float nearest to 0.7 is a little less, and so is the delay.
-    return static_cast<long>(CYCLE * static_cast<double>(fraction));
+    return static_cast<long>(std::clamp(CYCLE * static_cast<double>(fraction), -LIMIT, LIMIT));
 }
 
 void SenseThread::setTimeSignal() {
@@ -78,7 +80,8 @@ void SenseThread::setTimeSignal() {
     timeval const timeLastSb = wm->timeLastSB(); // of the sense_body before
     timeval const timeNextSee =
         Utils::timerAddMsec(&timeLastSee, calculateSeeInterval(quality, mode));
-    int const tillNextSee = Utils::timerDiffMsec(&timeNextSee, &timeLastSb) - CYCLE_MSEC;
+    // Any number before the first see, when the difference is that between now and 1970.
+    long const tillNextSee = long{Utils::timerDiffMsec(&timeNextSee, &timeLastSb)} - CYCLE_MSEC;
 
     itv.it_value.tv_usec = sendDelay(chooseFraction(tillNextSee));
     setitimer(ITIMER_REAL, &itv, nullptr);

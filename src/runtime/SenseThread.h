@@ -27,7 +27,7 @@ public:
     /// Microseconds from sense_body to sending for a fraction of the cycle.
     static long sendDelay(float fraction);
     /// The fraction for a see expected `tillNextSee` milliseconds after the sense_body.
-    static float chooseFraction(int tillNextSee);
+    static float chooseFraction(long tillNextSee);
 
 private:
     inline static WorldModel* wm = nullptr;
