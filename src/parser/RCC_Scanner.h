@@ -13,7 +13,8 @@
 /// failure the position means nothing any more: the message is to be dropped.
 class RCC_Scanner {
 public:
-    static constexpr int MAX_DEPTH = 32;    ///< of lists that are skipped unread
+    static constexpr int MAX_DEPTH = 32; ///< of lists that are skipped unread
+    static constexpr int MAX_CYCLE = 1000000000;
     static constexpr int MAX_UNUM = 11;     ///< players of a team
     static constexpr float FULL_TURN = 360; ///< degrees
 
@@ -72,7 +73,8 @@ public:
     bool integer(int& value, int low = std::numeric_limits<int>::min(),
                  int high = std::numeric_limits<int>::max());
 
-    bool cycle(int& time) { return integer(time, 0); }
+    /// No match comes near the limit; below it differences of cycles cannot overflow.
+    bool cycle(int& time) { return integer(time, 0, MAX_CYCLE); }
 
     bool uniformNumber(int& unum) { return integer(unum, 1, MAX_UNUM); }
 

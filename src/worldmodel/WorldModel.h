@@ -41,7 +41,8 @@ private:
 /// (where am I, where is the ball), HighLevel (searches), Possession, Tactics, Positions.
 class WorldModel {
 public:
-    /// Cycles after which a ball that was neither seen nor heard of is given up.
+    /// Cycles since the ball was heard of after which a see without it gives it up. When it was
+    /// last seen does not count.
     static constexpr int BALL_MEMORY = 3;
     /// Cycles for which a ball seen without velocity still counts as moving.
     static constexpr int BALL_VELOCITY_MEMORY = 2;
