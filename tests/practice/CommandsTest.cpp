@@ -81,7 +81,8 @@ TEST(Commands, SayWithAndWithoutQuotes) {
 // latter).
 TEST(Commands, HostileBytesOnlyFail) {
     std::mt19937 bits(1);
-    const std::string alphabet = "()\"\0 -.e5turndashsayinit_\xff\n";
+    std::string alphabet = "()\" -.e5turndashsayinit_\xff\n";
+    alphabet.push_back('\0');
     for (int i = 0; i < 20000; ++i) {
         std::string datagram = i % 2 == 0 ? "(say \"" : "(init ";
         for (auto n = bits() % 60; n > 0; --n)

@@ -66,8 +66,8 @@ TEST(Eyes, DistancesFallOnTheKnownSteps) {
                                     12.2, 13.5, 14.9, 16.4, 18.2, 20.1, 22.2, 24.5, 27.1,
                                     30,   33.1, 36.6, 40.4, 44.7, 49.4, 54.6, 60.3};
     std::vector<double> met;
-    for (double d = 4.8; d < 63.0; d += 0.01) {
-        const double seen = seenDistance(d, 0.1);
+    for (int cm = 480; cm < 6300; ++cm) {
+        const double seen = seenDistance(cm / 100.0, 0.1);
         if (met.empty() || seen != met.back()) met.push_back(seen);
     }
     ASSERT_EQ(met.size(), steps.size());

@@ -159,7 +159,8 @@ TEST(Match, OneBodyCommandACycleAndOnlyWhatWorksCounts) {
     g.say(
         id,
         "(move -10 5)(turn 10)(turn_neck 20)(turn_neck 20)(change_view wide)(change_view narrow)");
-    g.say(id, "(say \"elevenchars\")(say \"tencharsxx\")(kick 50 0)(score)(foo)(turn 5)");
+    g.say(id, "(say elevenchars)");
+    g.say(id, R"((say "tencharsxx")(kick 50 0)(score)(foo)(turn 5))");
     g.step();
     const Player& p = g.match.world().player(id);
     EXPECT_EQ(p.pos, (Vec{-10.0, 5.0}));
@@ -390,6 +391,16 @@ TEST(Referee, AStuckBallIsDropped) {
 
 namespace {
 
+std::string chase(const World& world, const Player& p) {
+    const Vec to = world.ball.pos - p.pos;
+    const double dir = toDeg(normalized(to.angle() - p.body));
+    if (to.length() < 1.0) {
+        return "(kick 100 " + std::to_string(p.side == Side::left ? dir : -dir) + ")(say hit)";
+    }
+    if (std::abs(dir) > 10.0) return "(turn " + std::to_string(dir) + ")";
+    return p.goalie ? "(catch 0)" : "(dash 80)(turn_neck 5)(change_view wide)";
+}
+
 // Twenty-two who chase the ball; what they were told, as one hash.
 std::size_t playedHash(std::uint64_t seed) {
     Game g(22, 2, 150, seed);
@@ -397,16 +408,7 @@ std::size_t playedHash(std::uint64_t seed) {
     std::size_t hash = 0;
     for (int i = 0; i < 400; ++i) {
         for (int id = 0; id < maxPlayers; ++id) {
-            const Player& p = g.match.world().player(id);
-            const Vec to = g.match.world().ball.pos - p.pos;
-            const double dir = toDeg(normalized(to.angle() - p.body));
-            if (to.length() < 1.0)
-                g.say(id, "(kick 100 " + std::to_string(p.side == Side::left ? dir : -dir) +
-                              ")(say hit)");
-            else if (std::abs(dir) > 10.0)
-                g.say(id, "(turn " + std::to_string(dir) + ")");
-            else
-                g.say(id, p.goalie ? "(catch 0)" : "(dash 80)(turn_neck 5)(change_view wide)");
+            g.say(id, chase(g.match.world(), g.match.world().player(id)));
         }
         g.step();
     }
