@@ -31,6 +31,8 @@ struct Outgoing {
 class Match {
 public:
     explicit Match(const MatchOptions& options);
+    Match(const Match&) = delete; // the parts refer to each other
+    Match& operator=(const Match&) = delete;
 
     // `refusal` is the reply for a client that is not let in; else the messages are in the outbox.
     struct Joined {
