@@ -5,7 +5,7 @@
 BEGIN {
     FS = "\t"
     kinds = split("kick dash turn say turn_neck catch move view", kind, " ")
-    DASH = 2; TURN = 3; TURN_NECK = 5; MOVE = 7
+    DASH = 2; TURN = 3; TURN_NECK = 5; CATCH = 6; MOVE = 7
     first_kind = 6  # its column in players.tsv
 }
 
@@ -47,10 +47,11 @@ function lacking(player, k) {
 
 function pair(player, k) { return queued[player, k] "/" (executed[player, k] + 0) }
 
-# A goalkeeper that looks for the better side of its goal asks for more moves than a free kick
-# allows; the server answers each with an error, and no harm is done. Anything else is a fault.
+# A goalkeeper with the ball in its hands that looks for the better side of its goal asks for more
+# moves than a free kick allows; the server counts each and answers with an error, no harm is
+# done. The results do not tell one error from another, so this is the most that can be forgiven.
 function judge_refusals(number, player, who) {
-    if (number == 1 && refused[player] <= lacking(player, MOVE))
+    if (number == 1 && executed[player, CATCH] > 0 && refused[player] <= executed[player, MOVE])
         remark(who " asked for " refused[player] " moves more than a goalkeeper's free kick allows")
     else
         fault("the server refused " refused[player] " commands of " who)
