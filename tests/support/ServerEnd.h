@@ -20,6 +20,8 @@ public:
     std::optional<std::string> receive(int timeoutMsec = 200);
     /// To whoever sent last.
     void send(std::string_view datagram) const;
+    /// Speaks from now on to whom `other` speaks to, as a server does from another port.
+    void takeOverFrom(ServerEnd const& other) { client = other.client; }
 
 private:
     int descriptor;
