@@ -14,7 +14,8 @@ constexpr float POSSESSION_DISTANCE = 3.0F;
 constexpr float SPACE = 5.0F;
 
 bool withinKickingReach(Vector2D player, Vector2D ball) {
-    return Player::KICKABLE_MARGIN >= player.getDistanceTo(ball) - Player::SIZE - Ball::SIZE;
+    // As a sum: a difference would round away a ball that lies exactly at the edge.
+    return player.getDistanceTo(ball) <= Player::KICKABLE_MARGIN + Player::SIZE + Ball::SIZE;
 }
 
 } // namespace
