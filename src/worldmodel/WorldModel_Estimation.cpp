@@ -22,20 +22,21 @@ public:
         }
     }
 
-    /// The mean of the positions they imply, weighted with 1 / distance; false without any.
-    bool meanPosition(float face, FieldSide side, Vector2D& mean) const {
+    /// Moves `position` to the mean of the places they imply, weighted with 1 / distance; without
+    /// any flag it stays.
+    void locate(float face, FieldSide side, Vector2D& position) const {
+        if (places[0] == nullptr) return;
         Vector2D sum;
         float weights = 0.0F;
         for (RCC_Flag const* const flag : places) {
             if (flag == nullptr) break;
-            float const weight = 1.0F / std::max(flag->distance, NO_DISTANCE);
+            float const weight = 1.0F / std::max(flag->distance, LEAST_DISTANCE);
             sum += weight * Field::computePosFromFlag(*flag, face, side);
             weights += weight;
         }
-        if (places[0] == nullptr) return false;
-        mean = places[1] == nullptr ? Field::computePosFromFlag(*places[0], face, side)
-                                    : sum / weights;
-        return true;
+        // A single one tells the place itself, free of the rounding of the mean.
+        position = places[1] == nullptr ? Field::computePosFromFlag(*places[0], face, side)
+                                        : sum / weights;
     }
 
 private:
@@ -45,7 +46,7 @@ private:
     }
 
     /// A flag that the agent stands on is reported at 0, which has no inverse.
-    static constexpr float NO_DISTANCE = 0.001F;
+    static constexpr float LEAST_DISTANCE = 0.001F;
 
     std::array<RCC_Flag const*, 3> places{};
 };
@@ -62,7 +63,7 @@ void WorldModel::performSelfLoc(std::span<RCC_Line const> lines, std::span<RCC_F
     for (RCC_Flag const& flag : flags) {
         if (flag.code != RCC_Flag::CLOSE_BY) nearest.offer(flag);
     }
-    nearest.meanPosition(face, theSituation.side, me.position);
+    nearest.locate(face, theSituation.side, me.position);
 }
 
 void WorldModel::estimateCurrentState() {
