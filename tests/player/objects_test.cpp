@@ -99,11 +99,13 @@ TEST_F(Objects, TheAgentDashesWithWhatItsStaminaAllows) {
         float stamina, effort, power;
         double firstWay; // of the first cycle
     };
+    // clang-format off
     constexpr std::array CASES = {
-        Case{8000, 1.0F, 100, 0.6},  Case{8000, 0.7F, 100, 0.42},  Case{2550, 1.0F, 100, 0.3},
-        Case{2400, 1.0F, 100, 0.0},  Case{8000, 1.0F, -100, -0.6}, Case{1300, 1.0F, -100, -0.3},
-        Case{8000, 1.0F, 300, 1.05},
+        Case{8000, 1.0F,  100,  0.6}, Case{8000, 0.7F,  100,  0.42}, Case{2550, 1.0F, 100, 0.3},
+        Case{2400, 1.0F,  100,  0.0}, Case{8000, 1.0F,  300,  1.05},
+        Case{8000, 1.0F, -100, -0.6}, Case{1300, 1.0F, -100, -0.3},
     };
+    // clang-format on
     Myself& me = agent.world.myself();
     for (Case const& c : CASES) {
         agent.placeMyself(0, 0);
@@ -128,19 +130,21 @@ TEST_F(Objects, StaminaDrainsAndRecovers) {
         float power;
         State after;
     };
+    // clang-format off
     constexpr std::array CASES = {
-        Case{{8000, 1, 1}, 100, {7945, 1, 1}},
-        Case{{4000, 1, 1}, -50, {4145, 1, 1}},                 // backwards gives instead of taking
-        Case{{7980, 1, 1}, -50, {8000, 1, 1}},                 // full is full
-        Case{{30, 0.9F, 0.8F}, 100, {35.91F, 0.895F, 0.798F}}, // empty is empty
-        Case{{2500, 1, 1}, 100, {2444.91F, 0.995F, 0.998F}}, // the lower threshold counts as below
-        Case{{2501, 0.9F, 0.9F}, 100, {2441.5F, 0.9F, 0.9F}},
-        Case{{2000, 0.6F, 0.5F}, 0, {2022.5F, 0.6F, 0.5F}},           // at the bottom they stay,
-        Case{{2000, 0.601F, 0.501F}, 0, {2022.455F, 0.596F, 0.499F}}, // but may step below it
-        Case{{4900, 0.8F, 1}, 100, {4845, 0.81F, 1}}, // the upper threshold counts as above
-        Case{{4899, 0.8F, 1}, 100, {4844, 0.8F, 1}},
-        Case{{8000, 0.995F, 1}, 0, {8000, 1, 1}},
+        Case{{8000, 1.000F, 1.000F}, 100, {7945.000F, 1.000F, 1.000F}},
+        Case{{4000, 1.000F, 1.000F}, -50, {4145.000F, 1.000F, 1.000F}}, // backwards gives, not takes
+        Case{{7980, 1.000F, 1.000F}, -50, {8000.000F, 1.000F, 1.000F}}, // full is full
+        Case{{  30, 0.900F, 0.800F}, 100, {  35.910F, 0.895F, 0.798F}}, // empty is empty
+        Case{{2500, 1.000F, 1.000F}, 100, {2444.910F, 0.995F, 0.998F}}, // 2400 counts as low
+        Case{{2501, 0.900F, 0.900F}, 100, {2441.500F, 0.900F, 0.900F}},
+        Case{{2000, 0.600F, 0.500F},   0, {2022.500F, 0.600F, 0.500F}}, // at the bottom they stay,
+        Case{{2000, 0.601F, 0.501F},   0, {2022.455F, 0.596F, 0.499F}}, // but may step below it
+        Case{{4900, 0.800F, 1.000F}, 100, {4845.000F, 0.810F, 1.000F}}, // 4800 counts as high
+        Case{{4899, 0.800F, 1.000F}, 100, {4844.000F, 0.800F, 1.000F}},
+        Case{{8000, 0.995F, 1.000F},   0, {8000.000F, 1.000F, 1.000F}},
     };
+    // clang-format on
     for (Case const& c : CASES) {
         State s = c.before;
         Myself::updatePredictedStamina(s.stamina, s.effort, s.recovery, c.power);
@@ -158,17 +162,18 @@ TEST_F(Objects, CyclesToAPointCountRunTurnAndStart) {
         bool margin;
         int cycles;
     };
+    // clang-format off
     constexpr std::array CASES = {
-        Case{0, 10.6, 0, false, 11},      Case{5, 10.6, 0, false, 11},
-        Case{355, 10.6, 0, false, 11},    Case{5.1F, 10.6, 0, false, 12},
-        Case{354.9F, 10.6, 0, false, 12}, Case{99.9F, 10.6, 0, false, 12},
-        Case{260.1F, 10.6, 0, false, 12}, Case{100, 10.6, 0, false, 13},
-        Case{260, 10.6, 0, false, 13},    Case{180, 10.6, 0, false, 13},
-        Case{INF, 10.6, 0, false, 11},    Case{NAN, 10.6, 0, false, 11},
-        Case{0, 10.6, 1.05, false, 11},   Case{0, 10.6, 1.2, false, 10},
-        Case{0, 12.1, 0, true, 11},       Case{0, 1, 0, true, 1},
-        Case{0, 0, 0, true, 0}, // 1.5 metres past it: one cycle less than none
+        Case{    0, 10.6, 0.00, false, 11}, Case{     5, 10.6, 0, false, 11}, Case{ 355, 10.6, 0, false, 11},
+        Case{ 5.1F, 10.6, 0.00, false, 12}, Case{354.9F, 10.6, 0, false, 12},
+        Case{99.9F, 10.6, 0.00, false, 12}, Case{260.1F, 10.6, 0, false, 12},
+        Case{  100, 10.6, 0.00, false, 13}, Case{   260, 10.6, 0, false, 13}, Case{ 180, 10.6, 0, false, 13},
+        Case{  INF, 10.6, 0.00, false, 11}, Case{   NAN, 10.6, 0, false, 11},
+        Case{    0, 10.6, 1.05, false, 11}, Case{     0, 10.6, 1.2, false, 10},
+        Case{    0, 12.1, 0.00, true,  11}, Case{     0,  1.0, 0, true,  1},
+        Case{    0,  0.0, 0.00, true,   0}, // 1.5 metres past it: one cycle less than none
     };
+    // clang-format on
     for (Case const& c : CASES) {
         Player const player({}, at(0, c.speed), c.body, 0, 7, false, false);
         EXPECT_EQ(player.predictedCyclesToPoint(at(c.distance, 0), c.margin), c.cycles)

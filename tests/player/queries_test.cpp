@@ -1,0 +1,322 @@
+#include <array>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <limits>
+
+#include "support/AgentHarness.h"
+
+namespace {
+
+Vector2D at(double x, double y) {
+    return {static_cast<float>(x), static_cast<float>(y), CARTESIAN};
+}
+
+/// The agent is number 7, in the middle, alone with the ball; a test adds the others.
+class Queries : public testing::Test {
+protected:
+    Queries() {
+        agent.join('l', 7);
+        agent.placeMyself(0, 0);
+        agent.placeBall(0, 0);
+    }
+    void clear() {
+        world.situation().myTeam.players.resize(1);
+        world.situation().theirTeam.players.clear();
+    }
+    Player& mate(int i) { return world.situation().myTeam.players.at(static_cast<std::size_t>(i)); }
+    Player& opponent(int i) {
+        return world.situation().theirTeam.players.at(static_cast<std::size_t>(i));
+    }
+    static int number(Player const* found) { return found == nullptr ? 0 : found->unum; }
+
+    support::AgentHarness agent;
+    WorldModel& world = agent.world;
+};
+
+TEST_F(Queries, PossessionAndReachIncludeTheirBounds) {
+    agent.addOpponent(4, 3, 3);
+    agent.placeBall(3, 0); // as far from both
+    EXPECT_TRUE(world.haveBall());
+    EXPECT_TRUE(world.hasBall_Player(mate(0)));
+    EXPECT_FALSE(world.hasBall_Player(opponent(0))); // team-mates come first
+    EXPECT_TRUE(world.hasBall_Team());
+    EXPECT_EQ(world.haveBallRel(), 1);
+    EXPECT_TRUE(std::isnan(world.hasBall_PlayerRel(mate(0))));
+    agent.placeBall(2.99F, 0);
+    EXPECT_EQ(world.hasBall_PlayerRel(mate(0)), 0);
+    agent.placeBall(3.01F, -0.1F);
+    EXPECT_FALSE(world.haveBall());
+    EXPECT_EQ(world.haveBallRel(), 0);
+    agent.placeBall(2, 2);
+    EXPECT_FALSE(world.haveBall());
+    EXPECT_FALSE(world.hasBall_Team());
+    EXPECT_TRUE(world.hasBall_Player(opponent(0)));
+
+    struct Reach {
+        float x;
+        bool kickable, catchable;
+    };
+    for (Reach const r :
+         {Reach{1.08F, true, true}, Reach{1.085F, true, true}, Reach{1.09F, false, true},
+          Reach{1.2F, false, true}, Reach{1.21F, false, false}}) {
+        agent.placeBall(r.x, 0);
+        EXPECT_EQ(world.isInKickableArea(), r.kickable) << r.x;
+        EXPECT_EQ(world.isCatchable(), r.catchable) << r.x;
+    }
+    agent.placeBall(2, 0, -0.5F, 0); // comes 0.5 nearer, and the agent 0.6
+    EXPECT_FALSE(world.willBeInKickableArea(0, 100));
+    EXPECT_TRUE(world.willBeInKickableArea(1, 100));
+    EXPECT_FALSE(world.willBeInKickableArea(1, 0));
+    EXPECT_TRUE(world.willBeInKickableArea(2, 0));
+}
+
+TEST_F(Queries, SecondClosestIsCountedFromTheClosestTeamMate) {
+    agent.placeBall(10, 0);
+    EXPECT_TRUE(world.beingClosestToBall());
+    EXPECT_FALSE(world.beingSecondClosestToBall());
+    EXPECT_EQ(world.secondClosestPlayerToPoint(at(0, 0)), nullptr);
+    agent.addTeammate(3, 8, 0);
+    agent.addTeammate(4, 12, 0); // as far as number 3
+    agent.addOpponent(5, 9, 0);  // nearer than all
+    EXPECT_EQ(number(world.closestTeamMateToPoint(at(10, 0))), 3);
+    EXPECT_EQ(number(world.closestPlayerToPoint(at(10, 0))), 5);
+    EXPECT_EQ(number(world.secondClosestTeamMateToPoint(at(10, 0))), 7);
+    EXPECT_EQ(number(world.secondClosestPlayerToPoint(at(10, 0))), 7);
+    EXPECT_TRUE(world.beingSecondClosestTeamMateToBall());
+    agent.addOpponent(6, 10, 5);
+    EXPECT_EQ(number(world.secondClosestPlayerToPoint(at(10, 0))), 6);
+    EXPECT_FALSE(world.beingSecondClosestToBall());
+    EXPECT_EQ(number(world.closestTeammateToMe()), 7);
+    EXPECT_EQ(number(world.closestOpponentToMe()), 5);
+    // Only one search asks for the age.
+    opponent(0).age = -1;
+    EXPECT_EQ(number(world.closestPlayerToPoint(at(10, 0))), 3);
+    EXPECT_EQ(number(world.closestOpponentToPoint(at(10, 0))), 5);
+    EXPECT_EQ(number(world.playerWithBall()), 5);
+    // The same shirt in the other team is somebody else.
+    agent.addOpponent(7, 10, 0);
+    EXPECT_FALSE(world.beingClosestToBall());
+}
+
+TEST_F(Queries, ClosestToAPlayerMeansThePlayerItself) {
+    agent.addTeammate(3, 20, 0);
+    agent.addOpponent(3, 21, 0);
+    EXPECT_TRUE(world.beingClosestTeamMateToPlayer(mate(1)));
+    EXPECT_FALSE(world.beingClosestTeamMateToPlayer(opponent(0)));
+    EXPECT_TRUE(world.beingClosestToPlayer(opponent(0)));
+    EXPECT_FALSE(world.beingSecondClosestTeamMateToPlayer(mate(1)));
+    mate(1).age = 4;
+    EXPECT_NEAR(world.beingClosestTeamMateToPlayerRel(mate(1)), 0.8, 1e-6);
+    EXPECT_NEAR(world.beingClosestToPlayerRel(mate(1)), 0.8, 1e-6);
+    EXPECT_EQ(world.beingSpacedRel(mate(1)), 0);
+    mate(1).age = -1;
+    EXPECT_EQ(world.beingClosestTeamMateToPlayerRel(mate(1)), 0);
+    EXPECT_EQ(world.beingClosestToPlayerRel(mate(1)), 0);
+    EXPECT_TRUE(std::isnan(world.hasBall_PlayerRel(mate(1))));
+    mate(1).position = at(5, 0);
+    EXPECT_FALSE(world.beingSpaced(mate(1)));
+    mate(1).position = at(4.99, 0);
+    EXPECT_TRUE(world.beingSpaced(mate(1)));
+    EXPECT_EQ(world.beingSecondClosestToBallRel(), 1);
+    EXPECT_TRUE(world.isInArea(mate(1)));
+    EXPECT_EQ(world.isTeamMateRel(opponent(0)), 0);
+}
+
+TEST_F(Queries, ABallNobodyKnowsBelongsToNobody) {
+    agent.addTeammate(3, 20, 0);
+    agent.addOpponent(4, 21, 0);
+    for (float const unknown : {UNDEFINED_FLOAT, std::numeric_limits<float>::infinity(), NAN}) {
+        agent.placeBall(unknown, unknown, unknown, unknown);
+        EXPECT_FALSE(world.haveBall() || world.hasBall_Team() || world.isInKickableArea());
+        EXPECT_FALSE(world.beingSecondClosestToBall() || world.beingInAttackPosition());
+        EXPECT_FALSE(world.isIntersected(at(0, 0)) && world.isClosestToBall(mate(1)));
+        EXPECT_EQ(world.playerWithBall(), nullptr);
+    }
+}
+
+TEST_F(Queries, FieldAndOffsideAndLastMen) {
+    EXPECT_TRUE(world.isOnField(at(52, 34)) && world.isOnField(at(-52, -34)));
+    EXPECT_FALSE(world.isOnField(at(52.1, 0)) || world.isOnField(at(-52.1, 0)));
+    EXPECT_FALSE(world.isOnField(at(0, 34.1)) || world.isOnField(at(0, -34.1)));
+
+    agent.addOpponent(1, 51, 20);
+    EXPECT_FALSE(world.isOffside(at(52, 30))); // only a goalie
+    agent.addOpponent(2, 30, 5);
+    agent.addOpponent(3, 20, 30);
+    EXPECT_TRUE(world.isOffside(at(-10, 5.1))); // judged along y
+    EXPECT_FALSE(world.isOffside(at(50, 5)));
+    opponent(1).position = at(30, -20);
+    EXPECT_FALSE(world.isOffside(at(50, -10)) || world.isOffside(at(50, 0)));
+    EXPECT_TRUE(world.isOffside(at(50, 0.1)));
+    opponent(1).age = 4;
+    Player forward(at(50, 1), {}, 0, 0, 9, false, false);
+    forward.age = 10;
+    EXPECT_NEAR(world.isOffsideRel(forward), 0.4, 1e-6);
+
+    agent.placeMyself(-50, 0);
+    EXPECT_EQ(number(world.lastMan()), 0);
+    agent.addTeammate(2, -20, 0);
+    agent.addTeammate(3, -30, 0);
+    mate(2).age = -1;
+    EXPECT_EQ(number(world.lastMan()), 2);
+    EXPECT_EQ(number(world.closestTeamMateToOwnGoalOutLine()), 7);
+    EXPECT_FALSE(world.beingLastMan());
+    EXPECT_TRUE(world.isLastMan(mate(1)));
+
+    struct Line {
+        double x;
+        bool own, other;
+    };
+    for (Line const l : {Line{-32, false, false}, Line{-32.1, true, false}, Line{32, false, false},
+                         Line{32.1, false, true}}) {
+        mate(1).position = at(l.x, 0);
+        EXPECT_EQ(world.isCloseToOwnGoalOutLine(mate(1)), l.own) << l.x;
+        EXPECT_EQ(world.isCloseToOpponentGoalOutLine(mate(1)), l.other) << l.x;
+    }
+}
+
+TEST_F(Queries, AreasAroundPlayers) {
+    struct Case {
+        Vector2D me, opponent;
+        bool frontal, attacked, unmarked; // unmarked is near: the name says the reverse
+    };
+    // clang-format off
+    std::array const cases = {
+        Case{at(0, 0), at(4.9, 0.1),   true,  false, false}, Case{at(0, 0), at(-4.9, 4.9),  true,  false, false},
+        Case{at(0, 0), at(0, -0.1),    false, true,  true},  Case{at(0, 0), at(1.4, 1.4),   true,  true,  true},
+        Case{at(0, 0), at(-1.6, 0.1),  true,  false, true},  Case{at(0, 0), at(5, 1),       false, false, false},
+        Case{at(0, 0), at(0, 3),       true,  false, false}, Case{at(0, 0), at(2.9, 0),     false, false, true},
+        // the second corner of an attack is (y + 1.5, x + 1.5)
+        Case{at(10, 0), at(10, 0.5),   true,  false, true},  Case{at(10, 0), at(8, 11),     false, true,  false},
+    };
+    // clang-format on
+    for (Case const& c : cases) {
+        clear();
+        agent.placeMyself(c.me.x, c.me.y);
+        agent.addOpponent(4, c.opponent.x, c.opponent.y);
+        agent.addOpponent(5, -40, -30);
+        auto const where = ::testing::PrintToString(c.opponent.x);
+        EXPECT_EQ(world.beingFrontalAttacked(), c.frontal) << where;
+        EXPECT_EQ(world.beingAttacked(), c.attacked) << where;
+        EXPECT_EQ(world.isAttackedTeammate(mate(0)), c.attacked) << where;
+        EXPECT_EQ(world.isNotMarked(mate(0)), c.unmarked) << where;
+    }
+    clear();
+    EXPECT_TRUE(world.isNotMarked(mate(0)));
+    EXPECT_FALSE(world.beingAttacked() || world.beingFrontalAttacked());
+
+    EXPECT_TRUE(world.isAGoodPointToScore(at(30, 0)));
+    EXPECT_FALSE(world.isAGoodPointToScore(at(29.9, 0)));
+    agent.addTeammate(3, 32.6F, 0);
+    EXPECT_TRUE(world.isAtGoodPointToScore(mate(1)));
+    mate(1).position = at(32.5, 0);
+    EXPECT_FALSE(world.isAtGoodPointToScore(mate(1)));
+    agent.placeMyself(0, 0);
+    agent.addOpponent(1, 4.9F, 0, true); // within reach of the agent, wherever the point is
+    EXPECT_TRUE(world.isAGoodPointToScore(at(-50, 0)) && world.beingInOptimalPosition());
+    opponent(0).position = at(4.9, 0.5);
+    EXPECT_FALSE(world.beingAtGoodPointToScore());
+    opponent(0).position = at(5, 0);
+    EXPECT_FALSE(world.isAGoodPointToScore(at(-50, 0)));
+
+    world.myself().homePosition = at(2.9, -2.9);
+    EXPECT_TRUE(world.beingInDefensePosition());
+    world.myself().homePosition = at(3, 0);
+    EXPECT_FALSE(world.beingInDefensePosition());
+    // As far ahead of the attack position as whoever has the ball.
+    agent.placeBall(32, 0);
+    mate(1).attackPosition = at(30, 10);
+    world.myself().attackPosition = at(-4, 9);
+    EXPECT_TRUE(world.beingInAttackPosition()); // by (2.5, -10)
+    world.myself().attackPosition = at(-4, 14);
+    EXPECT_FALSE(world.beingInAttackPosition());
+}
+
+TEST_F(Queries, PassLinesAreBlockedInAWedge) {
+    Vector2D const from = at(0, -20);
+    Vector2D const to = at(0, 0); // a line along 270 degrees
+    struct Case {
+        Vector2D player;
+        bool byOpponent, byMate;
+    };
+    for (Case const& c : {Case{at(0.3, -10), true, true}, Case{at(-0.3, -10), true, true},
+                          Case{at(0.4, -10), false, false}, Case{at(-0.4, -10), false, false},
+                          Case{at(0, -30), true, false}, Case{at(0, 10), false, false}}) {
+        clear();
+        agent.placeMyself(0, -5); // the agent itself is in nobody's way
+        EXPECT_FALSE(world.isIntersected(from, to));
+        agent.addTeammate(3, c.player.x, c.player.y);
+        EXPECT_EQ(world.isIntersected(from, to), c.byMate) << c.player.x << ' ' << c.player.y;
+        clear();
+        agent.addOpponent(3, c.player.x, c.player.y);
+        agent.placeBall(from.x, from.y);
+        EXPECT_EQ(world.isIntersected(to), c.byOpponent) << c.player.x << ' ' << c.player.y;
+    }
+}
+
+TEST_F(Queries, PassCandidates) {
+    agent.placeBall(0, -10);
+    EXPECT_EQ(world.getPassCand(true), nullptr);
+    agent.addTeammate(3, 30, 10);
+    agent.addTeammate(4, -40, 10);
+    EXPECT_EQ(number(world.getPassCand(true)), 3);
+    EXPECT_EQ(world.getPassCand(false), nullptr); // without opponents nobody is exposed least
+    agent.addOpponent(5, -42, 10);
+    EXPECT_EQ(number(world.mostUnvulnerablePlayer()), 3);
+    agent.addOpponent(6, 32, 11);
+    EXPECT_EQ(number(world.mostUnvulnerablePlayer()), 4); // the last of the list counts
+    EXPECT_EQ(number(world.getPassCand(true)), 3);        // an opponent near: "not marked"
+    EXPECT_EQ(number(world.getPassCand(false)), 4);
+    mate(2).position.x = -100;
+    opponent(0).position.x = -99;
+    EXPECT_EQ(world.getPassCand(false), nullptr);
+    opponent(1).position = at(20, 30);
+    EXPECT_EQ(world.getPassCand(true), nullptr);
+    opponent(1).position = at(28.5, 9); // near, and on the line
+    EXPECT_EQ(world.getPassCand(true), nullptr);
+    agent.placeMyself(50, 0);
+    EXPECT_EQ(world.getPassCand(true), nullptr); // best placed is the agent itself
+}
+
+TEST_F(Queries, InterceptionCountsInAreas) {
+    Vector2D point;
+    int cycles = -1;
+    agent.addTeammate(3, 0.5F, 0);
+    EXPECT_TRUE(world.interceptionPoint(mate(0), point, cycles, true));
+    EXPECT_EQ(cycles, 0);
+    EXPECT_TRUE(world.interceptionPoint(mate(0), point, cycles, false));
+    EXPECT_EQ(cycles, 1); // to get going
+    agent.placeBall(20, 0, -1, 0);
+    EXPECT_TRUE(world.interceptionPoint(mate(0), point, cycles, false));
+    double meeting = 20;
+    for (int i = 0; static_cast<int>(meeting / 1.05) + 1 > i; ++i) {
+        meeting -= std::pow(0.94, i);
+    }
+    EXPECT_NEAR(point.x, meeting, 1e-3);
+    EXPECT_EQ(cycles, static_cast<int>(meeting / 1.05) + 1);
+    // The last cycle decides, in which the first of the list gets there too.
+    EXPECT_EQ(number(world.fastestTeammateInterceptingBall()), 7);
+    mate(0).position = at(-30, 0);
+    EXPECT_EQ(number(world.fastestTeammateInterceptingBall()), 3);
+    agent.placeBall(40, 0, 1, 0);
+    EXPECT_FALSE(world.interceptionPoint(mate(0), point, cycles, false));
+    EXPECT_NEAR(point.x, 40 + (1 - std::pow(0.94, 24)) / 0.06, 1e-3);
+    EXPECT_EQ(world.fastestTeammateInterceptingBall(), nullptr);
+
+    clear();
+    agent.placeMyself(0, 0);
+    agent.addTeammate(3, 10, 0);
+    agent.addTeammate(4, UNDEFINED_FLOAT, 0);
+    agent.addOpponent(7, 1, 0);
+    agent.addOpponent(8, 10, 1);
+    Rectangle const all(at(-1e11, -5), at(1e11, 5));
+    EXPECT_EQ(world.numTeammatesWithinRectangle(all), 2);
+    EXPECT_EQ(world.numOpponentsWithinRectangle(all), 2);
+    EXPECT_EQ(world.numTeammatesWithinRectangle(Rectangle(at(0, -5), at(20, 5))), 1); // not on it
+    EXPECT_EQ(world.numTeammatesWithin(10.0F, at(0, 0)), 1);
+    EXPECT_EQ(world.numTeammatesWithin(10.1F, at(0, 0)), 2);
+    EXPECT_EQ(world.numTeammatesWithin(1e12F, at(0, 0)), 2);
+    EXPECT_EQ(world.numOpponentsWithin(1.1F, at(0, 0)), 1);
+}
+
+} // namespace
