@@ -2,6 +2,7 @@
 
 #include <arpa/inet.h>
 #include <array>
+#include <cerrno>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -28,7 +29,11 @@ int ServerEnd::port() const {
 
 std::optional<std::string> ServerEnd::receive(int timeoutMsec) {
     pollfd waiting{descriptor, POLLIN, 0};
-    if (poll(&waiting, 1, timeoutMsec) != 1) return std::nullopt;
+    int ready = 0;
+    do {
+        ready = poll(&waiting, 1, timeoutMsec);
+    } while (ready < 0 && errno == EINTR); // the agent's timer
+    if (ready != 1) return std::nullopt;
     std::array<char, 8192> buffer{};
     socklen_t length = sizeof client;
     ssize_t const size = recvfrom(descriptor, buffer.data(), buffer.size(), 0,
