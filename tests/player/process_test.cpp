@@ -1,0 +1,237 @@
+// The agent as a process: how it starts, how it ends, and what it survives.
+
+#include <array>
+#include <chrono>
+#include <csignal>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <map>
+#include <poll.h>
+#include <random>
+#include <sstream>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "practice/Parameters.h"
+#include "support/ServerEnd.h"
+
+using support::ServerEnd;
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+std::string fileContent(std::filesystem::path const& path) {
+    std::ostringstream content;
+    content << std::ifstream(path).rdbuf();
+    return content.str();
+}
+
+/// One run of the program in a folder of its own, with what it prints kept in files.
+class AgentProcess {
+public:
+    /// Without a configuration when `conf` is null.
+    AgentProcess(std::vector<std::string> arguments, char const* conf) {
+        std::string name = (std::filesystem::temp_directory_path() / "agent.XXXXXX").string();
+        folder = mkdtemp(name.data());
+        if (conf != nullptr) std::ofstream(folder / "player.conf") << conf;
+        arguments.insert(arguments.begin(), AGENT_BINARY);
+        std::vector<char*> argv;
+        for (std::string& argument : arguments) {
+            argv.push_back(argument.data());
+        }
+        argv.push_back(nullptr);
+        pid = fork();
+        if (pid == 0) run(argv);
+    }
+    ~AgentProcess() {
+        if (status < 0) {
+            kill(pid, SIGKILL);
+            waitpid(pid, nullptr, 0);
+        }
+        std::filesystem::remove_all(folder);
+    }
+    AgentProcess(AgentProcess const&) = delete;
+    AgentProcess& operator=(AgentProcess const&) = delete;
+
+    bool isRunning() { return status < 0 && waitpid(pid, &status, WNOHANG) == 0; }
+    /// The exit status; 1000 and the signal when killed by one, -1 when it does not end.
+    int waitForEnd(milliseconds limit = milliseconds(5000)) {
+        auto const start = Clock::now();
+        while (isRunning()) {
+            if (Clock::now() - start > limit) return -1;
+            poll(nullptr, 0, 5);
+        }
+        return WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + WTERMSIG(status);
+    }
+    void interrupt() const { kill(pid, SIGINT); }
+    std::string output() const { return fileContent(folder / "out"); }
+    std::string errors() const { return fileContent(folder / "err"); }
+
+private:
+    [[noreturn]] void run(std::vector<char*> const& argv) const {
+        auto const redirect = [&](char const* file, int descriptor) {
+            dup2(open((folder / file).c_str(), O_CREAT | O_WRONLY, 0600), descriptor);
+        };
+        redirect("out", STDOUT_FILENO);
+        redirect("err", STDERR_FILENO);
+        if (chdir(folder.c_str()) == 0) execv(argv[0], argv.data());
+        _exit(127);
+    }
+
+    std::filesystem::path folder;
+    pid_t pid = -1;
+    int status = -1;
+};
+
+/// A server that says what the test tells it to.
+class ProcessTest : public testing::Test {
+protected:
+    std::string conf() const {
+        return "serverHost: \"localhost\"\nserverPort: " + std::to_string(server.port()) +
+               "\nteamname: \"FromFile\"\n";
+    }
+    void welcome() {
+        ASSERT_TRUE(server.receive(5000));
+        server.send("(init l 5 before_kick_off)");
+        server.send(practice::serverParamMessage(3000));
+        server.send(practice::playerParamMessage());
+        poll(nullptr, 0, 150); // until the first look at the messages
+    }
+    void senseBody(int time) const {
+        server.send("(sense_body " + std::to_string(time) +
+                    " (view_mode high normal) (stamina 8000 1) (speed 0 0) (head_angle 0) (kick 1) "
+                    "(dash 22) (turn 333) (say 4) (turn_neck 5) (catch 6) (move 7) (change_view "
+                    "8))");
+    }
+    /// Plays some cycles of 100 ms, each message sent `copies` times; returns the commands that
+    /// came, counted by their first word.
+    std::map<std::string, int> play(int from, int to, int copies = 1) {
+        std::map<std::string, int> counts;
+        for (int cycle = from; cycle < to; ++cycle) {
+            for (int i = 0; i < copies; ++i) {
+                senseBody(cycle);
+                server.send("(see " + std::to_string(cycle) + " ((f c) 40 0) ((l r) 90 90))");
+            }
+            auto const end = Clock::now() + milliseconds(100);
+            while (Clock::now() < end) {
+                if (auto const text = server.receive(10))
+                    ++counts[text->substr(1, text->find_first_of(" )") - 1)];
+            }
+        }
+        return counts;
+    }
+
+    ServerEnd server;
+};
+
+TEST_F(ProcessTest, RefusedStarts) {
+    struct Case {
+        std::vector<std::string> arguments;
+        std::string conf, errors;
+    };
+    std::string const none = "Unable to parse <player.conf>!\n";
+    for (Case const& c : {
+             Case{{"localhost", "Team", "-Goalie"}, "-", ""},
+             Case{{"localhost", "Team", "-goalie "}, "-", ""},
+             Case{{"localhost", "Team", "goalie"}, "-", ""},
+             Case{{"localhost", "Team", "-goalie", "x"}, "-", ""},
+             Case{{}, "-", none},
+             Case{{"localhost", "Team", "-goalie"}, "-", none},
+             Case{{"255.255.255.255"}, "serverPort: 6000\n", "Can't find the host: : "},
+         }) {
+        AgentProcess agent(c.arguments, c.conf == "-" ? nullptr : c.conf.c_str());
+        EXPECT_EQ(255, agent.waitForEnd());
+        EXPECT_EQ("", agent.output());
+        std::string const errors = agent.errors();
+        EXPECT_EQ(c.errors, c.conf == "-" ? errors : errors.substr(0, c.errors.size()));
+    }
+    AgentProcess garbled({}, "no keyword\n");
+    EXPECT_EQ(255, garbled.waitForEnd());
+    EXPECT_NE(std::string::npos, garbled.errors().find(none));
+}
+
+TEST_F(ProcessTest, CommandLineOverConfigurationThenSilence) {
+    struct Case {
+        std::vector<std::string> arguments;
+        char const* init;
+    };
+    for (Case const& c : {
+             Case{{}, "(init FromFile (version 7.08))"},
+             Case{{"127.0.0.1"}, "(init FromFile (version 7.08))"},
+             Case{{"127.0.0.1", "Mine"}, "(init Mine (version 7.08))"},
+             Case{{"127.0.0.1", "Mine", "-goalie"}, "(init Mine (version 7.08)(goalie))"},
+         }) {
+        AgentProcess const agent(c.arguments, conf().c_str());
+        EXPECT_EQ(c.init, server.receive(5000));
+    }
+    AgentProcess agent({}, conf().c_str());
+    welcome();
+    senseBody(1);
+    auto const lastMessage = Clock::now();
+    EXPECT_EQ(0, agent.waitForEnd());
+    EXPECT_GT(Clock::now() - lastMessage, milliseconds(1990));
+    EXPECT_LT(Clock::now() - lastMessage, milliseconds(3500));
+    EXPECT_EQ("", agent.output());
+}
+
+TEST_F(ProcessTest, InterruptPrintsTheStatistics) {
+    AgentProcess agent({}, conf().c_str());
+    welcome();
+    std::map<std::string, int> sent = play(1, 8);
+    EXPECT_LT(0, sent["move"]);
+    agent.interrupt();
+    EXPECT_EQ(0, agent.waitForEnd());
+
+    std::string const rule(62, '*');
+    std::ostringstream expected;
+    auto const row = [&](char const* label, char const* command, int executed) {
+        expected << label << sent[command] << "  \t server received: " << executed << "\n";
+    };
+    expected << "\n\nSIGINT caught \n" << rule << "\n";
+    row("kicks        queued: ", "kick", 1);
+    row("dashes       queued: ", "dash", 22);
+    row("turns        queued: ", "turn", 333);
+    row("says         queued: ", "say", 4);
+    row("turn_necks   queued: ", "turn_neck", 5);
+    row("catches      queued: ", "catch", 6);
+    row("moves        queued: ", "move", 7);
+    row("change_views queued: ", "change_view", 8);
+    expected << rule << "\n\n";
+    EXPECT_EQ(expected.str(), agent.output());
+}
+
+TEST_F(ProcessTest, SurvivesAFloodButNoEmptyDatagram) {
+    AgentProcess agent({}, conf().c_str());
+    welcome();
+    senseBody(1);
+    std::mt19937 random(1);
+    for (int i = 0; i < 3000; ++i) {
+        std::string junk(1 + random() % 300, ' ');
+        for (char& c : junk) {
+            c = static_cast<char>(random());
+        }
+        server.send(junk);
+        if (i % 100 == 0) server.send("(sense_body 7 (view_mode high" + std::string(5000, '('));
+    }
+    poll(nullptr, 0, 100);
+    while (server.receive(20)) {
+    }
+
+    server.send("(hear 1 referee play_on)");
+    // Doubled messages are taken twice; when they cease for a while, it plays on afterwards.
+    EXPECT_LE(5, play(2, 8, 2)["turn"]);
+    poll(nullptr, 0, 1000);
+    EXPECT_LE(3, play(20, 24)["turn"]);
+
+    EXPECT_TRUE(agent.isRunning());
+    server.send("");
+    EXPECT_EQ(255, agent.waitForEnd());
+    EXPECT_EQ(0U, agent.errors().rfind("reading failed: : ", 0));
+    EXPECT_EQ("", agent.output());
+}
+
+} // namespace
