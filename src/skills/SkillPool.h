@@ -99,9 +99,9 @@ public:
     /// @{
     static void fieldPlayerGeneralBehaviour();
     static void playOnBehavior();
-    /// One cycle of our set piece: look around for `minDelay` cycles, for a receiver for
-    /// `scanDelay` more. True while it is under way; false when the time is up or a pass was just
-    /// made.
+    /// One decision of our set piece: look around for the first `minDelay` of them, for a receiver
+    /// for `scanDelay` more. True while it is under way; false when the time is up or a pass was
+    /// just made.
     static bool performKickIn(bool wellPositioned, int minDelay, int scanDelay, float endSpeed);
     /// @}
 
@@ -111,7 +111,7 @@ public:
     static void goaliePlayOn();
     /// Takes up the place between ball and goal.
     static void goaliePositioning();
-    /// One cycle of the goalkeeper's own free kick; true in the one in which it kicked.
+    /// One decision of the goalkeeper's own free kick; true in the one in which it kicked.
     static bool performGoalieFreeKick();
     static Vector2D findGoalieKickOffPoint();
     static void resetGoalieFlags();

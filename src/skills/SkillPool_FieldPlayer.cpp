@@ -10,7 +10,8 @@
 
 namespace {
 
-// Cycles spent in the current set piece; reset in play on only.
+// Decisions spent in the current set piece, of which a cycle has one or more; reset in play on
+// only.
 int kickInMinDelay = 0;
 int kickInScanDelay = 0;
 

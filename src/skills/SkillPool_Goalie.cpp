@@ -12,7 +12,8 @@
 
 namespace {
 
-/// Cycles spent in the goalkeeper's own free kick; reset in play on only.
+/// Decisions spent in the goalkeeper's own free kick, of which a cycle has one or more; reset in
+/// play on only.
 int freeKickCounter = 0;
 
 /// For how many of them it stands with the ball in its hands.
