@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 
+#include "player/Point.h"
 #include "practice/Random.h"
 #include "support/AgentHarness.h"
 
@@ -14,9 +15,6 @@ using Plane = std::complex<double>;
 constexpr float INF = std::numeric_limits<float>::infinity();
 constexpr double TO_RADIANS = 3.14159265358979323846 / 180.0;
 
-Vector2D at(double x, double y) {
-    return {static_cast<float>(x), static_cast<float>(y), CARTESIAN};
-}
 Plane plane(Vector2D v) {
     return {v.x, v.y};
 }
@@ -164,13 +162,12 @@ TEST_F(Objects, CyclesToAPointCountRunTurnAndStart) {
     };
     // clang-format off
     constexpr std::array CASES = {
-        Case{    0, 10.6, 0.00, false, 11}, Case{     5, 10.6, 0, false, 11}, Case{ 355, 10.6, 0, false, 11},
-        Case{ 5.1F, 10.6, 0.00, false, 12}, Case{354.9F, 10.6, 0, false, 12},
-        Case{99.9F, 10.6, 0.00, false, 12}, Case{260.1F, 10.6, 0, false, 12},
-        Case{  100, 10.6, 0.00, false, 13}, Case{   260, 10.6, 0, false, 13}, Case{ 180, 10.6, 0, false, 13},
-        Case{  INF, 10.6, 0.00, false, 11}, Case{   NAN, 10.6, 0, false, 11},
-        Case{    0, 10.6, 1.05, false, 11}, Case{     0, 10.6, 1.2, false, 10},
-        Case{    0, 12.1, 0.00, true,  11}, Case{     0,  1.0, 0, true,  1},
+        Case{    0, 10.6, 0.00, false, 11}, Case{    5, 10.6, 0.0, false, 11},
+        Case{ 5.1F, 10.6, 0.00, false, 12}, Case{99.9F, 10.6, 0.0, false, 12},
+        Case{  100, 10.6, 0.00, false, 13}, Case{  260, 10.6, 0.0, false, 13},
+        Case{  INF, 10.6, 0.00, false, 11}, Case{  NAN, 10.6, 0.0, false, 11},
+        Case{    0, 10.6, 1.05, false, 11}, Case{    0, 10.6, 1.2, false, 10},
+        Case{    0, 12.1, 0.00, true,  11}, Case{    0,  1.0, 0.0, true,  1},
         Case{    0,  0.0, 0.00, true,   0}, // 1.5 metres past it: one cycle less than none
     };
     // clang-format on
