@@ -1,0 +1,171 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "skills/SkillPool.h"
+#include "support/MatchDriver.h"
+
+using practice::Phase;
+using practice::Side;
+using practice::Vec;
+using support::MatchDriver;
+
+namespace {
+
+/// A match in play, with positions given in the agent's own frame.
+class Scene : public MatchDriver {
+public:
+    explicit Scene(Setup const& setup)
+        : MatchDriver(setup), side(setup.right ? Side::right : Side::left) {
+        kickOff();
+        step(); // the agent hears of it, and so forgets the set pieces of a match before
+        SkillPool::resetGoalieFlags();
+    }
+
+    Vec turned(Vec v) const { return v * practice::sign(side); }
+    practice::Player& me() { return match.world().player(id); }
+    /// Puts the ball there, the player facing it, and everybody else far away.
+    void put(Vec pos, Vec ballPos, Vec ballVelocity = {}) {
+        putBall(ballPos, ballVelocity);
+        me().pos = turned(pos);
+        me().halt();
+        me().body = turned(ballPos - pos).angle();
+        me().neck = 0.0;
+        for (practice::Player& other : match.world().players) {
+            double const wing = other.unum % 2 == 0 ? 33.0 : -33.0;
+            if (&other != &me()) other.pos = {-20.0 + other.unum, wing};
+        }
+    }
+    void putBall(Vec pos, Vec velocity = {}) {
+        match.world().ball.halt();
+        match.world().ball.pos = turned(pos);
+        match.world().ball.vel = turned(velocity);
+    }
+    /// An opponent kicks the ball out of the field from there: a set piece of the agent's team.
+    void kickOut(Vec from, Vec direction) {
+        int const kicker = practice::playerId(other(side), 1);
+        practice::Player& opponent = match.world().player(kicker);
+        putBall(from + direction * 0.5);
+        opponent.pos = turned(from);
+        opponent.body = turned(direction).angle();
+        match.receive(kicker, "(kick 100 0)");
+        until(20, [&] { return match.world().mode.isSetPiece(); });
+    }
+    int goals() { return match.world().goals(side); }
+
+    /// Steps until the condition holds; false when it does not for so long.
+    template <class Condition>
+    bool until(int cycles, Condition condition) {
+        for (int i = 0; i < cycles; ++i) {
+            if (condition()) return true;
+            step();
+        }
+        return false;
+    }
+    Side side;
+};
+
+std::size_t hashOfPlay(unsigned seed) {
+    MatchDriver driver({.unum = 10, .opponents = 2, .halfCycles = 300, .seed = seed});
+    std::string all;
+    for (int cycle = 0; cycle < 250; ++cycle) {
+        for (std::string const& command : driver.step())
+            all += command;
+    }
+    return std::hash<std::string>()(all);
+}
+
+/// The hash as another process computes it, with nothing remembered from a match before.
+std::size_t hashInChild(unsigned seed) {
+    std::array<int, 2> ends{};
+    if (pipe(ends.data()) != 0) return 0;
+    pid_t const child = fork();
+    if (child == 0) {
+        std::size_t const hash = hashOfPlay(seed);
+        bool const written = write(ends[1], &hash, sizeof hash) == sizeof hash;
+        _exit(written ? 0 : 1);
+    }
+    std::size_t hash = 0;
+    bool const read = ::read(ends[0], &hash, sizeof hash) == sizeof hash;
+    waitpid(child, nullptr, 0);
+    close(ends[0]);
+    close(ends[1]);
+    return read ? hash : 0;
+}
+
+} // namespace
+
+class EitherSide : public testing::TestWithParam<bool> {};
+INSTANTIATE_TEST_SUITE_P(Match, EitherSide, testing::Values(false, true));
+
+TEST_P(EitherSide, ScoresAgainstAnEmptySide) {
+    Scene scene({.right = GetParam(), .opponents = 1});
+    scene.put({0, -10}, {10, 5});
+    EXPECT_TRUE(scene.until(600, [&] { return scene.goals() > 0; }));
+    EXPECT_EQ(scene.me().refused, 0);
+}
+
+TEST_P(EitherSide, TakesKickInsAndCorners) {
+    Scene scene({.right = GetParam(), .unum = 9, .opponents = 1});
+    struct Case {
+        Phase phase;
+        Vec from, direction;
+    };
+    for (Case const& c :
+         {Case{Phase::kickIn, {20, -32}, {0, -1}}, Case{Phase::cornerKick, {50, -20}, {1, 0}}}) {
+        scene.kickOut(c.from, c.direction);
+        EXPECT_EQ(scene.match.world().mode, (practice::PlayMode{c.phase, scene.side}));
+        Vec const spot = scene.turned(scene.match.world().ball.pos);
+        scene.put(spot + Vec{-8, 5}, spot);
+        auto const taken = [&] { return scene.match.world().mode == Phase::playOn; };
+        EXPECT_FALSE(scene.until(25, taken)); // first it looks around for somebody to pass to
+        EXPECT_TRUE(scene.until(90, taken)) << static_cast<int>(c.phase);
+        scene.step(); // in which the agent hears of it
+    }
+}
+
+TEST_P(EitherSide, TheGoalkeeperCatchesAndClears) {
+    Scene scene({.goalie = true, .right = GetParam(), .unum = 1, .opponents = 1});
+    scene.put({-47, 0}, {-33, 3}, {-1.2, -0.2});
+    EXPECT_TRUE(scene.until(60, [&] { return scene.match.world().mode == Phase::freeKick; }));
+    EXPECT_EQ(scene.me().counts.catches, 1);
+    auto const away = [&] { return scene.turned(scene.match.world().ball.pos).x > -20; };
+    EXPECT_FALSE(scene.until(25, away)); // it takes its time
+    EXPECT_TRUE(scene.until(60, away));
+    EXPECT_EQ(scene.me().refused, 0);
+    EXPECT_EQ(scene.match.world().goals(other(scene.side)), 0);
+}
+
+TEST(Match, TheSameSeedGivesTheSameCommands) {
+    std::size_t const first = hashInChild(3);
+    EXPECT_NE(first, 0U);
+    EXPECT_EQ(first, hashInChild(3));
+    EXPECT_NE(first, hashInChild(4));
+}
+
+TEST_P(EitherSide, ReportsTellTheTrueBall) {
+    Scene scene({.right = GetParam(), .opponents = 1});
+    int reports = 0;
+    for (int round = 0; round < 10; ++round) {
+        Vec const ball{-20.0 + 4 * round, 15.0 - 3 * round};
+        scene.put(ball + Vec{-6, 1}, ball);
+        for (int cycle = 0; cycle < 6; ++cycle) {
+            scene.putBall(ball);
+            for (std::string const& command : scene.step()) {
+                if (command.rfind("(say", 0) != 0 || cycle < 3) continue;
+                // What a team-mate makes of it, one metre of rounding and one of eyesight apart.
+                Situation listener;
+                listener.currentTime = 100;
+                RCC_PlayerAudio heard;
+                heard.text = RCC_Text(std::string_view(command).substr(6, 9));
+                listener.integratePlayerAudio(heard);
+                EXPECT_NEAR(listener.ball.position.x, ball.x, 2.2) << command;
+                EXPECT_NEAR(listener.ball.position.y, ball.y, 2.2) << command;
+                ++reports;
+            }
+        }
+    }
+    EXPECT_GT(reports, 10);
+}
