@@ -88,46 +88,39 @@ TEST(Sensing, WhatHasNoHandlerChangesNothing) {
     EXPECT_EQ(5, Sensors::senseBody->time);
 }
 
+/// Something of each of the seven vectors, in the order of Sensors.
+auto ofAllSeen(auto const& what) {
+    return std::array{what(Sensors::lines),  what(Sensors::flags),   what(Sensors::goals),
+                      what(Sensors::allies), what(Sensors::enemies), what(Sensors::neuts),
+                      what(Sensors::balls)};
+}
+auto const sizeOf = [](auto const& seen) { return static_cast<int>(seen.size()); };
+auto const addressOf = [](auto const& seen) { return static_cast<void const*>(seen.data()); };
+
 TEST(Sensing, ASeeReplacesTheOneBefore) {
     AgentHarness agent;
-    agent.receive(
-        "(see 1 ((f c) 10 0) ((g r) 60 0) ((b) 5 5) ((p \"Ours\" 2) 3 4 0 0 5 6) "
-        "((p \"Theirs\" 1 goalie) 9 9 0 0 1 1) ((p \"Ours\") 30 1) ((p) 50 2) ((l r) 60 90))");
-    EXPECT_EQ(1U, Sensors::lines.size());
-    EXPECT_EQ(1U, Sensors::flags.size());
-    EXPECT_EQ(1U, Sensors::goals.size());
-    EXPECT_EQ(2U, Sensors::allies.size());
-    EXPECT_EQ(1U, Sensors::enemies.size());
-    EXPECT_EQ(1U, Sensors::neuts.size());
-    EXPECT_EQ(1U, Sensors::balls.size());
+    agent.receive("(see 1 ((f c) 10 0) ((g r) 60 0) ((b) 5 5) ((p \"Ours\" 2) 3 4 0 0 5 6) "
+                  "((p \"Theirs\" 1 goalie) 9 9 0 0 1 1) ((p \"Ours\") 30 1) ((p) 50 2)"
+                  "((l r) 60 90))");
+    EXPECT_EQ((std::array{1, 1, 1, 2, 1, 1, 1}), ofAllSeen(sizeOf));
     EXPECT_EQ(2, Sensors::allies[0].name.unum);
     EXPECT_EQ(0, Sensors::allies[1].name.unum);
     EXPECT_TRUE(Sensors::enemies[0].name.goalie);
     agent.receive("(see 2 ((l t) 30 90))");
-    EXPECT_EQ(1U, Sensors::lines.size());
-    EXPECT_TRUE(Sensors::flags.empty() && Sensors::goals.empty() && Sensors::allies.empty() &&
-                Sensors::enemies.empty() && Sensors::neuts.empty() && Sensors::balls.empty());
+    EXPECT_EQ((std::array{1, 0, 0, 0, 0, 0, 0}), ofAllSeen(sizeOf));
 }
 
 /// Main may still be reading a vector while the next see is copied into it.
 TEST(Sensing, VectorsNeverMove) {
     AgentHarness agent;
-    std::array const before = {static_cast<void const*>(Sensors::lines.data()),
-                               static_cast<void const*>(Sensors::flags.data()),
-                               static_cast<void const*>(Sensors::neuts.data())};
-    for (std::size_t const count : {std::size_t{1}, RCC_Visual::MAX_OBJECTS}) {
-        std::string see = "(see 1";
-        for (std::size_t i = 0; i < count; ++i) {
-            see += " ((l t) 1)((F) 2)((P) 3)";
-        }
-        agent.receive(see + ")");
-        EXPECT_EQ(count, Sensors::lines.size());
-        EXPECT_EQ(count, Sensors::flags.size());
-        EXPECT_EQ(count, Sensors::neuts.size());
-        EXPECT_EQ(before, (std::array{static_cast<void const*>(Sensors::lines.data()),
-                                      static_cast<void const*>(Sensors::flags.data()),
-                                      static_cast<void const*>(Sensors::neuts.data())}));
+    auto const addresses = ofAllSeen(addressOf);
+    std::string see = "(see 1";
+    for (std::size_t i = 0; i < RCC_Visual::MAX_OBJECTS; ++i) {
+        see += "((l t) 1)((F) 2)((P) 3)";
     }
+    agent.receive(see + ")");
+    EXPECT_EQ((std::array{128, 128, 0, 0, 0, 128, 0}), ofAllSeen(sizeOf));
+    EXPECT_EQ(addresses, ofAllSeen(addressOf));
 }
 
 template <class Handler, class T>

@@ -6,7 +6,6 @@
 #include <thread>
 
 #include "runtime/SenseThread.h"
-#include "skills/Utils.h"
 #include "support/AgentHarness.h"
 
 using support::AgentHarness;
@@ -43,25 +42,6 @@ TEST(Timing, FractionAndDelay) {
     EXPECT_EQ(100000, SenseThread::sendDelay(1.0F));
     EXPECT_EQ(150000, SenseThread::sendDelay(1.5F));
     EXPECT_LT(999999, SenseThread::sendDelay(1e30F)); // more than a timer takes
-}
-
-TEST(Timing, ArithmeticOfTimes) {
-    struct Case {
-        timeval a, b;
-        int msec;
-    };
-    for (Case const& c : {Case{{5, 999999}, {5, 0}, 999}, Case{{6, 0}, {5, 999999}, 0},
-                          Case{{6, 1000}, {5, 1000}, 1000}, Case{{5, 0}, {5, 1}, -1},
-                          Case{{5, 70000}, {5, 100000}, -30}}) {
-        EXPECT_EQ(c.msec, Utils::timerDiffMsec(&c.a, &c.b)) << c.a.tv_sec << ' ' << c.a.tv_usec;
-    }
-    timeval const start{5, 849999};
-    timeval const within = Utils::timerAddMsec(&start, 150);
-    EXPECT_EQ(5, within.tv_sec);
-    EXPECT_EQ(999999, within.tv_usec);
-    timeval const carried = Utils::timerAddMsec(&start, 300);
-    EXPECT_EQ(6, carried.tv_sec);
-    EXPECT_EQ(149999, carried.tv_usec);
 }
 
 /// The sense thread at work on messages of a server, with the test in the place of the main loop.
