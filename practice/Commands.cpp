@@ -13,8 +13,18 @@ constexpr std::string_view blanks = " \t\r\n";
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
+bool isSmallLetter(char c) {
+    return c >= 'a' && c <= 'z';
+}
 bool isWordLetter(char c) {
-    return (c >= 'a' && c <= 'z') || c == '_';
+    return isSmallLetter(c) || c == '_';
+}
+bool isTeamLetter(char c) {
+    return isSmallLetter(c) || (c >= '+' && c <= '_');
+}
+bool isSayable(char c) {
+    constexpr std::string_view marks = " ().+-*/?<>_";
+    return isDigit(c) || isSmallLetter(c) || (c >= 'A' && c <= 'Z') || marks.find(c) != marks.npos;
 }
 
 std::string_view withoutEnding(std::string_view s) {
@@ -30,107 +40,51 @@ void skipBlanks(std::string_view& s) {
 // Takes the character, after any blanks, if it comes next.
 bool take(std::string_view& s, char c) {
     skipBlanks(s);
-    if (s.empty() || s.front() != c) return false;
+    if (!s.starts_with(c)) return false;
     s.remove_prefix(1);
     return true;
 }
 
-template <typename Predicate>
-std::string_view takeWhile(std::string_view& s, Predicate belongs) {
-    const auto end = std::find_if_not(s.begin(), s.end(), belongs);
-    const auto length = static_cast<std::size_t>(end - s.begin());
-    const std::string_view taken = s.substr(0, length);
-    s.remove_prefix(length);
-    return taken;
-}
-
-std::string_view takeWord(std::string_view& s) {
+std::string_view takeWhile(std::string_view& s, bool (*belongs)(char)) {
     skipBlanks(s);
-    return takeWhile(s, isWordLetter);
+    const auto length = std::find_if_not(s.begin(), s.end(), belongs) - s.begin();
+    const std::string_view taken = s.substr(0, static_cast<std::size_t>(length));
+    s.remove_prefix(taken.size());
+    return taken;
 }
 
 // [+-]digits or [+-][digits].digits, either with an exponent: no "5.", "nan" or "0x1".
 std::optional<double> takeNumber(std::string_view& s) {
     skipBlanks(s);
-    std::string_view t = s;
-    if (!t.empty() && t.front() == '+') t.remove_prefix(1);
-    std::string_view scan = t;
-    if (t.size() == s.size() && !scan.empty() && scan.front() == '-') scan.remove_prefix(1);
-    const bool whole = !takeWhile(scan, isDigit).empty();
-    if (!scan.empty() && scan.front() == '.') {
-        scan.remove_prefix(1);
-        if (takeWhile(scan, isDigit).empty()) return std::nullopt;
-    } else if (!whole) {
-        return std::nullopt;
-    }
+    if (s.starts_with('+') && !s.starts_with("+-")) s.remove_prefix(1); // from_chars takes none
     double value = 0.0;
-    const auto [end, error] = std::from_chars(t.data(), t.data() + t.size(), value);
-    if (error != std::errc{}) return std::nullopt;
-    s = t.substr(static_cast<std::size_t>(end - t.data()));
+    const auto [end, error] = std::from_chars(s.data(), s.data() + s.size(), value);
+    const std::string_view taken = s.substr(0, static_cast<std::size_t>(end - s.data()));
+    const std::size_t dot = taken.find('.');
+    const bool openDot = dot != taken.npos && (dot + 1 == taken.size() || !isDigit(taken[dot + 1]));
+    const bool foreign = taken.find_first_not_of("0123456789+-.eE") != taken.npos;
+    if (error != std::errc{} || openDot || foreign) return std::nullopt;
+    s.remove_prefix(taken.size());
     return value;
-}
-
-template <typename T>
-std::optional<Command> readOne(std::string_view& s) {
-    const auto value = takeNumber(s);
-    if (!value || !take(s, ')')) return std::nullopt;
-    return T{*value};
-}
-
-template <typename T>
-std::optional<Command> readTwo(std::string_view& s) {
-    const auto first = takeNumber(s);
-    if (!first) return std::nullopt;
-    const auto second = takeNumber(s);
-    if (!second || !take(s, ')')) return std::nullopt;
-    return T{*first, *second};
-}
-
-template <typename T>
-std::optional<Command> readPlain(std::string_view& s) {
-    if (!take(s, ')')) return std::nullopt;
-    return T{};
-}
-
-// The newer form names a direction; only straight dashes exist here.
-std::optional<Command> readDash(std::string_view& s) {
-    std::string_view t = s;
-    if (auto straight = readOne<Dash>(t)) {
-        s = t;
-        return straight;
-    }
-    const auto power = takeNumber(s);
-    const auto dir = power ? takeNumber(s) : std::nullopt;
-    if (!dir || !take(s, ')')) return std::nullopt;
-    return *dir == 0.0 ? Command{Dash{*power}} : Command{Tackle{}};
 }
 
 std::optional<Command> readChangeView(std::string_view& s) {
     constexpr std::array<std::string_view, 3> widths{"narrow", "normal", "wide"};
-    const auto width = std::find(widths.begin(), widths.end(), takeWord(s));
-    const std::string_view quality = takeWord(s);
+    const auto width = std::find(widths.begin(), widths.end(), takeWhile(s, isWordLetter));
+    const std::string_view quality = takeWhile(s, isWordLetter);
     const bool low = quality == "low";
-    if (width == widths.end() || !(low || quality == "high" || quality.empty()))
-        return std::nullopt;
-    if (!take(s, ')')) return std::nullopt;
+    const bool known = width != widths.end() && (low || quality == "high" || quality.empty());
+    if (!known || !take(s, ')')) return std::nullopt;
     return ChangeView{
         {static_cast<Width>(width - widths.begin()), low ? Quality::low : Quality::high}};
-}
-
-bool isSayable(char c) {
-    constexpr std::string_view marks = " ().+-*/?<>_";
-    return isDigit(c) || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
-           marks.find(c) != marks.npos;
 }
 
 std::optional<Command> readSay(std::string_view& s) {
     std::string_view said;
     if (std::string_view t = s; take(t, '"')) {
-        const std::size_t end = t.find('"');
-        if (end == t.npos) return std::nullopt;
-        said = t.substr(0, end);
-        s = t.substr(end + 1);
-        if (!take(s, ')')) return std::nullopt;
+        said = t.substr(0, t.find('"'));
+        s = t.substr(said.size());
+        if (!take(s, '"') || !take(s, ')')) return std::nullopt;
     } else { // without quotes everything up to the last parenthesis of the datagram is said
         if (s.size() < 2 || s.front() != ' ' || s.back() != ')') return std::nullopt;
         said = s.substr(1, s.size() - 2);
@@ -141,92 +95,97 @@ std::optional<Command> readSay(std::string_view& s) {
 }
 
 // Whatever follows, to the parenthesis that closes the command.
-template <typename T>
-std::optional<Command> readAnything(std::string_view& s) {
+std::optional<Command> skipCommand(std::string_view& s) {
     int depth = 1;
     for (std::size_t i = 0; i < s.size(); ++i) {
-        if (s[i] == '(') ++depth;
-        if (s[i] == ')' && --depth == 0) {
-            s.remove_prefix(i + 1);
-            return T{};
-        }
+        depth += s[i] == '(' ? 1 : s[i] == ')' ? -1 : 0;
+        if (depth > 0) continue;
+        s.remove_prefix(i + 1);
+        return Request::nothing;
     }
     return std::nullopt;
 }
 
-struct Form {
+// Most commands are a word and up to two numbers.
+struct NumericForm {
     std::string_view word;
-    std::optional<Command> (*read)(std::string_view&);
+    int numbers;
+    Command (*make)(double a, double b);
 };
 
 // clang-format off
-constexpr std::array<Form, 21> forms{{
-    {"turn",         readOne<Turn>},
-    {"dash",         readDash},
-    {"kick",         readTwo<Kick>},
-    {"catch",        readOne<Catch>},
-    {"move",         readTwo<Move>},
-    {"turn_neck",    readOne<TurnNeck>},
-    {"change_view",  readChangeView},
-    {"say",          readSay},
-    {"score",        readPlain<AskScore>},
-    {"sense_body",   readPlain<AskSenseBody>},
-    {"bye",          readPlain<Bye>},
-    {"compression",  readAnything<AskCompression>},
-    {"tackle",       readAnything<Tackle>},
-    {"done",         readPlain<Unsupported>},
-    {"clang",        readAnything<Unsupported>},
-    {"ear",          readAnything<Unsupported>},
-    {"attentionto",  readAnything<Unsupported>},
-    {"pointto",      readAnything<Unsupported>},
-    {"change_focus", readAnything<Unsupported>},
-    {"synch_see",    readPlain<Unsupported>},
-    {"gaussian_see", readPlain<Unsupported>},
+constexpr std::array<NumericForm, 9> numericForms{{
+    {"turn",       1, [](double a, double  ) -> Command { return Turn{a}; }},
+    {"dash",       1, [](double a, double  ) -> Command { return Dash{a}; }},
+    {"kick",       2, [](double a, double b) -> Command { return Kick{a, b}; }},
+    {"catch",      1, [](double a, double  ) -> Command { return Catch{a}; }},
+    {"move",       2, [](double a, double b) -> Command { return Move{{a, b}}; }},
+    {"turn_neck",  1, [](double a, double  ) -> Command { return TurnNeck{a}; }},
+    {"score",      0, [](double  , double  ) -> Command { return Request::score; }},
+    {"sense_body", 0, [](double  , double  ) -> Command { return Request::senseBody; }},
+    {"bye",        0, [](double  , double  ) -> Command { return Request::bye; }},
 }};
+
+// Players of newer versions know them; nobody needs them here.
+constexpr std::array<std::string_view, 10> ignoredWords{
+    "tackle", "done", "clang", "ear", "attentionto", "pointto", "change_focus", "synch_see",
+    "gaussian_see", "compression"};
 // clang-format on
 
-bool isTeamLetter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= '+' && c <= '_');
+std::optional<Command> readNumeric(std::string_view& s, const NumericForm& form) {
+    std::array<double, 2> values{};
+    for (int i = 0; i < form.numbers; ++i) {
+        const auto value = takeNumber(s);
+        if (!value) return std::nullopt;
+        values[i] = *value;
+    }
+    if (!take(s, ')')) return std::nullopt;
+    return form.make(values[0], values[1]);
 }
 
-constexpr std::size_t longestTeamName = 15;
+std::optional<Command> readCommand(std::string_view& s) {
+    if (!take(s, '(')) return std::nullopt;
+    const std::string_view word = takeWhile(s, isWordLetter);
+    if (word == "say") return readSay(s);
+    if (word == "change_view") return readChangeView(s);
+    for (const NumericForm& form : numericForms)
+        if (form.word == word) return readNumeric(s, form);
+    const bool ignored =
+        std::find(ignoredWords.begin(), ignoredWords.end(), word) != ignoredWords.end();
+    return ignored ? skipCommand(s) : std::nullopt;
+}
 
-bool takeOption(std::string_view& s, JoinRequest& request) {
+bool takeOption(std::string_view& s, Introduction& introduction) {
     if (!take(s, '(')) return false;
-    const std::string_view word = takeWord(s);
+    const std::string_view word = takeWhile(s, isWordLetter);
     if (word == "goalie") {
-        request.goalie = true;
-    } else if (word == "version") {
-        const auto version = takeNumber(s);
-        if (!version) return false;
-        request.version = *version;
+        introduction.goalie = true;
+    } else if (const auto version = takeNumber(s); word == "version" && version) {
+        introduction.version = *version;
     } else {
         return false;
     }
     return take(s, ')');
 }
 
-std::variant<JoinRequest, ReconnectRequest, Refusal> readInit(std::string_view s) {
-    skipBlanks(s);
-    JoinRequest request;
-    request.team = takeWhile(s, isTeamLetter);
-    if (request.team.empty()) return Refusal{"(error illegal_teamname)"};
-    const bool ended = !s.empty() && (s.front() == '(' || s.front() == ')' ||
-                                      blanks.find(s.front()) != blanks.npos);
-    if (request.team.size() > longestTeamName || !ended) {
-        return Refusal{"(error illegal_teamname_or_too_long_teamname)"};
-    }
-    while (!take(s, ')')) {
-        if (!takeOption(s, request)) return Refusal{illegalForm};
-    }
-    return request;
+Introduction readInit(std::string_view s) {
+    constexpr std::size_t longestName = 15;
+    Introduction result;
+    result.team = takeWhile(s, isTeamLetter);
+    if (result.team.empty()) return {"(error illegal_teamname)"};
+    const bool ended = !s.empty() && (blanks.find(s.front()) != blanks.npos || s.front() == '(' ||
+                                      s.front() == ')');
+    if (result.team.size() > longestName || !ended)
+        return {"(error illegal_teamname_or_too_long_teamname)"};
+    while (!take(s, ')'))
+        if (!takeOption(s, result)) return {illegalForm};
+    return result;
 }
 
-std::variant<JoinRequest, ReconnectRequest, Refusal> readReconnect(std::string_view s) {
-    skipBlanks(s);
+Introduction readReconnect(std::string_view s) {
     const bool named = !takeWhile(s, isTeamLetter).empty();
-    if (!named || !takeNumber(s) || !take(s, ')')) return Refusal{illegalForm};
-    return ReconnectRequest{};
+    if (!named || !takeNumber(s) || !take(s, ')')) return {illegalForm};
+    return {.refusal = {}, .reconnect = true};
 }
 
 } // namespace
@@ -236,26 +195,18 @@ CommandReader::CommandReader(std::string_view datagram) : rest_(withoutEnding(da
 std::optional<Command> CommandReader::next() {
     skipBlanks(rest_);
     if (rest_.empty() || failed_) return std::nullopt;
-    auto command = read();
+    const auto command = readCommand(rest_);
     failed_ = !command;
     return command;
 }
 
-std::optional<Command> CommandReader::read() {
-    if (!take(rest_, '(')) return std::nullopt;
-    const std::string_view word = takeWord(rest_);
-    const auto form =
-        std::find_if(forms.begin(), forms.end(), [word](const Form& f) { return f.word == word; });
-    return form == forms.end() ? std::nullopt : form->read(rest_);
-}
-
-std::variant<JoinRequest, ReconnectRequest, Refusal> readFirstDatagram(std::string_view datagram) {
+Introduction readIntroduction(std::string_view datagram) {
     constexpr std::string_view init = "(init ";
     constexpr std::string_view reconnect = "(reconnect ";
     const std::string_view s = withoutEnding(datagram);
     if (s.starts_with(init)) return readInit(s.substr(init.size()));
     if (s.starts_with(reconnect)) return readReconnect(s.substr(reconnect.size()));
-    return Refusal{"(error unknown_command)"};
+    return {"(error unknown_command)"};
 }
 
 } // namespace practice

@@ -8,7 +8,7 @@
 #include "practice/World.h"
 
 // What players say to the server, read from the text of a datagram. Nothing here is trusted: any
-// bytes give either commands or a refusal.
+// bytes give either commands or a refusal. Angles are degrees.
 namespace practice {
 
 struct Turn {
@@ -18,15 +18,13 @@ struct Dash {
     double power;
 };
 struct Kick {
-    double power;
-    double dir;
+    double power, dir;
 };
 struct Catch {
     double dir;
 };
 struct Move {
-    double x; // in the team's own frame, own half negative
-    double y;
+    Vec pos; // in the team's own frame, own half negative
 };
 struct TurnNeck {
     double moment;
@@ -37,21 +35,14 @@ struct ChangeView {
 struct Say {
     std::string_view text; // of the datagram
 };
-struct AskScore {};
-struct AskSenseBody {};
-struct AskCompression {};
-struct Bye {};
-struct Tackle {};      // understood, but nobody tackles here: it only costs the cycle
-struct Unsupported {}; // understood, without effect
+enum class Request { score, senseBody, bye, nothing }; // nothing: understood, without effect
 
-using Command = std::variant<Turn, Dash, Kick, Catch, Move, TurnNeck, ChangeView, Say, AskScore,
-                             AskSenseBody, AskCompression, Bye, Tackle, Unsupported>;
+using Command = std::variant<Turn, Dash, Kick, Catch, Move, TurnNeck, ChangeView, Say, Request>;
 
 // The commands of one datagram, one after the other.
 class CommandReader {
 public:
-    // `datagram` must outlive the reader and the Say commands it returns. NUL and blanks at the end
-    // are ignored.
+    // `datagram` must outlive the reader and the Say commands it returns.
     explicit CommandReader(std::string_view datagram);
 
     // The next command; none at the end of the datagram or at the first one that makes no sense.
@@ -59,25 +50,20 @@ public:
     bool failed() const { return failed_; }
 
 private:
-    std::optional<Command> read();
-
     std::string_view rest_;
     bool failed_ = false;
-};
-
-struct JoinRequest {
-    std::string team;
-    double version = 3.0; // of a client that does not tell
-    bool goalie = false;
-};
-struct ReconnectRequest {};
-struct Refusal {
-    std::string_view reply;
 };
 
 inline constexpr std::string_view illegalForm = "(error illegal_command_form)";
 
 // The first datagram of a client.
-std::variant<JoinRequest, ReconnectRequest, Refusal> readFirstDatagram(std::string_view datagram);
+struct Introduction {
+    std::string_view refusal; // the reply to one that makes no sense; else empty
+    bool reconnect = false;
+    std::string team{};
+    double version = 3.0; // of a client that does not tell
+    bool goalie = false;
+};
+Introduction readIntroduction(std::string_view datagram);
 
 } // namespace practice

@@ -68,12 +68,7 @@ constexpr std::array<Line, 4> lines{{
 double coneDeg(Width width) {
     constexpr double normal = parameter("visibleAngle");
     constexpr std::array<double, 3> cones{normal / 2.0, normal, normal * 2.0};
-    return cones[static_cast<std::size_t>(width)];
-}
-
-// Messages carry whole degrees: an int, so that no "-0" appears.
-int wholeDegrees(double rad) {
-    return static_cast<int>(std::rint(toDeg(normalized(rad))));
+    return cones[static_cast<int>(width)];
 }
 
 // 0 up to `from`, then growing to 1 at `to`.
@@ -89,39 +84,37 @@ public:
           halfCone_(toRad(coneDeg(viewer.view.width)) / 2.0), out_(text("(see ", world.cycle)) {}
 
     std::string look() {
-        for (const Landmark& mark : landmarks)
-            seeLandmark(mark);
-        seeBall();
-        for (const Player& p : world_.players) {
+        for (const auto& [name, pos] : landmarks)
+            seeThing(name, name.front() == 'g' ? 'G' : 'F', pos, landStep, {});
+        seeThing("b", 'B', world_.ball.pos, movableStep, world_.ball.vel);
+        for (const Player& p : world_.players)
             if (p.active && &p != &me_) seePlayer(p);
-        }
         seeLines();
         return std::move(out_) + ")";
     }
 
 private:
-    enum class Sight { none, close, full };
-
     struct Seen {
-        Sight sight = Sight::none;
+        bool inCone = false;
         double trueDistance = 0.0;
         double distance = 0.0; // as seen
-        Vec unit;              // towards the object
+        Vec unit{};            // towards the object
         int dir = 0;           // degrees
     };
 
-    Seen lookAt(Vec pos, double step) const {
+    // What is outside the cone is felt when it is close; none if it is not.
+    std::optional<Seen> lookAt(Vec pos, double step) const {
         const Vec to = pos - me_.pos;
-        const double angle = to.angle();
-        const double rel = normalized(angle - gaze_);
-        Seen seen{Sight::none, to.length(), 0.0, polar(1.0, angle), wholeDegrees(rel)};
-        if (std::abs(rel) < halfCone_) {
-            seen.sight = Sight::full;
-        } else if (seen.trueDistance <= parameter("visibleDist")) {
-            seen.sight = Sight::close;
-        }
-        if (seen.sight != Sight::none) seen.distance = seenDistance(seen.trueDistance, step);
-        return seen;
+        const double rel = normalized(to.angle() - gaze_);
+        const bool inCone = std::abs(rel) < halfCone_;
+        if (!inCone && to.length() > parameter("visibleDist")) return std::nullopt;
+        return Seen{inCone, to.length(), seenDistance(to.length(), step), polar(1.0, to.angle()),
+                    wholeDegrees(rel)};
+    }
+
+    template <typename... Name>
+    void open(const Name&... name) {
+        appendText(out_, " ((", name..., ')');
     }
 
     void place(const Seen& seen) {
@@ -138,49 +131,47 @@ private:
     }
 
     // Ball or landmark: the changes are recognised from near only.
-    void seeThing(std::string_view name, char closeName, const Seen& seen, Vec velocity) {
-        if (seen.sight == Sight::close) return seeClose(closeName, seen);
-        appendText(out_, " ((", name, ')');
-        place(seen);
-        const double blur = fading(seen.distance, 20.0, 40.0);
-        if (high_ && !random_.happens(blur)) changes(seen, velocity);
+    void seeThing(std::string_view name, char closeName, Vec pos, double step, Vec velocity) {
+        const auto seen = lookAt(pos, step);
+        if (!seen) return;
+        if (seen->inCone) {
+            open(name);
+        } else {
+            open(closeName);
+        }
+        place(*seen);
+        if (high_ && seen->inCone && !random_.happens(fading(seen->distance, 20.0, 40.0)))
+            changes(*seen, velocity);
         out_ += ')';
-    }
-
-    void seeClose(char name, const Seen& seen) {
-        appendText(out_, " ((", name, ')');
-        place(seen);
-        out_ += ')';
-    }
-
-    void seeLandmark(const Landmark& mark) {
-        const Seen seen = lookAt(mark.pos, landStep);
-        if (seen.sight != Sight::none)
-            seeThing(mark.name, mark.name[0] == 'g' ? 'G' : 'F', seen, {});
-    }
-
-    void seeBall() {
-        const Seen seen = lookAt(world_.ball.pos, movableStep);
-        if (seen.sight != Sight::none) seeThing("b", 'B', seen, world_.ball.vel);
     }
 
     void seePlayer(const Player& p) {
-        const Seen seen = lookAt(p.pos, movableStep);
-        if (seen.sight == Sight::none) return;
-        if (seen.sight == Sight::close) return seeClose('P', seen);
-        out_ += " ((p";
-        const bool team = !random_.happens(fading(seen.distance, 40.0, 60.0));
-        const bool number = team && !random_.happens(fading(seen.distance, 20.0, 40.0));
-        if (team) appendText(out_, " \"", world_.teamName(p.side), '"');
-        if (number) appendText(out_, ' ', p.unum, p.goalie ? " goalie" : "");
-        out_ += ')';
-        place(seen);
+        const auto seen = lookAt(p.pos, movableStep);
+        if (!seen) return;
+        bool number = false;
+        if (seen->inCone) {
+            number = openPlayer(p, *seen);
+        } else {
+            open('P');
+        }
+        place(*seen);
         if (number && high_) {
-            changes(seen, p.vel);
+            changes(*seen, p.vel);
             appendText(out_, ' ', wholeDegrees(p.body - gaze_), ' ',
                        wholeDegrees(p.body + p.neck - gaze_));
         }
         out_ += ')';
+    }
+
+    // Far away the team's name fades, and before it the number; returns whether that was seen.
+    bool openPlayer(const Player& p, const Seen& seen) {
+        const bool team = !random_.happens(fading(seen.distance, 40.0, 60.0));
+        const bool number = team && !random_.happens(fading(seen.distance, 20.0, 40.0));
+        out_ += " ((p";
+        if (team) appendText(out_, " \"", world_.teamName(p.side), '"');
+        if (number) appendText(out_, ' ', p.unum, p.goalie ? " goalie" : "");
+        out_ += ')';
+        return number;
     }
 
     void seeLines() {
@@ -204,11 +195,9 @@ private:
         const Vec hit = me_.pos + polar(length, gaze_);
         const bool upright = line.name == 'l' || line.name == 'r';
         if (std::abs(upright ? hit.y : hit.x) > line.halfLength) return false;
-        Seen seen;
-        seen.distance = seenDistance(length, landStep);
-        seen.dir = static_cast<int>(std::rint(toDeg(a) + (a > 0.0 ? -90.0 : 90.0)));
-        appendText(out_, " ((l ", line.name, ')');
-        place(seen);
+        const int dir = static_cast<int>(std::rint(toDeg(a) + (a > 0.0 ? -90.0 : 90.0)));
+        open("l ", line.name);
+        place({.distance = seenDistance(length, landStep), .dir = dir});
         out_ += ')';
         return true;
     }
@@ -230,7 +219,7 @@ std::string seeMessage(const World& world, const Player& viewer, Random& random)
 
 int seeInterval(View view) {
     constexpr std::array<int, 3> highTicks{2, 4, 8};
-    const int ticks = highTicks[static_cast<std::size_t>(view.width)];
+    const int ticks = highTicks[static_cast<int>(view.width)];
     return view.quality == Quality::high ? ticks : ticks / 2;
 }
 

@@ -46,55 +46,47 @@ Match::Match(const MatchOptions& options)
 // ---- Joining and leaving
 
 Match::Joined Match::join(std::string_view firstDatagram) {
-    const auto first = readFirstDatagram(firstDatagram);
-    if (const auto* refusal = std::get_if<Refusal>(&first))
-        return {nobody, std::string(refusal->reply)};
-    if (const auto* request = std::get_if<JoinRequest>(&first)) return admit(*request);
-    // Nobody comes back: a number is used once.
-    if (world_.mode == Phase::playOn) return {nobody, "(error cannot_reconnect_while_playon)"};
-    return {nobody, "(error no_such_team_or_player)"};
-}
-
-Match::Joined Match::admit(const JoinRequest& request) {
-    const Side side = sideOf(request.team);
-    if (side == Side::none) return {nobody, "(error no_more_team)"};
-    const int first = playerId(side, 1);
-    int id = first;
-    while (id < first + playersPerTeam && world_.player(id).joined)
-        ++id;
-    const bool full = id == first + playersPerTeam;
-    const bool spoken = request.version >= spokenVersion && request.version < spokenVersion + 1;
-    if (full || !spoken || (request.goalie && wantsSecondGoalie(side))) {
-        return {nobody, "(error no_more_player_or_goalie_or_illegal_client_version)"};
+    const Introduction client = readIntroduction(firstDatagram);
+    if (!client.refusal.empty()) return {nobody, std::string(client.refusal)};
+    if (client.reconnect) { // nobody comes back: a number is used once
+        const bool playing = world_.mode == Phase::playOn;
+        return {nobody, playing ? "(error cannot_reconnect_while_playon)"
+                                : "(error no_such_team_or_player)"};
     }
-    world_.player(id).goalie = request.goalie;
-    enter(world_.player(id));
+    const Side side = sideOf(client.team);
+    if (side == Side::none) return {nobody, "(error no_more_team)"};
+    const int id = freeNumber(client, side);
+    if (id == nobody) return {id, "(error no_more_player_or_goalie_or_illegal_client_version)"};
+    Player& p = world_.player(id);
+    p.joined = p.active = true;
+    p.goalie = client.goalie;
+    p.pos = {-3.0 * sign(side) * p.unum, -37.0};
+    send(p, text("(init ", letter(side), ' ', p.unum, ' ', world_.mode.word(), ')'));
+    send(p, serverParamMessage(world_.halfCycles));
+    send(p, playerParamMessage());
+    send(p, playerTypeMessage());
     return {id, {}};
 }
 
 // The side that plays under this name; a new name takes the next free side.
 Side Match::sideOf(const std::string& team) {
     for (const Side side : {Side::left, Side::right}) {
-        std::string& name = world_.teamNames[static_cast<std::size_t>(index(side))];
+        std::string& name = world_.teamNames[index(side)];
         if (name.empty()) name = team;
         if (name == team) return side;
     }
     return Side::none;
 }
 
-bool Match::wantsSecondGoalie(Side side) const {
-    return std::any_of(world_.players.begin(), world_.players.end(),
-                       [side](const Player& p) { return p.joined && p.side == side && p.goalie; });
-}
-
-void Match::enter(Player& player) {
-    player.joined = player.active = true;
-    player.pos = {-3.0 * sign(player.side) * player.unum, -37.0};
-    send(player,
-         text("(init ", letter(player.side), ' ', player.unum, ' ', world_.mode.word(), ')'));
-    send(player, serverParamMessage(world_.halfCycles));
-    send(player, playerParamMessage());
-    send(player, playerTypeMessage());
+// The index of the player that the client may be; nobody if it may be none.
+int Match::freeNumber(const Introduction& client, Side side) const {
+    if (client.version < spokenVersion || client.version >= spokenVersion + 1) return nobody;
+    for (int unum = 1; unum <= playersPerTeam; ++unum) {
+        const int id = playerId(side, unum);
+        if (!world_.player(id).joined) return id;
+        if (client.goalie && world_.player(id).goalie) return nobody;
+    }
+    return nobody;
 }
 
 void Match::remove(int id) {
@@ -103,7 +95,7 @@ void Match::remove(int id) {
     p.active = false;
     p.lost = world_.mode != Phase::timeOver;
     if (world_.ballHolder == id) world_.ballHolder = nobody;
-    inbox_[static_cast<std::size_t>(id)].clear();
+    inbox_[id].clear();
 }
 
 // ---- Messages
@@ -118,10 +110,8 @@ void Match::refuse(Player& player, std::string_view reply) {
 }
 
 void Match::announce(std::string_view word) {
-    const std::string message = text("(hear ", world_.cycle, " referee ", word, ')');
-    for (const Player& p : world_.players) {
-        if (p.active) send(p, message);
-    }
+    for (const Player& p : world_.players)
+        if (p.active) send(p, text("(hear ", world_.cycle, " referee ", word, ')'));
 }
 
 std::vector<Outgoing> Match::takeOutbox() {
@@ -131,20 +121,16 @@ std::vector<Outgoing> Match::takeOutbox() {
 // ---- Commands
 
 void Match::receive(int player, std::string_view datagram) {
-    if (world_.player(player).active) {
-        inbox_[static_cast<std::size_t>(player)].emplace_back(datagram);
-    }
+    if (world_.player(player).active) inbox_[player].emplace_back(datagram);
 }
 
 void Match::executeReceived() {
     const bool quiet = std::all_of(inbox_.begin(), inbox_.end(),
                                    [](const auto& datagrams) { return datagrams.empty(); });
     if (quiet) return;
-    for (const int id : everybodyInRandomOrder(random_)) {
-        const auto datagrams = std::exchange(inbox_[static_cast<std::size_t>(id)], {});
-        for (const std::string& datagram : datagrams)
+    for (const int id : everybodyInRandomOrder(random_))
+        for (const std::string& datagram : std::exchange(inbox_[id], {}))
             execute(world_.player(id), datagram);
-    }
 }
 
 void Match::execute(Player& player, std::string_view datagram) {
@@ -154,7 +140,7 @@ void Match::execute(Player& player, std::string_view datagram) {
         if (!command) break;
         std::visit([&](const auto& c) { apply(player, c); }, *command);
     }
-    if (player.active && reader.failed()) refuse(player, illegalForm);
+    if (reader.failed()) refuse(player, illegalForm);
 }
 
 void Match::apply(Player& player, const Turn& command) {
@@ -179,39 +165,28 @@ void Match::apply(Player& player, const Kick& command) {
 void Match::apply(Player& player, const Catch& command) {
     const bool legal = player.goalie && world_.mode == Phase::playOn && player.catchBan == 0;
     if (!mayUseBody(player) || !legal) return;
-    player.catchBan = static_cast<int>(parameter("catchBanCycle"));
+    player.catchBan = wholeParameter("catchBanCycle");
     if (!catchBall(world_, player, command.dir)) return;
     ++player.counts.catches;
     referee_.caught(playerId(player));
 }
 
 void Match::apply(Player& player, const Move& command) {
-    if (player.bodyUsed) return;
-    if (world_.mode == Phase::beforeKickOff || world_.mode == Phase::goal) {
-        place(player, command);
-    } else if (world_.ballHolder == playerId(player)) {
-        moveWithBall(player, command);
-    }
-}
-
-void Match::place(Player& player, const Move& command) {
-    player.bodyUsed = true;
+    const bool anybody = world_.mode == Phase::beforeKickOff || world_.mode == Phase::goal;
+    const bool withBall = !anybody && world_.ballHolder == playerId(player);
+    if ((!anybody && !withBall) || !mayUseBody(player)) return;
     ++player.counts.move;
-    player.pos = cutToRunOff(Vec{command.x, command.y} * sign(player.side));
-    player.halt();
-    if (world_.mode == Phase::beforeKickOff && command.x >= -playerSize) {
-        refuse(player, "(warning moving_to_opponent_field)");
-    }
+    if (withBall && player.goalieMoves == wholeParameter("goalieMaxMoves"))
+        return refuse(player, "(error too_many_moves)");
+    if (withBall) ++player.goalieMoves;
+    place(player, command.pos);
 }
 
-void Match::moveWithBall(Player& goalie, const Move& command) {
-    if (goalie.goalieMoves < static_cast<int>(parameter("goalieMaxMoves"))) {
-        ++goalie.goalieMoves;
-        return place(goalie, command);
-    }
-    goalie.bodyUsed = true;
-    ++goalie.counts.move;
-    refuse(goalie, "(error too_many_moves)");
+void Match::place(Player& player, Vec pos) {
+    player.pos = cutToRunOff(pos * sign(player.side));
+    player.halt();
+    if (world_.mode == Phase::beforeKickOff && pos.x >= -playerSize)
+        refuse(player, "(warning moving_to_opponent_field)");
 }
 
 void Match::apply(Player& player, const TurnNeck& command) {
@@ -226,47 +201,37 @@ void Match::apply(Player& player, const ChangeView& command) {
 }
 
 void Match::apply(Player& player, const Say& command) {
-    if (command.text.size() > static_cast<std::size_t>(parameter("sayMsgSize"))) return;
+    if (command.text.size() > wholeParameter("sayMsgSize")) return;
     ++player.counts.say;
-    constexpr int needed = static_cast<int>(parameter("hearDecay"));
-    for (Player& listener : world_.players) {
-        const Vec way = player.pos - listener.pos;
-        if (!listener.active || way.length() > parameter("audioDist")) continue;
-        if (&listener == &player) {
-            send(player, text("(hear ", world_.cycle, " self \"", command.text, "\")"));
-            continue;
-        }
-        int& capacity = listener.hearing[listener.side == player.side ? 0 : 1];
-        if (capacity < needed) continue;
-        capacity -= needed;
-        const double dir = std::rint(toDeg(normalized(way.angle() - listener.body)));
-        send(listener,
-             text("(hear ", world_.cycle, ' ', static_cast<int>(dir), " \"", command.text, "\")"));
+    for (Player& listener : world_.players)
+        if (listener.active) hear(listener, player, command.text);
+}
+
+void Match::hear(Player& listener, const Player& speaker, std::string_view said) {
+    if (&listener == &speaker)
+        return send(listener, text("(hear ", world_.cycle, " self \"", said, "\")"));
+    constexpr int needed = wholeParameter("hearDecay");
+    const Vec way = speaker.pos - listener.pos;
+    int& capacity = listener.hearing[listener.side == speaker.side ? 0 : 1];
+    if (way.length() > parameter("audioDist") || capacity < needed) return;
+    capacity -= needed;
+    const int dir = wholeDegrees(way.angle() - listener.body);
+    send(listener, text("(hear ", world_.cycle, ' ', dir, " \"", said, "\")"));
+}
+
+void Match::apply(Player& player, Request request) {
+    switch (request) {
+    case Request::score:
+        return send(player, text("(score ", world_.cycle, ' ', world_.goals(player.side), ' ',
+                                 world_.goals(other(player.side)), ')'));
+    case Request::senseBody:
+        return send(player, senseBodyMessage(world_, player));
+    case Request::bye:
+        return remove(playerId(player));
+    case Request::nothing:
+        return;
     }
 }
-
-void Match::apply(Player& player, const AskScore& /*command*/) {
-    send(player, text("(score ", world_.cycle, ' ', world_.goals(player.side), ' ',
-                      world_.goals(other(player.side)), ')'));
-}
-
-void Match::apply(Player& player, const AskSenseBody& /*command*/) {
-    send(player, senseBodyMessage(world_, player));
-}
-
-void Match::apply(Player& player, const AskCompression& /*command*/) {
-    refuse(player, "(warning compression_unsupported)");
-}
-
-void Match::apply(Player& player, const Bye& /*command*/) {
-    remove(playerId(player));
-}
-
-void Match::apply(Player& player, const Tackle& /*command*/) {
-    player.bodyUsed = true;
-}
-
-void Match::apply(Player& /*player*/, const Unsupported& /*command*/) {}
 
 // ---- Time
 
@@ -286,10 +251,6 @@ void Match::step() {
     statistics_.stepped(world_);
     recoverAll(world_);
     referee_.startWhenReady();
-    sendSenses();
-}
-
-void Match::sendSenses() {
     for (const int id : everybodyInRandomOrder(random_)) {
         const Player& p = world_.player(id);
         if (p.active) send(p, senseBodyMessage(world_, p));

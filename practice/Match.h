@@ -8,7 +8,7 @@
 #include "practice/Commands.h"
 #include "practice/Random.h"
 #include "practice/Referee.h"
-#include "practice/Statistics.h"
+#include "practice/Reports.h"
 #include "practice/World.h"
 
 namespace practice {
@@ -40,14 +40,12 @@ public:
         std::string refusal;
     };
     Joined join(std::string_view firstDatagram);
-
-    // The datagram is executed at the next poll.
-    void receive(int player, std::string_view datagram);
     // The player is gone: it leaves the pitch, its number stays used.
     void remove(int player);
 
-    // Executes what was received; every tenth poll is a step of the world. Returns whether it was
-    // one.
+    // The datagram is executed at the next poll.
+    void receive(int player, std::string_view datagram);
+    // Executes what was received; every tenth poll is a step of the world. Returns whether it was.
     bool poll();
     // Takes the messages since the last call, in the order they are to be sent.
     std::vector<Outgoing> takeOutbox();
@@ -57,11 +55,8 @@ public:
     const Statistics& statistics() const { return statistics_; }
 
 private:
-    Joined admit(const JoinRequest& request);
     Side sideOf(const std::string& team);
-    void enter(Player& player);
-    bool wantsSecondGoalie(Side side) const;
-
+    int freeNumber(const Introduction& client, Side side) const;
     void send(const Player& player, std::string text);
     void refuse(Player& player, std::string_view reply);
     void announce(std::string_view word);
@@ -76,17 +71,11 @@ private:
     void apply(Player& player, const TurnNeck& command);
     void apply(Player& player, const ChangeView& command);
     void apply(Player& player, const Say& command);
-    void apply(Player& player, const AskScore& command);
-    void apply(Player& player, const AskSenseBody& command);
-    void apply(Player& player, const AskCompression& command);
-    void apply(Player& player, const Bye& command);
-    void apply(Player& player, const Tackle& command);
-    void apply(Player& player, const Unsupported& command);
+    void apply(Player& player, Request request);
+    void place(Player& player, Vec pos);
+    void hear(Player& listener, const Player& speaker, std::string_view said);
 
-    void place(Player& player, const Move& command);
-    void moveWithBall(Player& goalie, const Move& command);
     void step();
-    void sendSenses();
     void sendSights();
 
     World world_;

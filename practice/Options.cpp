@@ -1,113 +1,99 @@
 #include "practice/Options.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
-#include <limits>
-#include <optional>
-#include <string_view>
+#include <variant>
 
-#include "practice/Socket.h"
 #include "practice/Text.h"
 
 namespace practice {
 
 namespace {
 
-template <typename T>
-bool readNumber(std::string_view text, T least, T most, T& value) {
-    T read{};
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), read);
-    if (error != std::errc{} || end != text.data() + text.size() || read < least || read > most) {
-        return false;
-    }
-    value = read;
-    return true;
-}
-
-constexpr int manySteps = 1'000'000;
-
-bool readStyle(std::string_view text, Scoreboard::Style& style) {
-    constexpr std::array<std::string_view, 4> names{"auto", "line", "plain", "off"};
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        if (names[i] != text) continue;
-        style = static_cast<Scoreboard::Style>(i);
-        return true;
-    }
-    return false;
-}
+using Style = Scoreboard::Style;
 
 struct Option {
     std::string_view name;
-    std::string_view value;
+    std::string_view value; // what the help calls it; empty: takes none
     std::string_view help;
-    bool (*read)(std::string_view text, Options& options);
+    std::variant<int*, std::uint64_t*, std::string*, Style*, bool*> target;
+    int least = 0, most = 0; // of an int
 };
 
-// clang-format off
-const std::array<Option, 12> table{{
-    {"--port", "N", "UDP port where players introduce themselves (6000; 0: any free port)",
-     [](std::string_view t, Options& o) { return readNumber(t, 0, 65535, o.port); }},
-    {"--address", "A", "IPv4 address to listen on (127.0.0.1: this machine only)",
-     [](std::string_view t, Options& o) { o.address = t; return makeAddress(o.address, 0).has_value(); }},
-    {"--half-cycles", "N", "cycles of a half, ten a second (3000)",
-     [](std::string_view t, Options& o) { return readNumber(t, 1, manySteps, o.match.halfCycles); }},
-    {"--seed", "N", "seed of all chance in the match (1)",
-     [](std::string_view t, Options& o) {
-         return readNumber<std::uint64_t>(t, 0, std::numeric_limits<std::uint64_t>::max(), o.match.seed); }},
-    {"--log", "FILE", "write the positions of every cycle, one line each",
-     [](std::string_view t, Options& o) { o.logFile = t; return !t.empty(); }},
-    {"--results", "FILE", "write score and statistics at the end",
-     [](std::string_view t, Options& o) { o.resultsFile = t; return !t.empty(); }},
-    {"--players", "N", "players that must have joined before the kick-off (22)",
-     [](std::string_view t, Options& o) { return readNumber(t, 1, maxPlayers, o.match.kickOff.players); }},
-    {"--ready-cycles", "N", "steps from then to the kick-off, and the break at half time (50)",
-     [](std::string_view t, Options& o) { return readNumber(t, 0, manySteps, o.match.kickOff.readySteps); }},
-    {"--wait", "N", "steps after the first player joined when whoever is there kicks off (600)",
-     [](std::string_view t, Options& o) { return readNumber(t, 0, manySteps, o.match.kickOff.waitSteps); }},
-    {"--linger", "N", "steps to go on after the match while players are there (50)",
-     [](std::string_view t, Options& o) { return readNumber(t, 0, manySteps, o.lingerSteps); }},
-    {"--scoreboard", "HOW", "auto, line (redrawn), plain (a line per event) or off (auto)",
-     [](std::string_view t, Options& o) { return readStyle(t, o.scoreboard); }},
-    {"--help", "", "print this text",
-     [](std::string_view /*t*/, Options& o) { return o.help = true; }},
-}};
-// clang-format on
+std::array<Option, 12> tableFor(Options& o) {
+    constexpr int many = 1'000'000;
+    MatchOptions& m = o.match;
+    // clang-format off
+    return {{
+        {"--port", "N", "UDP port where players introduce themselves (6000; 0: any free port)", &o.port, 0, 65535},
+        {"--address", "A", "IPv4 address to listen on (127.0.0.1: this machine only)", &o.address},
+        {"--half-cycles", "N", "cycles of a half, ten a second (3000)", &m.halfCycles, 1, many},
+        {"--seed", "N", "seed of all chance in the match (1)", &m.seed},
+        {"--log", "FILE", "write the positions of every cycle, one line each", &o.logFile},
+        {"--results", "FILE", "write score and statistics at the end", &o.resultsFile},
+        {"--players", "N", "players that must have joined before the kick-off (22)", &m.kickOff.players, 1, maxPlayers},
+        {"--ready-cycles", "N", "steps from then to the kick-off, and the break at half time (50)", &m.kickOff.readySteps, 0, many},
+        {"--wait", "N", "steps after the first player joined when whoever is there kicks off (600)", &m.kickOff.waitSteps, 0, many},
+        {"--linger", "N", "steps to go on after the match while players are there (50)", &o.lingerSteps, 0, many},
+        {"--scoreboard", "HOW", "auto, line (redrawn), plain (a line per event) or off (auto)", &o.scoreboard},
+        {"--help", "", "print this text", &o.help},
+    }};
+    // clang-format on
+}
 
-const Option* find(std::string_view name) {
-    for (const Option& option : table) {
-        if (option.name == name) return &option;
-    }
-    return nullptr;
+template <typename Number>
+bool readNumber(std::string_view text, Number& number) {
+    const char* last = text.data() + text.size();
+    const auto [end, error] = std::from_chars(text.data(), last, number);
+    return error == std::errc{} && end == last;
+}
+
+bool assign(const Option& option, std::string_view text, int* target) {
+    return readNumber(text, *target) && *target >= option.least && *target <= option.most;
+}
+bool assign(const Option& /*option*/, std::string_view text, std::uint64_t* target) {
+    return readNumber(text, *target);
+}
+bool assign(const Option& /*option*/, std::string_view text, std::string* target) {
+    *target = text;
+    return !text.empty();
+}
+bool assign(const Option& /*option*/, std::string_view text, Style* target) {
+    constexpr std::array<std::string_view, 4> names{"auto", "line", "plain", "off"};
+    const auto name = std::find(names.begin(), names.end(), text);
+    *target = static_cast<Style>(name - names.begin());
+    return name != names.end();
+}
+bool assign(const Option& /*option*/, std::string_view /*text*/, bool* target) {
+    return *target = true;
 }
 
 } // namespace
 
-bool readOptions(std::span<const char* const> arguments, Options& options, std::string& problem) {
+std::string readOptions(std::span<const char* const> arguments, Options& options) {
+    const auto table = tableFor(options);
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::string_view name = arguments[i];
-        const Option* option = find(name);
-        if (option == nullptr) {
-            problem = text("unknown option ", name, "; --help lists them all");
-            return false;
-        }
+        const auto option = std::find_if(table.begin(), table.end(),
+                                         [name](const Option& o) { return o.name == name; });
+        if (option == table.end()) return text("unknown option ", name, "; --help lists them all");
         const bool needsValue = !option->value.empty();
-        if (needsValue && i + 1 == arguments.size()) {
-            problem = text(name, " needs a value: ", option->help);
-            return false;
-        }
+        if (needsValue && i + 1 == arguments.size())
+            return text(name, " needs a value: ", option->help);
         const std::string_view value = needsValue ? arguments[++i] : "";
-        if (!option->read(value, options)) {
-            problem = text(name, " cannot be '", value, "': ", option->help);
-            return false;
-        }
+        const auto read = [&](auto target) { return assign(*option, value, target); };
+        if (!std::visit(read, option->target))
+            return text(name, " cannot be '", value, "': ", option->help);
     }
-    return true;
+    return {};
 }
 
 std::string helpText() {
     std::string out =
         "practice-server: a small soccer server to practise against\n\nOptions (defaults):\n";
-    for (const Option& option : table) {
+    Options options;
+    for (const Option& option : tableFor(options)) {
         std::string left = text("  ", option.name, ' ', option.value);
         left.resize(22, ' ');
         appendText(out, left, option.help, '\n');

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "practice/Match.h"
-#include "practice/Scoreboard.h"
+#include "practice/Reports.h"
 
 namespace practice {
 
@@ -20,8 +20,8 @@ struct Options {
     bool help = false;
 };
 
-// Reads the arguments after the program's name; false with a message when they make no sense.
-bool readOptions(std::span<const char* const> arguments, Options& options, std::string& problem);
+// Reads the arguments after the program's name. Returns what is wrong with them, empty if nothing.
+std::string readOptions(std::span<const char* const> arguments, Options& options);
 
 std::string helpText();
 

@@ -61,6 +61,9 @@ consteval double parameter(std::string_view name) {
         ++i;
     return parameters.at(i).value;
 }
+consteval int wholeParameter(std::string_view name) {
+    return static_cast<int>(parameter(name));
+}
 
 inline constexpr double pitchHalfLength = 52.5;
 inline constexpr double pitchHalfWidth = 34.0;

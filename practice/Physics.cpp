@@ -11,14 +11,10 @@ namespace practice {
 namespace {
 
 constexpr double contactDistance = playerSize + ballSize;
-constexpr double collisionDamping = -0.1;
+constexpr int theBall = maxPlayers; // its index among the objects, after the players
 
 struct Motion {
-    double size;
-    double decay;
-    double noise;
-    double accelMax;
-    double speedMax;
+    double size, decay, noise, accelMax, speedMax;
 };
 
 constexpr Motion ballMotion{ballSize, parameter("ballDecay"), parameter("ballRandom"),
@@ -35,8 +31,7 @@ Vec mirrored(Vec v, Vec normal) {
     return v - normal * (2.0 * dot(v, normal));
 }
 
-// The share of the path, 0 to 1, after which it enters the circle around `centre`; none if it
-// misses.
+// The share of the path, 0 to 1, after which it enters the circle around `centre`.
 std::optional<double> entry(Vec from, Vec path, Vec centre, double radius) {
     const Vec rel = from - centre;
     const double a = dot(path, path);
@@ -76,120 +71,7 @@ void moveOne(Movable& m, const Motion& motion, Random& random) {
     m.acc = Vec{};
 }
 
-// One round of collisions: where each object should go to clear all it overlaps.
-class CollisionRound {
-public:
-    CollisionRound(World& world, Random& random) : world_(world), random_(random) {}
-
-    // True if anything overlapped. The marks collect over the rounds of a step.
-    bool run(std::array<bool, maxPlayers>& collided, std::array<bool, maxPlayers>& touchedBall) {
-        bool any = false;
-        for (int i = 0; i < maxPlayers; ++i) {
-            if (!world_.player(i).active) continue;
-            if (i != world_.ballHolder && separateFromBall(i)) {
-                any = touchedBall[static_cast<std::size_t>(i)] = true;
-                collided[static_cast<std::size_t>(i)] = true;
-            }
-            for (int j = i + 1; j < maxPlayers; ++j) {
-                if (!world_.player(j).active || !separatePlayers(i, j)) continue;
-                any = collided[static_cast<std::size_t>(i)] =
-                    collided[static_cast<std::size_t>(j)] = true;
-            }
-        }
-        if (any) moveToMeans();
-        return any;
-    }
-
-private:
-    struct Mean {
-        Vec sum;
-        int count = 0;
-        void add(Vec v) {
-            sum += v;
-            ++count;
-        }
-        void applyTo(Vec& pos) const {
-            if (count > 0) pos = sum * (1.0 / count);
-        }
-    };
-
-    static bool overlap(Vec a, Vec b, double reach) {
-        constexpr double rounding = 1e-10; // two that just touch do not collide again
-        return distance(a, b) < reach - rounding;
-    }
-
-    Vec unitBetween(Vec from, Vec to) {
-        const Vec d = to - from;
-        const double length = d.length();
-        return length > 0.0 ? d * (1.0 / length) : polar(1.0, random_.direction());
-    }
-
-    bool separatePlayers(int i, int j) {
-        const Vec a = world_.player(i).pos;
-        const Vec b = world_.player(j).pos;
-        if (!overlap(a, b, 2.0 * playerSize)) return false;
-        const Vec middle = (a + b) * 0.5;
-        const Vec unit = unitBetween(a, b);
-        players_[static_cast<std::size_t>(i)].add(middle - unit * playerSize);
-        players_[static_cast<std::size_t>(j)].add(middle + unit * playerSize);
-        return true;
-    }
-
-    bool separateFromBall(int i) {
-        const Vec p = world_.player(i).pos;
-        const Vec b = world_.ball.pos;
-        if (!overlap(p, b, contactDistance)) return false;
-        const Vec unit = unitBetween(b, p);
-        Mean& mine = players_[static_cast<std::size_t>(i)];
-        if (world_.mode == Phase::playOn) {
-            const Vec middle = (p + b) * 0.5;
-            ball_.add(middle - unit * (contactDistance / 2.0));
-            mine.add(middle + unit * (contactDistance / 2.0));
-        } else { // a ball that waits for its set piece stays where it is
-            mine.add(b + unit * contactDistance);
-        }
-        return true;
-    }
-
-    void moveToMeans() {
-        ball_.applyTo(world_.ball.pos);
-        for (int i = 0; i < maxPlayers; ++i) {
-            players_[static_cast<std::size_t>(i)].applyTo(world_.player(i).pos);
-        }
-    }
-
-    World& world_;
-    Random& random_;
-    Mean ball_;
-    std::array<Mean, maxPlayers> players_{};
-};
-
-std::vector<int> collide(World& world, Random& random) {
-    constexpr int maxRounds = 10;
-    std::array<bool, maxPlayers> collided{};
-    std::array<bool, maxPlayers> touchedBall{};
-    for (int round = 0; round < maxRounds; ++round) {
-        if (!CollisionRound(world, random).run(collided, touchedBall)) break;
-    }
-    std::vector<int> touchers;
-    for (int i = 0; i < maxPlayers; ++i) {
-        if (collided[static_cast<std::size_t>(i)]) world.player(i).vel *= collisionDamping;
-        if (touchedBall[static_cast<std::size_t>(i)]) touchers.push_back(i);
-    }
-    if (!touchers.empty()) world.ball.vel *= collisionDamping;
-    return touchers;
-}
-
-void standStill(World& world) {
-    world.ball.halt();
-    for (Player& p : world.players) {
-        applyTurns(p);
-        p.halt();
-    }
-}
-
 void moveEverything(World& world, Random& random) {
-    constexpr int theBall = maxPlayers;
     std::array<int, maxPlayers + 1> order{};
     std::iota(order.begin(), order.end(), 0);
     random.shuffle(std::span<int>(order));
@@ -203,35 +85,91 @@ void moveEverything(World& world, Random& random) {
     }
 }
 
-void carryHeldBall(World& world) {
-    if (world.ballHolder == nobody) return;
-    const Player& goalie = world.player(world.ballHolder);
-    world.ball.pos = goalie.pos + polar(contactDistance, goalie.body);
-    world.ball.halt();
-}
+// Objects that overlap after the movement are pushed apart, in rounds because that may push them
+// into others; whoever was in it bounces back once.
+class Collisions {
+public:
+    Collisions(World& world, Random& random) : world_(world), random_(random) {}
+
+    // Returns the players that the ball ran into.
+    std::vector<int> resolve() {
+        constexpr int maxRounds = 10;
+        for (int round = 0; round < maxRounds && separateAll(); ++round)
+            moveToMeans();
+        constexpr double damping = -0.1;
+        std::vector<int> touchers;
+        for (int i = 0; i <= theBall; ++i) {
+            if (collided_[i]) object(i).vel *= damping;
+            if (touchedBall_[i]) touchers.push_back(i);
+        }
+        return touchers;
+    }
+
+private:
+    using Marks = std::array<bool, maxPlayers + 1>;
+    struct Mean {
+        Vec sum;
+        int count = 0;
+        void add(Vec v) { sum += v, ++count; }
+    };
+
+    Movable& object(int i) { return i == theBall ? world_.ball : world_.player(i); }
+
+    bool separateAll() {
+        bool any = false;
+        for (int i = 0; i < maxPlayers; ++i) {
+            if (!world_.player(i).active) continue;
+            if (i != world_.ballHolder && separate(theBall, i)) any = touchedBall_[i] = true;
+            for (int j = i + 1; j < maxPlayers; ++j)
+                any |= world_.player(j).active && separate(i, j);
+        }
+        return any;
+    }
+
+    bool separate(int i, int j) {
+        constexpr double rounding = 1e-10; // two that just touch do not collide again
+        const double reach = i == theBall ? contactDistance : 2.0 * playerSize;
+        const Vec a = object(i).pos;
+        const Vec b = object(j).pos;
+        const double gap = distance(a, b);
+        if (gap >= reach - rounding) return false;
+        const Vec unit = gap > 0.0 ? (b - a) * (1.0 / gap) : polar(1.0, random_.direction());
+        if (i == theBall && world_.mode != Phase::playOn) { // it waits there for its set piece
+            means_[j].add(a + unit * reach);
+        } else {
+            const Vec middle = (a + b) * 0.5;
+            means_[i].add(middle - unit * (reach / 2.0));
+            means_[j].add(middle + unit * (reach / 2.0));
+        }
+        return collided_[i] = collided_[j] = true;
+    }
+
+    void moveToMeans() {
+        for (int i = 0; i <= theBall; ++i) {
+            const auto [sum, count] = std::exchange(means_[i], {});
+            if (count > 0) object(i).pos = sum * (1.0 / count);
+        }
+    }
+
+    World& world_;
+    Random& random_;
+    std::array<Mean, maxPlayers + 1> means_{}; // where the running round sends each object
+    Marks collided_{};
+    Marks touchedBall_{};
+};
 
 void recoverStamina(Player& p) {
-    constexpr double staminaMax = parameter("staminaMax");
-    if (p.stamina <= parameter("recoverDecThr") * staminaMax) {
+    constexpr double most = parameter("staminaMax");
+    if (p.stamina <= parameter("recoverDecThr") * most)
         p.recovery = std::max(parameter("recoverMin"), p.recovery - parameter("recoverDec"));
-    }
-    if (p.stamina <= parameter("effortDecThr") * staminaMax) {
+    if (p.stamina <= parameter("effortDecThr") * most)
         p.effort = std::max(parameter("effortMin"), p.effort - parameter("effortDec"));
-    }
-    if (p.stamina >= parameter("effortIncThr") * staminaMax) {
+    if (p.stamina >= parameter("effortIncThr") * most)
         p.effort = std::min(parameter("effortInit"), p.effort + parameter("effortInc"));
-    }
     const double gain =
-        std::min({p.recovery * parameter("staminaInc"), staminaMax - p.stamina, p.capacity});
+        std::min({p.recovery * parameter("staminaInc"), most - p.stamina, p.capacity});
     p.stamina += gain;
     p.capacity -= gain;
-}
-
-void recoverHearing(Player& p) {
-    for (int& capacity : p.hearing) {
-        capacity = std::min(capacity + static_cast<int>(parameter("hearInc")),
-                            static_cast<int>(parameter("hearMax")));
-    }
 }
 
 } // namespace
@@ -294,12 +232,20 @@ std::vector<int> moveAll(World& world, Random& random) {
     for (Player& p : world.players)
         applyDash(p);
     if (world.mode == Phase::beforeKickOff) {
-        standStill(world);
+        world.ball.halt();
+        for (Player& p : world.players) {
+            applyTurns(p);
+            p.halt();
+        }
         return {};
     }
     moveEverything(world, random);
-    std::vector<int> touchers = collide(world, random);
-    carryHeldBall(world);
+    std::vector<int> touchers = Collisions(world, random).resolve();
+    if (world.ballHolder != nobody) {
+        const Player& goalie = world.player(world.ballHolder);
+        world.ball.pos = goalie.pos + polar(contactDistance, goalie.body);
+        world.ball.halt();
+    }
     return touchers;
 }
 
@@ -307,7 +253,8 @@ void recoverAll(World& world) {
     for (Player& p : world.players) {
         if (!p.active) continue;
         recoverStamina(p);
-        recoverHearing(p);
+        for (int& capacity : p.hearing)
+            capacity = std::min(capacity + wholeParameter("hearInc"), wholeParameter("hearMax"));
         p.catchBan = std::max(0, p.catchBan - 1);
         p.bodyUsed = p.neckUsed = p.dashing = false;
     }

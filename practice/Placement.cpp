@@ -9,28 +9,29 @@ namespace practice {
 namespace {
 
 constexpr double runOff = 5.0;
-constexpr double penaltyAreaFront = pitchHalfLength - 16.5;
-constexpr double penaltyAreaHalfWidth = 20.16;
-constexpr double goalAreaFront = pitchHalfLength - 5.5;
-constexpr double goalAreaHalfWidth = 9.16;
 
-// Side `owner` defends the end at x = -sign * 52.5.
-bool isInArea(Vec pos, Side owner, double front, double halfWidth) {
-    const double depth = -sign(owner) * pos.x;
-    return depth > front && std::abs(pos.y) < halfWidth;
-}
+// A rectangle before the goal. Side `owner` defends the end at x = -sign * 52.5.
+struct Area {
+    double front, halfWidth;
 
-Vec frontCornerIfInside(Vec pos, Side owner, double front, double halfWidth) {
-    if (!isInArea(pos, owner, front, halfWidth)) return pos;
-    return {-sign(owner) * front, std::copysign(halfWidth, pos.y)};
-}
+    bool contains(Vec pos, Side owner, double margin = 0.0) const {
+        return -sign(owner) * pos.x > front - margin && std::abs(pos.y) < halfWidth + margin;
+    }
+    Vec cornerIfInside(Vec pos, Side owner) const {
+        if (!contains(pos, owner)) return pos;
+        return {-sign(owner) * front, std::copysign(halfWidth, pos.y)};
+    }
+};
+
+constexpr Area penaltyArea{pitchHalfLength - 16.5, 20.16};
+constexpr Area goalArea{pitchHalfLength - 5.5, 9.16};
 
 bool isWithinRunOff(Vec pos) {
     return std::abs(pos.x) <= pitchHalfLength + runOff &&
            std::abs(pos.y) <= pitchHalfWidth + runOff;
 }
 
-// The point of the circle that shares the limited coordinate: sqrt never sees a negative number.
+// The other coordinate of a point on the circle: sqrt never sees a negative number.
 double onCircle(double centre, double radius, double otherDistance, double towards) {
     const double reach = std::sqrt(std::max(0.0, radius * radius - otherDistance * otherDistance));
     return centre + std::copysign(reach, towards - centre);
@@ -49,8 +50,7 @@ Vec edgeOfCircle(Vec pos, Vec centre, double radius) {
         cut.y = onCircle(centre.y, radius, cut.x - centre.x, cut.y);
     }
     if (isWithinRunOff(cut)) return cut;
-    return centre + (Vec{} - centre) *
-                        (radius / centre.length()); // squeezed into a corner: towards the middle
+    return centre - centre * (radius / centre.length()); // squeezed into a corner: to the middle
 }
 
 void put(Player& p, Vec pos) {
@@ -63,18 +63,22 @@ bool isOnOwnGoalLine(const Player& p) {
            std::abs(p.pos.y) <= goalHalfWidth;
 }
 
-template <typename MayStay>
-void clear(World& world, Side team, Vec centre, double radius, MayStay mayStay) {
-    for (Player& p : world.players) {
-        if (!p.active || (team != Side::none && p.side != team) || mayStay(p)) continue;
-        if (distance(p.pos, centre) < radius) put(p, edgeOfCircle(p.pos, centre, radius));
+double offsideLine(const World& world, Side attacker) {
+    double last = 0.0;
+    double secondLast = 0.0;
+    for (const Player& p : world.players) {
+        if (!p.active || p.side == attacker) continue;
+        const double x = sign(attacker) * p.pos.x;
+        secondLast = std::max(secondLast, std::min(last, x));
+        last = std::max(last, x);
     }
+    return std::max(secondLast, sign(attacker) * world.ball.pos.x);
 }
 
 } // namespace
 
 bool isInPenaltyArea(Vec pos, Side owner, double margin) {
-    return isInArea(pos, owner, penaltyAreaFront - margin, penaltyAreaHalfWidth + margin);
+    return penaltyArea.contains(pos, owner, margin);
 }
 
 Vec cutToPitch(Vec pos, double inside) {
@@ -87,16 +91,11 @@ Vec cutToRunOff(Vec pos) {
 }
 
 Vec outOfPenaltyArea(Vec pos, Side owner) {
-    return frontCornerIfInside(pos, owner, penaltyAreaFront, penaltyAreaHalfWidth);
+    return penaltyArea.cornerIfInside(pos, owner);
 }
 
 Vec outOfGoalArea(Vec pos, Side owner) {
-    if (!isInArea(pos, owner, goalAreaFront, goalAreaHalfWidth)) return pos;
-    return {-sign(owner) * goalAreaFront, pos.y};
-}
-
-Vec toGoalAreaCorner(Vec pos, Side owner) {
-    return frontCornerIfInside(pos, owner, goalAreaFront, goalAreaHalfWidth);
+    return goalArea.contains(pos, owner) ? Vec{-sign(owner) * goalArea.front, pos.y} : pos;
 }
 
 Vec cornerSpot(Vec ball) {
@@ -106,45 +105,56 @@ Vec cornerSpot(Vec ball) {
 }
 
 Vec goalKickSpot(Vec ball) {
-    return {std::copysign(goalAreaFront, ball.x), std::copysign(goalAreaHalfWidth, ball.y)};
+    return {std::copysign(goalArea.front, ball.x), std::copysign(goalArea.halfWidth, ball.y)};
 }
 
-void clearCircle(World& world, Side team, Vec centre, double radius) {
-    clear(world, team, centre, radius, [](const Player&) { return false; });
+OffsideMarks offsideMarks(const World& world, int id) {
+    OffsideMarks marks;
+    const Side side = world.player(id).side;
+    const double line = offsideLine(world, side);
+    for (const Player& p : world.players) {
+        const int mate = playerId(p);
+        if (!p.active || p.side != side || mate == id || sign(side) * p.pos.x <= line) continue;
+        const Vec spot = cutToPitch({sign(side) * line, p.pos.y}, 1.0);
+        marks[mate] = OffsideMark{goalArea.cornerIfInside(spot, other(side)), line};
+    }
+    return marks;
 }
 
-void clearCircleButGoalLine(World& world, Side team, Vec centre, double radius) {
-    clear(world, team, centre, radius, isOnOwnGoalLine);
+void clearBall(World& world, Side team, double radius, bool goalLineMayStay) {
+    const Vec ball = world.ball.pos;
+    for (Player& p : world.players) {
+        if (!p.active || (team != Side::none && p.side != team)) continue;
+        if (goalLineMayStay && isOnOwnGoalLine(p)) continue;
+        if (distance(p.pos, ball) < radius) put(p, edgeOfCircle(p.pos, ball, radius));
+    }
 }
 
 void clearPenaltyArea(World& world, Side owner) {
+    constexpr double front = penaltyArea.front - playerSize;
+    constexpr double halfWidth = penaltyArea.halfWidth + playerSize;
     for (Player& p : world.players) {
         if (!p.active || p.side == owner || !isInPenaltyArea(p.pos, owner, playerSize)) continue;
-        const double sideways = penaltyAreaHalfWidth + playerSize - std::abs(p.pos.y);
-        const double forward = -sign(owner) * p.pos.x - penaltyAreaFront + playerSize;
-        if (forward <= sideways) {
-            put(p, {-sign(owner) * (penaltyAreaFront - playerSize), p.pos.y});
-        } else {
-            put(p, {p.pos.x, std::copysign(penaltyAreaHalfWidth + playerSize, p.pos.y)});
-        }
+        const bool forward = -sign(owner) * p.pos.x - front <= halfWidth - std::abs(p.pos.y);
+        put(p, forward ? Vec{-sign(owner) * front, p.pos.y}
+                       : Vec{p.pos.x, std::copysign(halfWidth, p.pos.y)});
     }
 }
 
 void bringBackFromOutside(World& world) {
-    for (Player& p : world.players) {
+    for (Player& p : world.players)
         if (p.active && !isWithinRunOff(p.pos)) put(p, cutToRunOff(p.pos));
-    }
 }
 
 void sendToOwnHalf(World& world, Random* random) {
     for (Player& p : world.players) {
         if (!p.active || sign(p.side) * p.pos.x <= -playerSize) continue;
+        Vec spot{playerSize, p.pos.y};
         if (random != nullptr) {
-            const double x = -sign(p.side) * random->uniform(playerSize, pitchHalfLength);
-            put(p, {x, random->uniform(-pitchHalfWidth, pitchHalfWidth)});
-        } else {
-            put(p, {-sign(p.side) * playerSize, p.pos.y});
+            spot.x = random->uniform(playerSize, pitchHalfLength);
+            spot.y = random->uniform(-pitchHalfWidth, pitchHalfWidth);
         }
+        put(p, {-sign(p.side) * spot.x, spot.y});
     }
 }
 
@@ -153,7 +163,7 @@ void clearBeyondOffsideLine(World& world, Side offender, double line) {
         if (!p.active || p.side != offender || sign(offender) * p.pos.x <= line) continue;
         put(p, {sign(offender) * (line - parameter("offsideKickMargin")), p.pos.y});
     }
-    clearCircle(world, offender, world.ball.pos, parameter("offsideArea"));
+    clearBall(world, offender, parameter("offsideArea"));
 }
 
 } // namespace practice

@@ -1,9 +1,13 @@
 #pragma once
 
+#include <array>
+#include <optional>
+
 #include "practice/Random.h"
 #include "practice/World.h"
 
-// Where the referee puts the ball and the players when the game is interrupted.
+// The geometry of the rules: areas, offside, and where the referee puts the ball and the players
+// when the game is interrupted.
 namespace practice {
 
 bool isInPenaltyArea(Vec pos, Side owner, double margin = 0.0);
@@ -13,25 +17,32 @@ Vec cutToPitch(Vec pos, double inside = 0.0);
 Vec cutToRunOff(Vec pos);
 // Outside the penalty area of that side: its front corner if the point lies inside.
 Vec outOfPenaltyArea(Vec pos, Side owner);
-// Outside the goal area: straight in front of it, or to its front corner.
+// Outside the goal area: straight in front of it.
 Vec outOfGoalArea(Vec pos, Side owner);
-Vec toGoalAreaCorner(Vec pos, Side owner);
 Vec cornerSpot(Vec ball);
 Vec goalKickSpot(Vec ball);
 
-// Brings players of one team (none: of both) to the edge of a circle, radially if the run-off
-// allows it.
-void clearCircle(World& world, Side team, Vec centre, double radius);
-// For an indirect free kick: who stands on its own goal line may stay.
-void clearCircleButGoalLine(World& world, Side team, Vec centre, double radius);
+// Where the free kick for an offside is taken, and the line at the moment when the ball was played;
+// the line is measured in the attacking direction of the offender.
+struct OffsideMark {
+    Vec spot;
+    double line = 0.0;
+};
+using OffsideMarks = std::array<std::optional<OffsideMark>, maxPlayers>;
+// The team-mates of player `id`, who plays the ball, that are beyond the line: the most advanced of
+// second-last opponent, ball and half-way line.
+OffsideMarks offsideMarks(const World& world, int id);
+
+// Brings players of one team (none: of both) to the edge of a circle around the ball, radially if
+// the run-off allows it. For an indirect free kick who stands in its own goal may stay.
+void clearBall(World& world, Side team, double radius, bool goalLineMayStay = false);
 // Brings the opponents of the owner out of its penalty area.
 void clearPenaltyArea(World& world, Side owner);
 // Nobody farther from the pitch than its run-off of 5 m.
 void bringBackFromOutside(World& world);
-// Everybody into the own half: onto the half-way line, or to a random point before the match or a
-// half.
+// Everybody into the own half: onto the half-way line, or to a random point before a half.
 void sendToOwnHalf(World& world, Random* random = nullptr);
-// Offenders beyond the line, given in their attacking direction, go back behind it.
+// Offenders beyond the line go back behind it, and off the ball.
 void clearBeyondOffsideLine(World& world, Side offender, double line);
 
 } // namespace practice

@@ -3,7 +3,6 @@
 #include <cmath>
 
 #include "practice/Parameters.h"
-#include "practice/Placement.h"
 #include "practice/Text.h"
 
 namespace practice {
@@ -13,9 +12,8 @@ namespace {
 constexpr int goalStoppage = 50;
 constexpr int offenceStoppage = 30;
 constexpr int offenceClearing = 5; // the last steps of the stoppage, when opponents must make room
-constexpr int dropBallSteps = static_cast<int>(parameter("dropBallTime"));
+constexpr int dropBallSteps = wholeParameter("dropBallTime");
 constexpr double freeCircle = parameter("offsideKickMargin") + playerSize;
-constexpr double stuckRadius = 3.0;
 constexpr double goalLine = pitchHalfLength + ballSize; // the ball is fully over
 constexpr double touchLine = pitchHalfWidth + ballSize;
 
@@ -26,6 +24,13 @@ Side sideOfHalf(double x) {
 // In these the ball may go to anybody, wherever he stands.
 bool isFreeOfOffside(PlayMode mode) {
     return mode == Phase::goalKick || mode == Phase::kickIn || mode == Phase::cornerKick;
+}
+
+bool crossedBetweenPosts(Vec before, Vec ball) {
+    const double from = std::abs(before.x);
+    if (from > goalLine) return false;
+    const double share = (goalLine - from) / (std::abs(ball.x) - from);
+    return std::abs(before.y + (ball.y - before.y) * share) <= goalHalfWidth + postRadius;
 }
 
 } // namespace
@@ -41,61 +46,39 @@ void Referee::changeMode(PlayMode mode) {
     if (mode != Phase::goal) announce_(mode.word());
 }
 
-void Referee::forgetPlay() {
-    lastTouch_ = Side::none;
-    taker_ = lastKicker_ = kickerBefore_ = nobody;
-    indirect_ = false;
-    offside_.clear();
-    stuckSteps_ = 0;
-}
-
 void Referee::placeBall(Vec spot) {
-    forgetPlay();
+    play_ = {};
     world_.ballHolder = nobody;
     world_.ball.pos = spot;
     world_.ball.halt();
 }
 
-void Referee::startSetPiece(PlayMode mode, Vec spot) {
+// A set piece or an offence; the opponents of an offender make room later.
+void Referee::interrupt(PlayMode mode, Vec spot) {
     placeBall(spot);
     changeMode(mode);
     bringBackFromOutside(world_);
-    keepDistance();
-}
-
-void Referee::startHalf() {
-    for (Player& p : world_.players)
-        p.restoreStamina();
-    startSetPiece({Phase::kickOff, half_ == 1 ? Side::left : Side::right}, {});
+    if (!mode.isOffence()) keepDistance();
 }
 
 void Referee::dropBall() {
-    Vec spot = cutToPitch(world_.ball.pos);
-    spot = outOfPenaltyArea(spot, sideOfHalf(spot.x));
-    startSetPiece({Phase::dropBall}, spot);
+    const Vec spot = cutToPitch(world_.ball.pos);
+    interrupt({Phase::dropBall}, outOfPenaltyArea(spot, sideOfHalf(spot.x)));
     changeMode({Phase::playOn});
 }
 
-void Referee::startOffence(PlayMode mode, Vec spot) {
-    placeBall(spot);
-    changeMode(mode);
-    bringBackFromOutside(world_);
-}
-
 void Referee::callOffside(int id) {
-    const Offside::Mark mark = *offside_.mark(id);
+    const OffsideMark mark = *play_.offside[id];
     offsideLine_ = mark.line;
-    startOffence({Phase::offside, world_.player(id).side}, mark.spot);
+    interrupt({Phase::offside, world_.player(id).side}, mark.spot);
 }
 
-void Referee::callFreeKickFault(int id) {
-    const Side side = world_.player(id).side;
-    startOffence({Phase::freeKickFault, side}, outOfPenaltyArea(cutToPitch(world_.ball.pos), side));
+void Referee::callCatchFault(Side side) {
+    interrupt({Phase::catchFault, side}, outOfGoalArea(cutToPitch(world_.ball.pos), side));
 }
 
 void Referee::scoreGoal(Side side) {
-    int& goals = world_.score[static_cast<std::size_t>(index(side))];
-    ++goals;
+    const int goals = ++world_.score[index(side)];
     announce_(text("goal_", letter(side), '_', goals));
     placeBall(world_.ball.pos);
     changeMode({Phase::goal, side});
@@ -108,92 +91,83 @@ bool Referee::allowsKick() const {
 }
 
 bool Referee::isSecondTouch(int id) const {
-    return id == taker_ && world_.player(id).counts.dash > takerDashes_;
+    return id == play_.taker && world_.player(id).counts.dash > play_.takerDashes;
 }
 
 bool Referee::isBackPassTo(int id) const {
-    if (lastKicker_ == nobody) return false;
     const Side side = world_.player(id).side;
-    if (lastKicker_ != id) return world_.player(lastKicker_).side == side;
-    return kickerBefore_ == nobody || world_.player(kickerBefore_).side == side;
+    const int from = play_.lastKicker == id ? play_.kickerBefore : play_.lastKicker;
+    if (from == nobody) return play_.lastKicker != nobody;
+    return world_.player(from).side == side;
 }
 
 void Referee::noteKicker(int id) {
-    const Side side = world_.player(id).side;
-    kickedThisCycle_[static_cast<std::size_t>(index(side))] = true;
+    kickedThisCycle_[index(world_.player(id).side)] = true;
     if (kickedThisCycle_[0] && kickedThisCycle_[1]) {
-        lastKicker_ = kickerBefore_ = nobody;
-    } else if (id != lastKicker_) {
-        kickerBefore_ = lastKicker_;
-        lastKicker_ = id;
+        play_.lastKicker = play_.kickerBefore = nobody;
+    } else if (id != play_.lastKicker) {
+        play_.kickerBefore = std::exchange(play_.lastKicker, id);
     }
 }
 
+// The rules that hold for kicks and touches alike; false when one of them stopped the game.
 bool Referee::played(int id) {
-    if (world_.mode == Phase::goalKick && world_.player(id).side != world_.mode.side) {
-        startSetPiece(world_.mode, goalKickSpot(world_.ball.pos));
+    const Side side = world_.player(id).side;
+    if (world_.mode == Phase::goalKick && side != world_.mode.side) {
+        interrupt(world_.mode, goalKickSpot(world_.ball.pos));
         return false;
     }
-    if (offside_.mark(id)) {
+    if (play_.offside[id]) {
         callOffside(id);
         return false;
     }
     if (isSecondTouch(id)) {
-        callFreeKickFault(id);
+        const Vec spot = outOfPenaltyArea(cutToPitch(world_.ball.pos), side);
+        interrupt({Phase::freeKickFault, side}, spot);
         return false;
     }
-    if (id != taker_) {
-        taker_ = nobody;
-        indirect_ = false;
+    if (id != play_.taker) {
+        play_.taker = nobody;
+        play_.indirect = false;
     }
-    lastTouch_ = world_.player(id).side;
-    if (isFreeOfOffside(world_.mode)) {
-        offside_.clear();
-    } else {
-        offside_.markTeamMatesOf(world_, id);
-    }
+    play_.lastTouch = side;
+    play_.offside = isFreeOfOffside(world_.mode) ? OffsideMarks{} : offsideMarks(world_, id);
     return true;
-}
-
-void Referee::take(int id) {
-    taker_ = id;
-    takerDashes_ = world_.player(id).counts.dash;
-    indirect_ = world_.mode == Phase::indirectFreeKick;
-    world_.ballHolder = nobody;
-    if (world_.mode != Phase::goalKick) changeMode({Phase::playOn});
 }
 
 void Referee::kicked(int id) {
     if (!played(id)) return;
     noteKicker(id);
-    if (world_.mode.isSetPiece()) take(id);
+    if (!world_.mode.isSetPiece()) return;
+    play_.taker = id;
+    play_.takerDashes = world_.player(id).counts.dash;
+    play_.indirect = world_.mode == Phase::indirectFreeKick;
+    world_.ballHolder = nobody;
+    if (world_.mode != Phase::goalKick) changeMode({Phase::playOn});
 }
 
 void Referee::touched(int id) {
     const bool ballIsFree =
-        world_.mode == Phase::playOn || (world_.mode == Phase::goalKick && taker_ != nobody);
+        world_.mode == Phase::playOn || (world_.mode == Phase::goalKick && play_.taker != nobody);
     if (ballIsFree) played(id);
 }
 
 void Referee::triedToKick(int id) {
-    if (world_.mode != Phase::playOn || !offside_.mark(id)) return;
     const double gap = distance(world_.player(id).pos, world_.ball.pos);
-    if (gap <= parameter("offsideArea")) callOffside(id);
+    const bool disturbs = play_.offside[id] && gap <= parameter("offsideArea");
+    if (world_.mode == Phase::playOn && disturbs) callOffside(id);
 }
 
 void Referee::caught(int id) {
-    Player& goalie = world_.player(id);
-    const Vec spot = outOfGoalArea(cutToPitch(world_.ball.pos), goalie.side);
-    announce_(text("goalie_catch_ball_", letter(goalie.side)));
-    if (!isInPenaltyArea(world_.ball.pos, goalie.side)) {
-        startOffence({Phase::catchFault, goalie.side}, spot);
-    } else if (isBackPassTo(id)) {
-        startOffence({Phase::backPass, goalie.side}, spot);
-    } else {
-        startSetPiece({Phase::freeKick, goalie.side}, world_.ball.pos);
-        world_.ballHolder = id;
-        goalie.goalieMoves = 0;
-    }
+    const Vec ball = world_.ball.pos;
+    const Side side = world_.player(id).side;
+    announce_(text("goalie_catch_ball_", letter(side)));
+    if (!isInPenaltyArea(ball, side)) return callCatchFault(side);
+    if (isBackPassTo(id))
+        return interrupt({Phase::backPass, side}, outOfGoalArea(cutToPitch(ball), side));
+    interrupt({Phase::freeKick, side}, ball);
+    world_.ballHolder = id;
+    world_.player(id).goalieMoves = 0;
 }
 
 // ---- The step
@@ -213,7 +187,7 @@ void Referee::step(Vec ballBefore, const std::vector<int>& touchers) {
         endHalf();
     } else if (world_.mode == Phase::beforeKickOff) {
         sendToOwnHalf(world_, &random_);
-        clearCircle(world_, half_ == 1 ? Side::right : Side::left, {}, freeCircle);
+        clearBall(world_, half_ == 1 ? Side::right : Side::left, freeCircle);
     } else {
         if (world_.mode.isSetPiece()) superviseSetPiece();
         if (world_.mode == Phase::playOn) watchBall(ballBefore);
@@ -223,8 +197,7 @@ void Referee::step(Vec ballBefore, const std::vector<int>& touchers) {
 void Referee::endHalf() {
     if (half_ == 2) {
         announce_("time_up");
-        changeMode({Phase::timeOver});
-        return;
+        return changeMode({Phase::timeOver});
     }
     half_ = 2;
     readySteps_ = 0;
@@ -234,43 +207,37 @@ void Referee::endHalf() {
 }
 
 void Referee::runStoppage() {
-    const int length = world_.mode == Phase::goal ? goalStoppage : offenceStoppage;
-    if (stepsInMode_ > length) {
-        endStoppage();
-    } else if (world_.mode == Phase::goal) {
-        return;
-    } else if (world_.mode == Phase::offside) {
+    const bool goal = world_.mode == Phase::goal;
+    const int length = goal ? goalStoppage : offenceStoppage;
+    if (stepsInMode_ > length) return endStoppage();
+    if (world_.mode == Phase::offside)
         clearBeyondOffsideLine(world_, world_.mode.side, offsideLine_);
-    }
-    if (stepsInMode_ > length - offenceClearing) keepDistance();
+    if (!goal && stepsInMode_ > length - offenceClearing) keepDistance();
 }
 
 // The word still carries the time of the stoppage, the sense_body of the step the next one.
 void Referee::endStoppage() {
     const Side side = other(world_.mode.side);
-    const Vec spot = world_.ball.pos;
     if (world_.mode == Phase::goal) {
-        startSetPiece({Phase::kickOff, side}, {});
+        interrupt({Phase::kickOff, side}, {});
     } else if (world_.mode == Phase::backPass) {
-        startSetPiece({Phase::indirectFreeKick, side}, spot);
+        interrupt({Phase::indirectFreeKick, side}, world_.ball.pos);
     } else {
-        startSetPiece({Phase::freeKick, side}, spot);
+        interrupt({Phase::freeKick, side}, world_.ball.pos);
     }
     ++world_.cycle;
 }
 
 void Referee::superviseSetPiece() {
-    if (world_.mode == Phase::goalKick) {
-        superviseGoalKick();
-    } else if (world_.ball.vel != Vec{}) {
-        changeMode({Phase::playOn});
-        return;
-    }
+    const Vec ball = world_.ball.pos;
+    const PlayMode mode = world_.mode;
     const int holder = world_.ballHolder;
-    if (!world_.mode.isSetPiece()) return;
-    if (holder != nobody && !isInPenaltyArea(world_.ball.pos, world_.player(holder).side)) {
-        const Side side = world_.player(holder).side;
-        startOffence({Phase::catchFault, side}, outOfGoalArea(cutToPitch(world_.ball.pos), side));
+    const bool taken = mode == Phase::goalKick ? !isInPenaltyArea(ball, mode.side, ballSize)
+                                               : world_.ball.vel != Vec{};
+    if (taken) {
+        changeMode({Phase::playOn});
+    } else if (holder != nobody && !isInPenaltyArea(ball, world_.player(holder).side)) {
+        callCatchFault(world_.player(holder).side);
     } else if (stepsInMode_ >= dropBallSteps) {
         dropBall();
     } else {
@@ -278,26 +245,13 @@ void Referee::superviseSetPiece() {
     }
 }
 
-void Referee::superviseGoalKick() {
-    if (!isInPenaltyArea(world_.ball.pos, world_.mode.side, ballSize)) changeMode({Phase::playOn});
-}
-
 void Referee::keepDistance() {
     const PlayMode mode = world_.mode;
-    const Vec ball = world_.ball.pos;
-    const Side away = mode.isOffence() ? mode.side : other(mode.side);
-    if (mode == Phase::dropBall) {
-        clearCircle(world_, Side::none, ball, freeCircle);
-    } else if (mode == Phase::kickOff) {
-        sendToOwnHalf(world_);
-        clearCircle(world_, away, ball, freeCircle);
-    } else if (mode == Phase::goalKick) {
-        clearPenaltyArea(world_, mode.side);
-    } else if (mode == Phase::indirectFreeKick || mode == Phase::backPass) {
-        clearCircleButGoalLine(world_, away, ball, freeCircle);
-    } else {
-        clearCircle(world_, away, ball, freeCircle);
-    }
+    if (mode == Phase::goalKick) return clearPenaltyArea(world_, mode.side);
+    if (mode == Phase::dropBall) return clearBall(world_, Side::none, freeCircle);
+    if (mode == Phase::kickOff) sendToOwnHalf(world_);
+    const bool indirect = mode == Phase::indirectFreeKick || mode == Phase::backPass;
+    clearBall(world_, mode.isOffence() ? mode.side : other(mode.side), freeCircle, indirect);
 }
 
 void Referee::watchBall(Vec before) {
@@ -305,8 +259,8 @@ void Referee::watchBall(Vec before) {
     if (std::abs(ball.x) > goalLine) {
         ballOverGoalLine(before);
     } else if (std::abs(ball.y) > touchLine) {
-        if (lastTouch_ == Side::none) return dropBall();
-        startSetPiece({Phase::kickIn, other(lastTouch_)}, cutToPitch(ball));
+        if (play_.lastTouch == Side::none) return dropBall();
+        interrupt({Phase::kickIn, other(play_.lastTouch)}, cutToPitch(ball));
     } else if (isBallStuck()) {
         dropBall();
     }
@@ -315,31 +269,22 @@ void Referee::watchBall(Vec before) {
 void Referee::ballOverGoalLine(Vec before) {
     const Vec ball = world_.ball.pos;
     const Side defender = sideOfHalf(ball.x);
-    if (crossedBetweenPosts(before) && !indirect_) {
+    if (crossedBetweenPosts(before, ball) && !play_.indirect) {
         scoreGoal(other(defender));
-    } else if (lastTouch_ == defender) {
-        startSetPiece({Phase::cornerKick, other(defender)}, cornerSpot(ball));
+    } else if (play_.lastTouch == defender) {
+        interrupt({Phase::cornerKick, other(defender)}, cornerSpot(ball));
     } else {
-        startSetPiece({Phase::goalKick, defender}, goalKickSpot(ball));
+        interrupt({Phase::goalKick, defender}, goalKickSpot(ball));
     }
-}
-
-bool Referee::crossedBetweenPosts(Vec before) const {
-    const Vec ball = world_.ball.pos;
-    const double from = std::abs(before.x);
-    const double to = std::abs(ball.x);
-    if (from > goalLine) return false;
-    const double share = (goalLine - from) / (to - from);
-    const double y = before.y + (ball.y - before.y) * share;
-    return std::abs(y) <= goalHalfWidth + postRadius;
 }
 
 bool Referee::isBallStuck() {
-    if (stuckSteps_ == 0 || distance(world_.ball.pos, stuckSpot_) > stuckRadius) {
-        stuckSpot_ = world_.ball.pos;
-        stuckSteps_ = 0;
+    constexpr double radius = 3.0;
+    if (play_.stuckSteps == 0 || distance(world_.ball.pos, play_.stuckSpot) > radius) {
+        play_.stuckSpot = world_.ball.pos;
+        play_.stuckSteps = 0;
     }
-    return ++stuckSteps_ > dropBallSteps;
+    return ++play_.stuckSteps > dropBallSteps;
 }
 
 void Referee::startWhenReady() {
@@ -348,7 +293,10 @@ void Referee::startWhenReady() {
     if (joined > 0) ++waitedSteps_;
     if (half_ == 2 || joined >= rule_.players) ++readySteps_;
     const bool waitedEnough = half_ == 1 && joined > 0 && waitedSteps_ >= rule_.waitSteps;
-    if (waitedEnough || readySteps_ > rule_.readySteps) startHalf();
+    if (!waitedEnough && readySteps_ <= rule_.readySteps) return;
+    for (Player& p : world_.players)
+        p.restoreStamina();
+    interrupt({Phase::kickOff, half_ == 1 ? Side::left : Side::right}, {});
 }
 
 } // namespace practice

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "practice/Offside.h"
+#include "practice/Placement.h"
 #include "practice/Random.h"
 #include "practice/World.h"
 
@@ -40,33 +40,26 @@ public:
 
 private:
     void changeMode(PlayMode mode);
-    void forgetPlay();
     void placeBall(Vec spot);
-    void startSetPiece(PlayMode mode, Vec spot);
-    void startHalf();
+    void interrupt(PlayMode mode, Vec spot);
     void dropBall();
-    void startOffence(PlayMode mode, Vec spot);
     void callOffside(int id);
-    void callFreeKickFault(int id);
+    void callCatchFault(Side side);
     void scoreGoal(Side side);
 
     bool isSecondTouch(int id) const;
     bool isBackPassTo(int id) const;
     void noteKicker(int id);
-    // The rules that hold for kicks and touches alike; false when one of them stopped the game.
     bool played(int id);
     void touched(int id);
-    void take(int id);
 
     void endHalf();
     void runStoppage();
     void endStoppage();
     void superviseSetPiece();
-    void superviseGoalKick();
     void keepDistance();
     void watchBall(Vec before);
     void ballOverGoalLine(Vec before);
-    bool crossedBetweenPosts(Vec before) const;
     bool isBallStuck();
 
     World& world_;
@@ -76,21 +69,23 @@ private:
 
     int half_ = 1;
     int stepsInMode_ = 0;
-    int waitedSteps_ = 0; // since the first player joined
-    int readySteps_ = 0;  // since all were there, or since half time
+    int waitedSteps_ = 0;      // since the first player joined
+    int readySteps_ = 0;       // since all were there, or since half time
+    double offsideLine_ = 0.0; // of the offence that is being punished
+    std::array<bool, 2> kickedThisCycle_{};
 
     // What happened since the last stoppage.
-    Side lastTouch_ = Side::none;
-    int taker_ = nobody; // of the set piece, until somebody else plays the ball
-    int takerDashes_ = 0;
-    bool indirect_ = false; // a goal does not count yet
-    int lastKicker_ = nobody;
-    int kickerBefore_ = nobody;
-    std::array<bool, 2> kickedThisCycle_{};
-    Offside offside_;
-    double offsideLine_ = 0.0; // of the offence that is being punished
-    Vec stuckSpot_;
-    int stuckSteps_ = 0;
+    struct Play {
+        Side lastTouch = Side::none;
+        int taker = nobody; // of the set piece, until somebody else plays the ball
+        int takerDashes = 0;
+        bool indirect = false; // a goal does not count yet
+        int lastKicker = nobody;
+        int kickerBefore = nobody;
+        OffsideMarks offside{}; // who stood there when the ball was last played
+        Vec stuckSpot{};
+        int stuckSteps = 0;
+    } play_;
 };
 
 } // namespace practice

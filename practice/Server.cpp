@@ -5,7 +5,6 @@
 #include <cstring>
 #include <thread>
 
-#include "practice/Records.h"
 #include "practice/Text.h"
 
 namespace practice {
@@ -18,10 +17,6 @@ constexpr std::chrono::milliseconds pollTime{10};
 // from there, because steps in a burst would be lost to the players.
 constexpr std::chrono::milliseconds longestCatchUp{100};
 
-bool sameAddress(const Address& a, const Address& b) {
-    return a.sin_addr.s_addr == b.sin_addr.s_addr && a.sin_port == b.sin_port;
-}
-
 std::string bindProblem(const Options& options) {
     if (errno == EADDRINUSE)
         return text("port ", options.port, " is in use; choose another with --port");
@@ -33,24 +28,19 @@ std::string bindProblem(const Options& options) {
 
 std::unique_ptr<Server> Server::open(const Options& options, std::string& problem) {
     const auto address = makeAddress(options.address, options.port);
-    if (!address) {
-        problem = text(options.address, " is no IPv4 address");
-        return nullptr;
-    }
-    auto door = Socket::bound(*address);
+    auto door = address ? Socket::bound(*address) : std::nullopt;
     if (!door) {
-        problem = bindProblem(options);
+        problem = address ? bindProblem(options) : text(options.address, " is no IPv4 address");
         return nullptr;
     }
     std::unique_ptr<Server> server(new Server(options, *address, std::move(*door)));
-    if (!options.logFile.empty()) {
-        server->log_.open(options.logFile);
-        if (!server->log_) {
-            problem = text("cannot write the log to ", options.logFile, ": ", std::strerror(errno));
-            return nullptr;
-        }
-        server->log_ << logHeader();
+    if (options.logFile.empty()) return server;
+    server->log_.open(options.logFile);
+    if (!server->log_) {
+        problem = text("cannot write the log to ", options.logFile, ": ", std::strerror(errno));
+        return nullptr;
     }
+    server->log_ << logHeader();
     return server;
 }
 
@@ -66,10 +56,11 @@ int Server::run(const volatile int& stop) {
         next += pollTime;
         std::this_thread::sleep_until(next);
         if (Clock::now() > next + longestCatchUp) next = Clock::now();
-        readDatagrams();
+        readDoor();
+        for (int i = 0; i < maxPlayers; ++i)
+            readClient(i);
         const bool stepped = match_.poll();
         sendOutbox();
-        closeGone();
         if (stepped) afterStep();
     }
     scoreboard_.finish();
@@ -79,32 +70,23 @@ int Server::run(const volatile int& stop) {
 
 // ---- Network
 
-void Server::readDatagrams() {
-    readDoor();
-    for (int i = 0; i < maxPlayers; ++i)
-        readClient(i);
-}
-
 void Server::readDoor() {
     Address sender{};
     std::string_view datagram;
     while (door_.receive(buffer_, datagram, sender) == Socket::Arrival::datagram) {
-        const int player = playerAt(sender);
-        if (player == nobody) {
-            admit(datagram, sender);
-        } else {
+        if (const int player = playerAt(sender); player != nobody) {
             match_.receive(player, datagram);
+        } else {
+            admit(datagram, sender);
         }
     }
 }
 
 void Server::readClient(int player) {
-    const auto& client = clients_[static_cast<std::size_t>(player)];
-    if (!client) return;
     Address sender{};
     std::string_view datagram;
-    for (;;) {
-        const Socket::Arrival arrival = client->socket.receive(buffer_, datagram, sender);
+    while (clients_[player]) {
+        const Socket::Arrival arrival = clients_[player]->socket.receive(buffer_, datagram, sender);
         if (arrival == Socket::Arrival::nothing) return;
         if (arrival == Socket::Arrival::peerGone) return match_.remove(player);
         match_.receive(player, datagram);
@@ -114,32 +96,31 @@ void Server::readClient(int player) {
 // The socket comes first, so that nobody joins who could not be told.
 void Server::admit(std::string_view datagram, const Address& sender) {
     auto socket = Socket::bound(any_);
-    if (!socket || !socket->connectTo(sender))
-        return door_.sendTo("(error connection_failed)", sender);
-    const Match::Joined joined = match_.join(datagram);
-    if (joined.player == nobody) return door_.sendTo(joined.refusal, sender);
-    clients_[static_cast<std::size_t>(joined.player)] = Client{sender, std::move(*socket)};
+    const bool connected = socket && socket->connectTo(sender);
+    const Match::Joined joined =
+        connected ? match_.join(datagram) : Match::Joined{nobody, "(error connection_failed)"};
+    if (joined.player == nobody) {
+        door_.send(joined.refusal, &sender);
+    } else {
+        clients_[joined.player] = Client{sender, std::move(*socket)};
+    }
 }
 
 int Server::playerAt(const Address& sender) const {
     for (int i = 0; i < maxPlayers; ++i) {
-        const auto& client = clients_[static_cast<std::size_t>(i)];
-        if (client && sameAddress(client->address, sender)) return i;
+        if (!clients_[i]) continue;
+        const Address& known = clients_[i]->address;
+        if (known.sin_addr.s_addr == sender.sin_addr.s_addr && known.sin_port == sender.sin_port)
+            return i;
     }
     return nobody;
 }
 
 void Server::sendOutbox() {
-    for (const Outgoing& message : match_.takeOutbox()) {
-        const auto& client = clients_[static_cast<std::size_t>(message.player)];
-        if (client && !client->socket.send(message.text)) match_.remove(message.player);
-    }
-}
-
-void Server::closeGone() {
-    for (int i = 0; i < maxPlayers; ++i) {
-        if (!match_.world().player(i).active) clients_[static_cast<std::size_t>(i)].reset();
-    }
+    for (const auto& [player, message] : match_.takeOutbox())
+        if (clients_[player] && !clients_[player]->socket.send(message)) match_.remove(player);
+    for (int i = 0; i < maxPlayers; ++i)
+        if (!match_.world().player(i).active) clients_[i].reset();
 }
 
 // ---- The course of the match
@@ -147,9 +128,9 @@ void Server::closeGone() {
 void Server::afterStep() {
     const World& world = match_.world();
     scoreboard_.show(world);
-    if (log_.is_open()) log_ << logLine(world);
-    if (world.mode != Phase::timeOver) return;
-    if (stepsAfterEnd_++ == 0) writeResults();
+    const bool begun = world.joinedCount() > 0; // before that every line would be the same
+    if (log_.is_open() && begun) log_ << logLine(world);
+    if (world.mode == Phase::timeOver && stepsAfterEnd_++ == 0) writeResults();
 }
 
 bool Server::isOver() const {
@@ -159,10 +140,10 @@ bool Server::isOver() const {
 }
 
 void Server::writeResults() const {
-    if (options_.resultsFile.empty() || writeFile(options_.resultsFile, results(match_))) return;
-    const std::string problem =
-        text("cannot write the results to ", options_.resultsFile, ": ", std::strerror(errno));
-    std::fprintf(stderr, "practice-server: %s\n", problem.c_str());
+    const std::string& file = options_.resultsFile;
+    if (file.empty() || writeFile(file, results(match_.world(), match_.statistics()))) return;
+    std::fprintf(stderr, "practice-server: cannot write the results to %s: %s\n", file.c_str(),
+                 std::strerror(errno));
 }
 
 } // namespace practice

@@ -8,7 +8,6 @@
 
 #include "practice/Match.h"
 #include "practice/Options.h"
-#include "practice/Scoreboard.h"
 #include "practice/Socket.h"
 
 namespace practice {
@@ -33,13 +32,11 @@ private:
 
     Server(const Options& options, const Address& address, Socket door);
 
-    void readDatagrams();
     void readDoor();
     void readClient(int player);
     void admit(std::string_view datagram, const Address& sender);
     int playerAt(const Address& sender) const;
     void sendOutbox();
-    void closeGone();
     void afterStep();
     bool isOver() const;
     void writeResults() const;

@@ -5,26 +5,15 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <utility>
 
 namespace practice {
 
-namespace {
-
-const sockaddr* generic(const Address& address) {
-    return reinterpret_cast<const sockaddr*>(&address);
+static const sockaddr* generic(const Address* address) {
+    return reinterpret_cast<const sockaddr*>(address);
 }
-sockaddr* generic(Address& address) {
-    return reinterpret_cast<sockaddr*>(&address);
+static sockaddr* generic(Address* address) {
+    return reinterpret_cast<sockaddr*>(address);
 }
-
-std::string asDatagram(std::string_view text) {
-    std::string datagram(text);
-    datagram.push_back('\0');
-    return datagram;
-}
-
-} // namespace
 
 std::optional<Address> makeAddress(const std::string& dotted, int port) {
     Address address{};
@@ -36,16 +25,9 @@ std::optional<Address> makeAddress(const std::string& dotted, int port) {
 
 std::optional<Socket> Socket::bound(const Address& address) {
     Socket socket(::socket(AF_INET, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
-    if (socket.fd_ < 0 || ::bind(socket.fd_, generic(address), sizeof address) != 0)
+    if (socket.fd_ < 0 || ::bind(socket.fd_, generic(&address), sizeof address) != 0)
         return std::nullopt;
     return socket;
-}
-
-Socket::Socket(Socket&& from) noexcept : fd_(std::exchange(from.fd_, -1)) {}
-
-Socket& Socket::operator=(Socket&& from) noexcept {
-    std::swap(fd_, from.fd_);
-    return *this;
 }
 
 Socket::~Socket() {
@@ -53,34 +35,31 @@ Socket::~Socket() {
 }
 
 bool Socket::connectTo(const Address& peer) const {
-    return ::connect(fd_, generic(peer), sizeof peer) == 0;
+    return ::connect(fd_, generic(&peer), sizeof peer) == 0;
 }
 
 int Socket::port() const {
     Address own{};
     socklen_t length = sizeof own;
-    getsockname(fd_, generic(own), &length);
+    getsockname(fd_, generic(&own), &length);
     return ntohs(own.sin_port);
 }
 
 Socket::Arrival Socket::receive(std::span<char> buffer, std::string_view& text,
                                 Address& sender) const {
     socklen_t length = sizeof sender;
-    const ssize_t n = recvfrom(fd_, buffer.data(), buffer.size(), 0, generic(sender), &length);
+    const ssize_t n = recvfrom(fd_, buffer.data(), buffer.size(), 0, generic(&sender), &length);
     if (n < 0) return errno == ECONNREFUSED ? Arrival::peerGone : Arrival::nothing;
     text = {buffer.data(), static_cast<std::size_t>(n)};
     return Arrival::datagram;
 }
 
-bool Socket::send(std::string_view text) const {
-    const std::string datagram = asDatagram(text);
-    return ::send(fd_, datagram.data(), datagram.size(), MSG_NOSIGNAL) >= 0 ||
-           errno != ECONNREFUSED;
-}
-
-void Socket::sendTo(std::string_view text, const Address& peer) const {
-    const std::string datagram = asDatagram(text);
-    ::sendto(fd_, datagram.data(), datagram.size(), MSG_NOSIGNAL, generic(peer), sizeof peer);
+bool Socket::send(std::string_view text, const Address* peer) const {
+    const std::string datagram(text); // its data() ends with the NUL
+    const socklen_t length = peer == nullptr ? 0 : sizeof *peer;
+    const ssize_t n =
+        sendto(fd_, datagram.data(), datagram.size() + 1, MSG_NOSIGNAL, generic(peer), length);
+    return n >= 0 || errno != ECONNREFUSED;
 }
 
 } // namespace practice

@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace practice {
 
@@ -21,10 +22,11 @@ public:
     // Port 0 lets the system choose. Without success errno tells why.
     static std::optional<Socket> bound(const Address& address);
 
-    Socket(Socket&& from) noexcept;
-    Socket& operator=(Socket&& from) noexcept;
-    Socket(const Socket&) = delete;
-    Socket& operator=(const Socket&) = delete;
+    Socket(Socket&& from) noexcept : fd_(std::exchange(from.fd_, -1)) {}
+    Socket& operator=(Socket&& from) noexcept {
+        std::swap(fd_, from.fd_);
+        return *this;
+    }
     ~Socket();
 
     bool connectTo(const Address& peer) const;
@@ -32,9 +34,9 @@ public:
 
     // Fills `text` (a view into `buffer`; what does not fit is cut) and `sender`.
     Arrival receive(std::span<char> buffer, std::string_view& text, Address& sender) const;
-    // Adds the NUL that ends every datagram. False when the connected peer is gone.
-    bool send(std::string_view text) const;
-    void sendTo(std::string_view text, const Address& peer) const;
+    // To the peer, null: the connected one. Adds the NUL that ends every datagram. False when the
+    // connected peer is gone.
+    bool send(std::string_view text, const Address* peer = nullptr) const;
 
 private:
     explicit Socket(int fd) : fd_(fd) {}

@@ -2,40 +2,30 @@
 
 #include <charconv>
 #include <string>
-#include <string_view>
+#include <type_traits>
 
 namespace practice {
 
-// Appends a number as the protocol prints it: at most six significant digits in the shortest form,
-// "-0" for negative zero, whatever the locale.
-inline void appendNumber(std::string& out, double value) {
-    char digits[32];
-    const auto end =
-        std::to_chars(digits, digits + sizeof digits, value, std::chars_format::general, 6);
-    out.append(digits, end.ptr);
-}
-
-// Joins words and numbers without blanks in between: text("(score ", 3, " ", 1, " ", 0, ")").
-namespace detail {
-inline void append(std::string& out, std::string_view part) {
-    out += part;
-}
-inline void append(std::string& out, char part) {
-    out += part;
-}
-inline void append(std::string& out, int part) {
-    out += std::to_string(part);
-}
-inline void append(std::string& out, double part) {
-    appendNumber(out, part);
-}
-} // namespace detail
-
+// Appends words and numbers without blanks in between. A double prints as the protocol has it: at
+// most six significant digits in the shortest form, "-0" for negative zero, whatever the locale.
 template <typename... Parts>
 void appendText(std::string& out, const Parts&... parts) {
-    (detail::append(out, parts), ...);
+    const auto append = [&out]<typename Part>(const Part& part) {
+        if constexpr (std::is_floating_point_v<Part>) {
+            char digits[32];
+            out.append(digits, std::to_chars(digits, digits + sizeof digits, part,
+                                             std::chars_format::general, 6)
+                                   .ptr);
+        } else if constexpr (std::is_same_v<Part, int>) {
+            out += std::to_string(part);
+        } else {
+            out += part;
+        }
+    };
+    (append(parts), ...);
 }
 
+// The same as a new string: text("(score ", 3, " ", 1, " ", 0, ")").
 template <typename... Parts>
 std::string text(const Parts&... parts) {
     std::string out;

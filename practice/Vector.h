@@ -55,6 +55,11 @@ inline double normalized(double rad) {
     return rad;
 }
 
+// Messages carry whole degrees: an int, so that no "-0" appears.
+inline int wholeDegrees(double rad) {
+    return static_cast<int>(std::rint(toDeg(normalized(rad))));
+}
+
 // Rounds to a multiple of `step`, ties to even.
 inline double quantized(double value, double step) {
     return std::rint(value / step) * step;

@@ -6,29 +6,16 @@
 
 namespace practice {
 
-namespace {
-
-// clang-format off
-constexpr std::array<std::string_view, 15> phaseWords{
-    "before_kick_off", "play_on", "time_over", "drop_ball",
-    "kick_off", "kick_in", "free_kick", "indirect_free_kick", "corner_kick", "goal_kick",
-    "goal", "offside", "back_pass", "free_kick_fault", "catch_fault"};
-// clang-format on
-
-} // namespace
-
 std::string PlayMode::word() const {
-    std::string out{phaseWords[static_cast<std::size_t>(phase)]};
+    // clang-format off
+    static constexpr std::array words{
+        "before_kick_off", "play_on", "time_over", "drop_ball",
+        "kick_off", "kick_in", "free_kick", "indirect_free_kick", "corner_kick", "goal_kick",
+        "goal", "offside", "back_pass", "free_kick_fault", "catch_fault"};
+    // clang-format on
+    std::string out = words[static_cast<int>(phase)];
     if (side != Side::none) out.append({'_', letter(side)});
     return out;
-}
-
-bool PlayMode::isSetPiece() const {
-    return phase >= Phase::kickOff && phase <= Phase::goalKick;
-}
-
-bool PlayMode::isOffence() const {
-    return phase >= Phase::offside;
 }
 
 bool PlayMode::isStopped() const {

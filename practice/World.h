@@ -2,7 +2,6 @@
 
 #include <array>
 #include <string>
-#include <string_view>
 
 #include "practice/Vector.h"
 
@@ -27,23 +26,13 @@ constexpr char letter(Side side) {
 // What is being played. The side of a mode HAS the ball (set pieces, goal) or is the OFFENDER
 // (offside, backPass, freeKickFault, catchFault); beforeKickOff, playOn, dropBall and timeOver have
 // none.
+// clang-format off
 enum class Phase {
-    beforeKickOff,
-    playOn,
-    timeOver,
-    dropBall,
-    kickOff,
-    kickIn,
-    freeKick,
-    indirectFreeKick,
-    cornerKick,
-    goalKick,
-    goal,
-    offside,
-    backPass,
-    freeKickFault,
-    catchFault
+    beforeKickOff, playOn, timeOver, dropBall,
+    kickOff, kickIn, freeKick, indirectFreeKick, cornerKick, goalKick,
+    goal, offside, backPass, freeKickFault, catchFault
 };
+// clang-format on
 
 struct PlayMode {
     Phase phase = Phase::beforeKickOff;
@@ -52,14 +41,12 @@ struct PlayMode {
     friend bool operator==(const PlayMode&, const PlayMode&) = default;
     bool operator==(Phase p) const { return phase == p; }
 
-    // The word of the protocol, such as "kick_in_l".
-    std::string word() const;
-    // A set piece that somebody is to take.
-    bool isSetPiece() const;
+    std::string word() const; // of the protocol, such as "kick_in_l"
+    // Somebody is to take it.
+    bool isSetPiece() const { return phase >= Phase::kickOff && phase <= Phase::goalKick; }
     // Offside and the faults: the clock stands until the free kick.
-    bool isOffence() const;
-    // The clock stands still.
-    bool isStopped() const;
+    bool isOffence() const { return phase >= Phase::offside; }
+    bool isStopped() const; // the clock stands still
 };
 
 enum class Width { narrow, normal, wide };
@@ -72,14 +59,7 @@ struct View {
 
 // Executed commands since joining, as sense_body reports them.
 struct Counts {
-    int kick = 0;
-    int dash = 0;
-    int turn = 0;
-    int say = 0;
-    int turnNeck = 0;
-    int catches = 0;
-    int move = 0;
-    int changeView = 0;
+    int kick = 0, dash = 0, turn = 0, say = 0, turnNeck = 0, catches = 0, move = 0, changeView = 0;
 };
 
 // Anything that moves: metres, metres per cycle.
@@ -127,12 +107,19 @@ struct Player : Movable {
     void restoreStamina();
 };
 
+// A player is named by its index: the left team 0 to 10, then the right.
 inline constexpr int playersPerTeam = 11;
 inline constexpr int maxPlayers = 2 * playersPerTeam;
 inline constexpr int nobody = -1;
 
-// The whole state of a match. A player is named by its index: the left team 0 to 10, then the
-// right.
+constexpr int playerId(Side side, int unum) {
+    return index(side) * playersPerTeam + unum - 1;
+}
+inline int playerId(const Player& p) {
+    return playerId(p.side, p.unum);
+}
+
+// The whole state of a match.
 struct World {
     Movable ball;
     std::array<Player, maxPlayers> players;
@@ -145,23 +132,13 @@ struct World {
 
     World();
 
-    const Player& player(int id) const { return players[static_cast<std::size_t>(id)]; }
-    Player& player(int id) { return players[static_cast<std::size_t>(id)]; }
-    const std::string& teamName(Side side) const {
-        return teamNames[static_cast<std::size_t>(index(side))];
-    }
-    int goals(Side side) const { return score[static_cast<std::size_t>(index(side))]; }
+    const Player& player(int id) const { return players[id]; }
+    Player& player(int id) { return players[id]; }
+    const std::string& teamName(Side side) const { return teamNames[index(side)]; }
+    int goals(Side side) const { return score[index(side)]; }
     bool anybodyActive() const;
     int joinedCount() const;
 };
-
-// The index of a player.
-constexpr int playerId(Side side, int unum) {
-    return index(side) * playersPerTeam + unum - 1;
-}
-inline int playerId(const Player& p) {
-    return playerId(p.side, p.unum);
-}
 
 bool isKickable(const World& world, const Player& player);
 

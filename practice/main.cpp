@@ -12,13 +12,6 @@ void requestStop(int /*signal*/) {
     stopRequested = 1;
 }
 
-void catchSignals() {
-    struct sigaction action {};
-    action.sa_handler = requestStop;
-    sigaction(SIGINT, &action, nullptr);
-    sigaction(SIGTERM, &action, nullptr);
-}
-
 int fail(int status, const std::string& problem) {
     std::fprintf(stderr, "practice-server: %s\n", problem.c_str());
     return status;
@@ -28,14 +21,15 @@ int fail(int status, const std::string& problem) {
 
 int main(int argc, char** argv) {
     practice::Options options;
-    std::string problem;
     const std::span<const char* const> arguments(argv, static_cast<std::size_t>(argc));
-    if (!practice::readOptions(arguments.subspan(1), options, problem)) return fail(2, problem);
+    std::string problem = practice::readOptions(arguments.subspan(1), options);
+    if (!problem.empty()) return fail(2, problem);
     if (options.help) {
         std::fputs(practice::helpText().c_str(), stdout);
         return 0;
     }
-    catchSignals();
+    std::signal(SIGINT, requestStop);
+    std::signal(SIGTERM, requestStop);
     const auto server = practice::Server::open(options, problem);
     if (!server) return fail(1, problem);
     return server->run(stopRequested);

@@ -33,9 +33,7 @@ T only(std::string_view datagram) {
 }
 
 std::string_view refusalOf(std::string_view datagram) {
-    const auto first = readFirstDatagram(datagram);
-    const auto* refusal = std::get_if<Refusal>(&first);
-    return refusal == nullptr ? "" : refusal->reply;
+    return readIntroduction(datagram).refusal;
 }
 
 } // namespace
@@ -45,7 +43,7 @@ TEST(Commands, NumbersInAllTheirForms) {
     EXPECT_EQ(only<Turn>("( turn\t+.5 )\n").moment, 0.5);
     EXPECT_EQ(only<Dash>("(dash -1.5e1)").power, -15.0);
     EXPECT_EQ(only<Kick>("(kick 100 -30.000000)").dir, -30.0);
-    EXPECT_EQ(only<Move>("(move -10 5)").x, -10.0);
+    EXPECT_EQ(only<Move>("(move -10 5)").pos.x, -10.0);
     for (const char* bad :
          {"(turn 5.)", "(turn nan)", "(turn inf)", "(turn 0x10)", "(turn +-5)", "(turn)",
           "(turn 1 2)", "(kick 1)", "(turn 1", "turn 1)", "(turn 1e)", "(turn 1e999)"}) {
@@ -88,19 +86,18 @@ TEST(Commands, HostileBytesOnlyFail) {
         for (auto n = bits() % 60; n > 0; --n)
             datagram += alphabet[bits() % alphabet.size()];
         EXPECT_LE(read(datagram).commands.size(), datagram.size());
-        (void)readFirstDatagram(datagram);
+        (void)readIntroduction(datagram);
     }
     EXPECT_TRUE(read(std::string(8192, '(')).failed);
     EXPECT_TRUE(read("(turn " + std::string(8000, '9') + ")").failed);
 }
 
 TEST(Commands, InitInAnyOrder) {
-    const auto first = readFirstDatagram("(init Team_A-1(goalie) (version 7.08))\n");
-    const auto* request = std::get_if<JoinRequest>(&first);
-    ASSERT_NE(request, nullptr);
-    EXPECT_EQ(request->team, "Team_A-1");
-    EXPECT_TRUE(request->goalie);
-    EXPECT_DOUBLE_EQ(request->version, 7.08);
+    const Introduction client = readIntroduction("(init Team_A-1(goalie) (version 7.08))\n");
+    EXPECT_EQ(client.refusal, "");
+    EXPECT_EQ(client.team, "Team_A-1");
+    EXPECT_TRUE(client.goalie);
+    EXPECT_DOUBLE_EQ(client.version, 7.08);
 }
 
 TEST(Commands, InitRefusalsHaveTheirTexts) {

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "practice/Parameters.h"
-#include "practice/Records.h"
 
 using namespace practice;
 
@@ -420,7 +419,7 @@ std::size_t playedHash(std::uint64_t seed) {
     EXPECT_NEAR(g.match.statistics().possession(Side::left) +
                     g.match.statistics().possession(Side::right),
                 100, 1e-9);
-    EXPECT_TRUE(results(g.match).starts_with("score\t"));
+    EXPECT_TRUE(results(g.match.world(), g.match.statistics()).starts_with("score\t"));
     return hash;
 }
 

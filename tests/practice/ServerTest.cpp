@@ -43,15 +43,15 @@ TEST(Server, PlaysOverTheLoopback) {
     {
         const auto client = Socket::bound(*makeAddress("127.0.0.1", 0));
         ASSERT_TRUE(client);
-        client->sendTo(std::string("\xff\0(((", 5), door);
+        client->send(std::string("\xff\0(((", 5), &door);
         Address sender{};
         EXPECT_TRUE(receives(*client, "(error unknown_command)", sender));
-        client->sendTo("(init Alpha (version 7.08))", door);
+        client->send("(init Alpha (version 7.08))", &door);
         ASSERT_TRUE(receives(*client, "(init l 1 before_kick_off)", sender));
         EXPECT_NE(sender.sin_port, door.sin_port);
-        client->sendTo("(score)", sender);
+        client->send("(score)", &sender);
         EXPECT_TRUE(receives(*client, "(score ", sender));
-        client->sendTo("(score)", door);
+        client->send("(score)", &door);
         EXPECT_TRUE(receives(*client, "(score ", sender));
         EXPECT_TRUE(receives(*client, "(see ", sender));
         Options same = options;
@@ -64,22 +64,22 @@ TEST(Server, PlaysOverTheLoopback) {
 
 TEST(Options, AreReadOrRefused) {
     Options options;
-    std::string problem;
     const std::vector<const char*> good{"--port",       "6100", "--seed", "18446744073709551615",
                                         "--scoreboard", "plain"};
-    EXPECT_TRUE(readOptions(good, options, problem));
+    EXPECT_EQ(readOptions(good, options), "");
     EXPECT_EQ(options.port, 6100);
     EXPECT_EQ(options.match.seed, 18446744073709551615U);
     EXPECT_EQ(options.scoreboard, Scoreboard::Style::plain);
-    for (const std::vector<const char*>& bad :
-         std::vector<std::vector<const char*>>{{"--port"},
-                                               {"--port", "x"},
-                                               {"--port", "70000"},
-                                               {"--players", "23"},
-                                               {"--address", "here"},
-                                               {"-v"}}) {
-        problem.clear();
-        EXPECT_FALSE(readOptions(bad, options, problem));
-        EXPECT_NE(problem, "");
-    }
+    using Arguments = std::vector<const char*>;
+    for (const Arguments& bad : {Arguments{"--port"},
+                                 {"--port", "x"},
+                                 {"--port", "70000"},
+                                 {"--players", "23"},
+                                 {"--scoreboard", "big"},
+                                 {"-v"}})
+        EXPECT_NE(readOptions(bad, options), "");
+    std::string problem;
+    options.address = "here";
+    EXPECT_EQ(Server::open(options, problem), nullptr);
+    EXPECT_EQ(problem, "here is no IPv4 address");
 }
