@@ -40,6 +40,7 @@ public:
         if (conf != nullptr) std::ofstream(folder / "player.conf") << conf;
         arguments.insert(arguments.begin(), AGENT_BINARY);
         std::vector<char*> argv;
+        argv.reserve(arguments.size() + 1);
         for (std::string& argument : arguments) {
             argv.push_back(argument.data());
         }

@@ -13,7 +13,8 @@ ServerEnd::ServerEnd() : descriptor(socket(AF_INET, SOCK_DGRAM, 0)) {
     sockaddr_in own{};
     own.sin_family = AF_INET;
     own.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    bind(descriptor, reinterpret_cast<sockaddr*>(&own), sizeof own);
+    // Cannot fail: any port will do.
+    static_cast<void>(bind(descriptor, reinterpret_cast<sockaddr*>(&own), sizeof own));
 }
 
 ServerEnd::~ServerEnd() {
