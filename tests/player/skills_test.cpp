@@ -225,9 +225,11 @@ TEST(Kicking, PassesArriveAtTheSpeedAskedFor) {
         stage.perform();
         stage.put(0, 33, 0); // out of the way
         double nearest = 12;
-        for (double d = 12; d <= nearest + 0.01; d = distance(stage.pitch.ball.pos, target)) {
-            nearest = std::min(d, nearest);
+        double now = nearest;
+        while (now <= nearest) {
+            nearest = now;
             stage.perform();
+            now = distance(stage.pitch.ball.pos, target);
         }
         EXPECT_LT(nearest, 2.5);
         meanSpeed += stage.pitch.ball.vel.length() / PASSES;

@@ -96,7 +96,8 @@ TEST(Utils, KicksTurnsAndViews) {
 
     // A ball that starts with the speed asked for covers the distance and has the end speed left.
     for (float const endSpeed : {0.5F, 1.0F, 1.5F}) {
-        for (float distance = 2; distance < 30; ++distance) {
+        for (int metres = 2; metres < 30; ++metres) {
+            auto const distance = static_cast<float>(metres);
             float const start = Utils::calcKickSpeedToTravel(distance, endSpeed);
             float speed = start;
             float way = 0;
