@@ -115,7 +115,8 @@ protected:
         for (int cycle = from; cycle < to; ++cycle) {
             for (int i = 0; i < copies; ++i) {
                 senseBody(cycle);
-                server.send("(see " + std::to_string(cycle) + " ((f c) 40 0) ((l r) 90 90))");
+                server.send("(see " + std::to_string(cycle) +
+                            " ((f c) 40 0) ((b) 20 30) ((l r) 90 90))");
             }
             auto const end = Clock::now() + milliseconds(100);
             while (Clock::now() < end) {
@@ -182,8 +183,13 @@ TEST_F(ProcessTest, CommandLineOverConfigurationThenSilence) {
 TEST_F(ProcessTest, InterruptPrintsTheStatistics) {
     AgentProcess agent({}, conf().c_str());
     welcome();
-    std::map<std::string, int> sent = play(1, 8);
-    EXPECT_LT(0, sent["move"]);
+    std::map<std::string, int> sent = play(1, 3);
+    server.send("(hear 2 referee play_on)");
+    for (auto const& [command, count] : play(3, 11)) {
+        sent[command] += count;
+    }
+    EXPECT_LE(1, sent["move"]);
+    EXPECT_LE(7, sent["say"]); // one a cycle: the queue is emptied in between
     agent.interrupt();
     EXPECT_EQ(0, agent.waitForEnd());
 
@@ -224,9 +230,9 @@ TEST_F(ProcessTest, SurvivesAFloodButNoEmptyDatagram) {
 
     server.send("(hear 1 referee play_on)");
     // Doubled messages are taken twice; when they cease for a while, it plays on afterwards.
-    EXPECT_LE(5, play(2, 8, 2)["turn"]);
+    EXPECT_LE(5, play(2, 8, 2)["say"]);
     poll(nullptr, 0, 1000);
-    EXPECT_LE(3, play(20, 24)["turn"]);
+    EXPECT_LE(3, play(20, 24)["say"]);
 
     EXPECT_TRUE(agent.isRunning());
     server.send("");
