@@ -14,6 +14,8 @@ namespace {
 
 constexpr double landStep = parameter("landQuantizeStep");
 constexpr double movableStep = parameter("distQuantizeStep");
+constexpr double halfNormal = parameter("visibleAngle") / 2.0;
+constexpr std::array<double, 3> halfConesDeg{halfNormal / 2.0, halfNormal, halfNormal * 2.0};
 
 struct Landmark {
     std::string_view name;
@@ -22,41 +24,27 @@ struct Landmark {
 
 // clang-format off
 constexpr std::array<Landmark, 55> landmarks{{
-    {"f c",      {0.0, 0.0}},     {"f c t",    {0.0, -34.0}},   {"f c b",    {0.0, 34.0}},
-    {"f r t",    {52.5, -34.0}},  {"f r b",    {52.5, 34.0}},
-    {"f l t",    {-52.5, -34.0}}, {"f l b",    {-52.5, 34.0}},
-    {"f g r b",  {52.5, 7.01}},   {"g r",      {52.5, 0.0}},    {"f g r t",  {52.5, -7.01}},
-    {"f g l b",  {-52.5, 7.01}},  {"g l",      {-52.5, 0.0}},   {"f g l t",  {-52.5, -7.01}},
-    {"f p r b",  {36.0, 20.16}},  {"f p r c",  {36.0, 0.0}},    {"f p r t",  {36.0, -20.16}},
-    {"f p l b",  {-36.0, 20.16}}, {"f p l c",  {-36.0, 0.0}},   {"f p l t",  {-36.0, -20.16}},
-    {"f t 0",    {0.0, -39.0}},
-    {"f t r 10", {10.0, -39.0}},  {"f t r 20", {20.0, -39.0}},  {"f t r 30", {30.0, -39.0}},
-    {"f t r 40", {40.0, -39.0}},  {"f t r 50", {50.0, -39.0}},
-    {"f t l 10", {-10.0, -39.0}}, {"f t l 20", {-20.0, -39.0}}, {"f t l 30", {-30.0, -39.0}},
-    {"f t l 40", {-40.0, -39.0}}, {"f t l 50", {-50.0, -39.0}},
-    {"f b 0",    {0.0, 39.0}},
-    {"f b r 10", {10.0, 39.0}},   {"f b r 20", {20.0, 39.0}},   {"f b r 30", {30.0, 39.0}},
-    {"f b r 40", {40.0, 39.0}},   {"f b r 50", {50.0, 39.0}},
-    {"f b l 10", {-10.0, 39.0}},  {"f b l 20", {-20.0, 39.0}},  {"f b l 30", {-30.0, 39.0}},
-    {"f b l 40", {-40.0, 39.0}},  {"f b l 50", {-50.0, 39.0}},
-    {"f r 0",    {57.5, 0.0}},
-    {"f r t 10", {57.5, -10.0}},  {"f r t 20", {57.5, -20.0}},  {"f r t 30", {57.5, -30.0}},
-    {"f r b 10", {57.5, 10.0}},   {"f r b 20", {57.5, 20.0}},   {"f r b 30", {57.5, 30.0}},
-    {"f l 0",    {-57.5, 0.0}},
-    {"f l t 10", {-57.5, -10.0}}, {"f l t 20", {-57.5, -20.0}}, {"f l t 30", {-57.5, -30.0}},
-    {"f l b 10", {-57.5, 10.0}},  {"f l b 20", {-57.5, 20.0}},  {"f l b 30", {-57.5, 30.0}},
+    {"f c",     {0, 0}},         {"f c t",   {0, -34}},       {"f c b",   {0, 34}},        {"f r t",   {52.5, -34}},
+    {"f r b",   {52.5, 34}},     {"f l t",   {-52.5, -34}},   {"f l b",   {-52.5, 34}},    {"f g r b", {52.5, 7.01}},
+    {"g r",     {52.5, 0}},      {"f g r t", {52.5, -7.01}},  {"f g l b", {-52.5, 7.01}},  {"g l",     {-52.5, 0}},
+    {"f g l t", {-52.5, -7.01}}, {"f p r b", {36, 20.16}},    {"f p r c", {36, 0}},        {"f p r t", {36, -20.16}},
+    {"f p l b", {-36, 20.16}},   {"f p l c", {-36, 0}},       {"f p l t", {-36, -20.16}},  {"f t 0",   {0, -39}},
+    {"f t r 10",{10, -39}},      {"f t r 20",{20, -39}},      {"f t r 30",{30, -39}},      {"f t r 40",{40, -39}},
+    {"f t r 50",{50, -39}},      {"f t l 10",{-10, -39}},     {"f t l 20",{-20, -39}},     {"f t l 30",{-30, -39}},
+    {"f t l 40",{-40, -39}},     {"f t l 50",{-50, -39}},     {"f b 0",   {0, 39}},        {"f b r 10",{10, 39}},
+    {"f b r 20",{20, 39}},       {"f b r 30",{30, 39}},       {"f b r 40",{40, 39}},       {"f b r 50",{50, 39}},
+    {"f b l 10",{-10, 39}},      {"f b l 20",{-20, 39}},      {"f b l 30",{-30, 39}},      {"f b l 40",{-40, 39}},
+    {"f b l 50",{-50, 39}},      {"f r 0",   {57.5, 0}},      {"f r t 10",{57.5, -10}},    {"f r t 20",{57.5, -20}},
+    {"f r t 30",{57.5, -30}},    {"f r b 10",{57.5, 10}},     {"f r b 20",{57.5, 20}},     {"f r b 30",{57.5, 30}},
+    {"f l 0",   {-57.5, 0}},     {"f l t 10",{-57.5, -10}},   {"f l t 20",{-57.5, -20}},   {"f l t 30",{-57.5, -30}},
+    {"f l b 10",{-57.5, 10}},    {"f l b 20",{-57.5, 20}},    {"f l b 30",{-57.5, 30}},
 }};
-// clang-format on
 
 // A line lies at `offset` along its normal and reaches `halfLength` to both sides of the axis.
 struct Line {
     char name;
-    double normalDeg;
-    double offset;
-    double halfLength;
+    double normalDeg, offset, halfLength;
 };
-
-// clang-format off
 constexpr std::array<Line, 4> lines{{
     {'l', 180.0, pitchHalfLength, pitchHalfWidth},
     {'r',   0.0, pitchHalfLength, pitchHalfWidth},
@@ -64,12 +52,6 @@ constexpr std::array<Line, 4> lines{{
     {'b',  90.0, pitchHalfWidth,  pitchHalfLength},
 }};
 // clang-format on
-
-double coneDeg(Width width) {
-    constexpr double normal = parameter("visibleAngle");
-    constexpr std::array<double, 3> cones{normal / 2.0, normal, normal * 2.0};
-    return cones[static_cast<int>(width)];
-}
 
 // 0 up to `from`, then growing to 1 at `to`.
 double fading(double dist, double from, double to) {
@@ -81,15 +63,20 @@ public:
     Eyes(const World& world, const Player& viewer, Random& random)
         : world_(world), me_(viewer), random_(random), gaze_(viewer.gaze()),
           high_(viewer.view.quality == Quality::high),
-          halfCone_(toRad(coneDeg(viewer.view.width)) / 2.0), out_(text("(see ", world.cycle)) {}
+          halfCone_(toRad(halfConesDeg[static_cast<int>(viewer.view.width)])),
+          out_(text("(see ", world.cycle)) {}
 
     std::string look() {
         for (const auto& [name, pos] : landmarks)
             seeThing(name, name.front() == 'g' ? 'G' : 'F', pos, landStep, {});
         seeThing("b", 'B', world_.ball.pos, movableStep, world_.ball.vel);
-        for (const Player& p : world_.players)
-            if (p.active && &p != &me_) seePlayer(p);
-        seeLines();
+        for (const Player& p : world_.onPitch())
+            if (&p != &me_) seePlayer(p);
+        const bool inside =
+            std::abs(me_.pos.x) < pitchHalfLength && std::abs(me_.pos.y) < pitchHalfWidth;
+        int left = inside ? 1 : 2; // from outside two lines are in sight
+        for (const Line& line : lines)
+            if (left > 0 && seeLine(line)) --left;
         return std::move(out_) + ")";
     }
 
@@ -172,15 +159,6 @@ private:
         if (number) appendText(out_, ' ', p.unum, p.goalie ? " goalie" : "");
         out_ += ')';
         return number;
-    }
-
-    void seeLines() {
-        const bool inside =
-            std::abs(me_.pos.x) < pitchHalfLength && std::abs(me_.pos.y) < pitchHalfWidth;
-        int left = inside ? 1 : 2;
-        for (const Line& line : lines) {
-            if (left > 0 && seeLine(line)) --left;
-        }
     }
 
     // Whether the line of sight hits the line. Its direction is the angle between the two, not the

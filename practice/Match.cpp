@@ -30,16 +30,14 @@ std::array<int, maxPlayers> everybodyInRandomOrder(Random& random) {
     return order;
 }
 
-// The first body command of a cycle wins.
-bool mayUseBody(Player& p) {
-    return !std::exchange(p.bodyUsed, true);
-}
-
 } // namespace
 
 Match::Match(const MatchOptions& options)
-    : random_(options.seed), referee_(world_, random_, options.kickOff,
-                                      [this](std::string_view word) { announce(word); }) {
+    : random_(options.seed),
+      referee_(world_, random_, options.kickOff, [this](std::string_view word) {
+          for (const Player& p : world_.onPitch())
+              send(p, text("(hear ", world_.cycle, " referee ", word, ')'));
+      }) {
     world_.halfCycles = options.halfCycles;
 }
 
@@ -109,127 +107,119 @@ void Match::refuse(Player& player, std::string_view reply) {
     send(player, std::string(reply));
 }
 
-void Match::announce(std::string_view word) {
-    for (const Player& p : world_.players)
-        if (p.active) send(p, text("(hear ", world_.cycle, " referee ", word, ')'));
-}
-
 std::vector<Outgoing> Match::takeOutbox() {
     return std::exchange(outbox_, {});
 }
 
 // ---- Commands
 
+struct Match::Execution {
+    Match& match;
+    Player& me;
+    World& world = match.world_;
+
+    // The first body command of a cycle wins.
+    bool mayUseBody() { return !std::exchange(me.bodyUsed, true); }
+
+    void operator()(const Turn& command) {
+        if (!mayUseBody()) return;
+        turn(me, command.moment, match.random_);
+        ++me.counts.turn;
+    }
+
+    void operator()(const Dash& command) {
+        if (mayUseBody()) dash(me, command.power);
+    }
+
+    void operator()(const Kick& command) {
+        Referee& referee = match.referee_;
+        if (!mayUseBody() || !referee.allowsKick()) return;
+        const int id = playerId(me);
+        if (!kick(world, me, command.power, command.dir, match.random_))
+            return referee.triedToKick(id);
+        ++me.counts.kick;
+        referee.kicked(id);
+        if (referee.allowsKick()) match.statistics_.kicked(world, id);
+    }
+
+    void operator()(const Catch& command) {
+        const bool legal = me.goalie && world.mode == Phase::playOn && me.catchBan == 0;
+        if (!mayUseBody() || !legal) return;
+        me.catchBan = wholeParameter("catchBanCycle");
+        if (!catchBall(world, me, command.dir)) return;
+        ++me.counts.catches;
+        match.referee_.caught(playerId(me));
+    }
+
+    void operator()(const Move& command) {
+        const bool anybody = world.mode == Phase::beforeKickOff || world.mode == Phase::goal;
+        const bool withBall = !anybody && world.ballHolder == playerId(me);
+        if ((!anybody && !withBall) || !mayUseBody()) return;
+        ++me.counts.move;
+        if (withBall && me.goalieMoves++ >= wholeParameter("goalieMaxMoves"))
+            return match.refuse(me, "(error too_many_moves)");
+        me.pos = cutToRunOff(command.pos * sign(me.side));
+        me.halt();
+        if (world.mode == Phase::beforeKickOff && command.pos.x >= -playerSize)
+            match.refuse(me, "(warning moving_to_opponent_field)");
+    }
+
+    void operator()(const TurnNeck& command) {
+        if (std::exchange(me.neckUsed, true)) return;
+        turnNeck(me, command.moment);
+        ++me.counts.turnNeck;
+    }
+
+    void operator()(const ChangeView& command) {
+        me.view = command.view;
+        ++me.counts.changeView;
+    }
+
+    void operator()(const Say& command) {
+        if (command.text.size() > wholeParameter("sayMsgSize")) return;
+        ++me.counts.say;
+        for (Player& listener : world.onPitch())
+            tell(listener, command.text);
+    }
+
+    void tell(Player& listener, std::string_view said) {
+        if (&listener == &me)
+            return match.send(me, text("(hear ", world.cycle, " self \"", said, "\")"));
+        constexpr int needed = wholeParameter("hearDecay");
+        const Vec way = me.pos - listener.pos;
+        int& capacity = listener.hearing[listener.side == me.side ? 0 : 1];
+        if (way.length() > parameter("audioDist") || capacity < needed) return;
+        capacity -= needed;
+        const int dir = wholeDegrees(way.angle() - listener.body);
+        match.send(listener, text("(hear ", world.cycle, ' ', dir, " \"", said, "\")"));
+    }
+
+    void operator()(Request request) {
+        if (request == Request::score) {
+            match.send(me, text("(score ", world.cycle, ' ', world.goals(me.side), ' ',
+                                world.goals(other(me.side)), ')'));
+        } else if (request == Request::senseBody) {
+            match.send(me, senseBodyMessage(world, me));
+        } else if (request == Request::bye) {
+            match.remove(playerId(me));
+        }
+    }
+};
+
 void Match::receive(int player, std::string_view datagram) {
     if (world_.player(player).active) inbox_[player].emplace_back(datagram);
 }
 
 void Match::executeReceived() {
-    const bool quiet = std::all_of(inbox_.begin(), inbox_.end(),
-                                   [](const auto& datagrams) { return datagrams.empty(); });
-    if (quiet) return;
-    for (const int id : everybodyInRandomOrder(random_))
-        for (const std::string& datagram : std::exchange(inbox_[id], {}))
-            execute(world_.player(id), datagram);
-}
-
-void Match::execute(Player& player, std::string_view datagram) {
-    CommandReader reader(datagram);
-    while (player.active) {
-        const auto command = reader.next();
-        if (!command) break;
-        std::visit([&](const auto& c) { apply(player, c); }, *command);
-    }
-    if (reader.failed()) refuse(player, illegalForm);
-}
-
-void Match::apply(Player& player, const Turn& command) {
-    if (!mayUseBody(player)) return;
-    turn(player, command.moment, random_);
-    ++player.counts.turn;
-}
-
-void Match::apply(Player& player, const Dash& command) {
-    if (mayUseBody(player)) dash(player, command.power);
-}
-
-void Match::apply(Player& player, const Kick& command) {
-    if (!mayUseBody(player) || !referee_.allowsKick()) return;
-    const int id = playerId(player);
-    if (!kick(world_, player, command.power, command.dir, random_)) return referee_.triedToKick(id);
-    ++player.counts.kick;
-    referee_.kicked(id);
-    if (referee_.allowsKick()) statistics_.kicked(world_, id);
-}
-
-void Match::apply(Player& player, const Catch& command) {
-    const bool legal = player.goalie && world_.mode == Phase::playOn && player.catchBan == 0;
-    if (!mayUseBody(player) || !legal) return;
-    player.catchBan = wholeParameter("catchBanCycle");
-    if (!catchBall(world_, player, command.dir)) return;
-    ++player.counts.catches;
-    referee_.caught(playerId(player));
-}
-
-void Match::apply(Player& player, const Move& command) {
-    const bool anybody = world_.mode == Phase::beforeKickOff || world_.mode == Phase::goal;
-    const bool withBall = !anybody && world_.ballHolder == playerId(player);
-    if ((!anybody && !withBall) || !mayUseBody(player)) return;
-    ++player.counts.move;
-    if (withBall && player.goalieMoves == wholeParameter("goalieMaxMoves"))
-        return refuse(player, "(error too_many_moves)");
-    if (withBall) ++player.goalieMoves;
-    place(player, command.pos);
-}
-
-void Match::place(Player& player, Vec pos) {
-    player.pos = cutToRunOff(pos * sign(player.side));
-    player.halt();
-    if (world_.mode == Phase::beforeKickOff && pos.x >= -playerSize)
-        refuse(player, "(warning moving_to_opponent_field)");
-}
-
-void Match::apply(Player& player, const TurnNeck& command) {
-    if (std::exchange(player.neckUsed, true)) return;
-    turnNeck(player, command.moment);
-    ++player.counts.turnNeck;
-}
-
-void Match::apply(Player& player, const ChangeView& command) {
-    player.view = command.view;
-    ++player.counts.changeView;
-}
-
-void Match::apply(Player& player, const Say& command) {
-    if (command.text.size() > wholeParameter("sayMsgSize")) return;
-    ++player.counts.say;
-    for (Player& listener : world_.players)
-        if (listener.active) hear(listener, player, command.text);
-}
-
-void Match::hear(Player& listener, const Player& speaker, std::string_view said) {
-    if (&listener == &speaker)
-        return send(listener, text("(hear ", world_.cycle, " self \"", said, "\")"));
-    constexpr int needed = wholeParameter("hearDecay");
-    const Vec way = speaker.pos - listener.pos;
-    int& capacity = listener.hearing[listener.side == speaker.side ? 0 : 1];
-    if (way.length() > parameter("audioDist") || capacity < needed) return;
-    capacity -= needed;
-    const int dir = wholeDegrees(way.angle() - listener.body);
-    send(listener, text("(hear ", world_.cycle, ' ', dir, " \"", said, "\")"));
-}
-
-void Match::apply(Player& player, Request request) {
-    switch (request) {
-    case Request::score:
-        return send(player, text("(score ", world_.cycle, ' ', world_.goals(player.side), ' ',
-                                 world_.goals(other(player.side)), ')'));
-    case Request::senseBody:
-        return send(player, senseBodyMessage(world_, player));
-    case Request::bye:
-        return remove(playerId(player));
-    case Request::nothing:
-        return;
+    if (std::ranges::all_of(inbox_, &std::vector<std::string>::empty)) return;
+    for (const int id : everybodyInRandomOrder(random_)) {
+        Player& player = world_.player(id);
+        for (const std::string& datagram : std::exchange(inbox_[id], {})) {
+            CommandReader reader(datagram);
+            while (const auto command = player.active ? reader.next() : std::nullopt)
+                std::visit(Execution{*this, player}, *command);
+            if (reader.failed()) refuse(player, illegalForm);
+        }
     }
 }
 
@@ -258,8 +248,8 @@ void Match::step() {
 }
 
 void Match::sendSights() {
-    for (Player& p : world_.players) {
-        if (!p.active || ++p.ticksSinceSee < seeInterval(p.view)) continue;
+    for (Player& p : world_.onPitch()) {
+        if (++p.ticksSinceSee < seeInterval(p.view)) continue;
         p.ticksSinceSee = 0;
         send(p, seeMessage(world_, p, random_));
     }

@@ -55,26 +55,13 @@ public:
     const Statistics& statistics() const { return statistics_; }
 
 private:
+    struct Execution; // of the commands of one player
+
     Side sideOf(const std::string& team);
     int freeNumber(const Introduction& client, Side side) const;
     void send(const Player& player, std::string text);
     void refuse(Player& player, std::string_view reply);
-    void announce(std::string_view word);
-
     void executeReceived();
-    void execute(Player& player, std::string_view datagram);
-    void apply(Player& player, const Turn& command);
-    void apply(Player& player, const Dash& command);
-    void apply(Player& player, const Kick& command);
-    void apply(Player& player, const Catch& command);
-    void apply(Player& player, const Move& command);
-    void apply(Player& player, const TurnNeck& command);
-    void apply(Player& player, const ChangeView& command);
-    void apply(Player& player, const Say& command);
-    void apply(Player& player, Request request);
-    void place(Player& player, Vec pos);
-    void hear(Player& listener, const Player& speaker, std::string_view said);
-
     void step();
     void sendSights();
 

@@ -192,11 +192,11 @@ void dash(Player& player, double power) {
 }
 
 bool kick(World& world, const Player& player, double power, double dirDeg, Random& random) {
-    if (!isKickable(world, player)) return false;
+    const Vec toBall = world.ball.pos - player.pos;
+    if (toBall.length() > kickableArea) return false;
     constexpr double maxPower = parameter("maxPower");
     const double p = std::clamp(power, parameter("minPower"), maxPower);
     const double dir = toRad(std::clamp(dirDeg, -180.0, 180.0));
-    const Vec toBall = world.ball.pos - player.pos;
     const double side = std::abs(normalized(toBall.angle() - player.body)) / std::numbers::pi;
     const double gap = (toBall.length() - contactDistance) / parameter("kickableMargin");
 
@@ -228,9 +228,9 @@ bool catchBall(World& world, Player& goalie, double dirDeg) {
 }
 
 std::vector<int> moveAll(World& world, Random& random) {
-    if (world.mode == Phase::timeOver) return {};
     for (Player& p : world.players)
         applyDash(p);
+    if (world.mode == Phase::timeOver) return {}; // dashes only tire
     if (world.mode == Phase::beforeKickOff) {
         world.ball.halt();
         for (Player& p : world.players) {
@@ -250,8 +250,7 @@ std::vector<int> moveAll(World& world, Random& random) {
 }
 
 void recoverAll(World& world) {
-    for (Player& p : world.players) {
-        if (!p.active) continue;
+    for (Player& p : world.onPitch()) {
         recoverStamina(p);
         for (int& capacity : p.hearing)
             capacity = std::min(capacity + wholeParameter("hearInc"), wholeParameter("hearMax"));

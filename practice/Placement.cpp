@@ -27,13 +27,12 @@ constexpr Area penaltyArea{pitchHalfLength - 16.5, 20.16};
 constexpr Area goalArea{pitchHalfLength - 5.5, 9.16};
 
 bool isWithinRunOff(Vec pos) {
-    return std::abs(pos.x) <= pitchHalfLength + runOff &&
-           std::abs(pos.y) <= pitchHalfWidth + runOff;
+    return cutToRunOff(pos) == pos;
 }
 
-// The other coordinate of a point on the circle: sqrt never sees a negative number.
-double onCircle(double centre, double radius, double otherDistance, double towards) {
-    const double reach = std::sqrt(std::max(0.0, radius * radius - otherDistance * otherDistance));
+// The other coordinate of the point of a circle whose one is `away` from the centre.
+double onCircle(double centre, double radius, double away, double towards) {
+    const double reach = std::sqrt(std::max(0.0, radius * radius - away * away));
     return centre + std::copysign(reach, towards - centre);
 }
 
@@ -42,11 +41,10 @@ Vec edgeOfCircle(Vec pos, Vec centre, double radius) {
     const double d = out.length();
     const Vec radial =
         centre + (d > 0.0 ? out * (radius / d) : Vec{-std::copysign(radius, centre.x), 0.0});
-    if (isWithinRunOff(radial)) return radial;
     Vec cut = cutToRunOff(radial);
     if (cut.y != radial.y) {
         cut.x = onCircle(centre.x, radius, cut.y - centre.y, cut.x);
-    } else {
+    } else if (cut.x != radial.x) {
         cut.y = onCircle(centre.y, radius, cut.x - centre.x, cut.y);
     }
     if (isWithinRunOff(cut)) return cut;
@@ -66,8 +64,8 @@ bool isOnOwnGoalLine(const Player& p) {
 double offsideLine(const World& world, Side attacker) {
     double last = 0.0;
     double secondLast = 0.0;
-    for (const Player& p : world.players) {
-        if (!p.active || p.side == attacker) continue;
+    for (const Player& p : world.onPitch()) {
+        if (p.side == attacker) continue;
         const double x = sign(attacker) * p.pos.x;
         secondLast = std::max(secondLast, std::min(last, x));
         last = std::max(last, x);
@@ -112,9 +110,9 @@ OffsideMarks offsideMarks(const World& world, int id) {
     OffsideMarks marks;
     const Side side = world.player(id).side;
     const double line = offsideLine(world, side);
-    for (const Player& p : world.players) {
+    for (const Player& p : world.onPitch()) {
         const int mate = playerId(p);
-        if (!p.active || p.side != side || mate == id || sign(side) * p.pos.x <= line) continue;
+        if (p.side != side || mate == id || sign(side) * p.pos.x <= line) continue;
         const Vec spot = cutToPitch({sign(side) * line, p.pos.y}, 1.0);
         marks[mate] = OffsideMark{goalArea.cornerIfInside(spot, other(side)), line};
     }
@@ -123,9 +121,9 @@ OffsideMarks offsideMarks(const World& world, int id) {
 
 void clearBall(World& world, Side team, double radius, bool goalLineMayStay) {
     const Vec ball = world.ball.pos;
-    for (Player& p : world.players) {
-        if (!p.active || (team != Side::none && p.side != team)) continue;
-        if (goalLineMayStay && isOnOwnGoalLine(p)) continue;
+    for (Player& p : world.onPitch()) {
+        const bool stays = goalLineMayStay && isOnOwnGoalLine(p);
+        if (stays || (team != Side::none && p.side != team)) continue;
         if (distance(p.pos, ball) < radius) put(p, edgeOfCircle(p.pos, ball, radius));
     }
 }
@@ -133,8 +131,8 @@ void clearBall(World& world, Side team, double radius, bool goalLineMayStay) {
 void clearPenaltyArea(World& world, Side owner) {
     constexpr double front = penaltyArea.front - playerSize;
     constexpr double halfWidth = penaltyArea.halfWidth + playerSize;
-    for (Player& p : world.players) {
-        if (!p.active || p.side == owner || !isInPenaltyArea(p.pos, owner, playerSize)) continue;
+    for (Player& p : world.onPitch()) {
+        if (p.side == owner || !isInPenaltyArea(p.pos, owner, playerSize)) continue;
         const bool forward = -sign(owner) * p.pos.x - front <= halfWidth - std::abs(p.pos.y);
         put(p, forward ? Vec{-sign(owner) * front, p.pos.y}
                        : Vec{p.pos.x, std::copysign(halfWidth, p.pos.y)});
@@ -142,13 +140,13 @@ void clearPenaltyArea(World& world, Side owner) {
 }
 
 void bringBackFromOutside(World& world) {
-    for (Player& p : world.players)
-        if (p.active && !isWithinRunOff(p.pos)) put(p, cutToRunOff(p.pos));
+    for (Player& p : world.onPitch())
+        if (!isWithinRunOff(p.pos)) put(p, cutToRunOff(p.pos));
 }
 
 void sendToOwnHalf(World& world, Random* random) {
-    for (Player& p : world.players) {
-        if (!p.active || sign(p.side) * p.pos.x <= -playerSize) continue;
+    for (Player& p : world.onPitch()) {
+        if (sign(p.side) * p.pos.x <= -playerSize) continue;
         Vec spot{playerSize, p.pos.y};
         if (random != nullptr) {
             spot.x = random->uniform(playerSize, pitchHalfLength);
@@ -159,8 +157,8 @@ void sendToOwnHalf(World& world, Random* random) {
 }
 
 void clearBeyondOffsideLine(World& world, Side offender, double line) {
-    for (Player& p : world.players) {
-        if (!p.active || p.side != offender || sign(offender) * p.pos.x <= line) continue;
+    for (Player& p : world.onPitch()) {
+        if (p.side != offender || sign(offender) * p.pos.x <= line) continue;
         put(p, {sign(offender) * (line - parameter("offsideKickMargin")), p.pos.y});
     }
     clearBall(world, offender, parameter("offsideArea"));

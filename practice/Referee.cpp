@@ -26,6 +26,12 @@ bool isFreeOfOffside(PlayMode mode) {
     return mode == Phase::goalKick || mode == Phase::kickIn || mode == Phase::cornerKick;
 }
 
+// What the other side gets after a goal or an offence.
+Phase restartAfter(PlayMode mode) {
+    if (mode == Phase::goal) return Phase::kickOff;
+    return mode == Phase::backPass ? Phase::indirectFreeKick : Phase::freeKick;
+}
+
 bool crossedBetweenPosts(Vec before, Vec ball) {
     const double from = std::abs(before.x);
     if (from > goalLine) return false;
@@ -77,21 +83,10 @@ void Referee::callCatchFault(Side side) {
     interrupt({Phase::catchFault, side}, outOfGoalArea(cutToPitch(world_.ball.pos), side));
 }
 
-void Referee::scoreGoal(Side side) {
-    const int goals = ++world_.score[index(side)];
-    announce_(text("goal_", letter(side), '_', goals));
-    placeBall(world_.ball.pos);
-    changeMode({Phase::goal, side});
-}
-
 // ---- Kicks, touches and catches
 
 bool Referee::allowsKick() const {
     return world_.mode == Phase::playOn || world_.mode.isSetPiece();
-}
-
-bool Referee::isSecondTouch(int id) const {
-    return id == play_.taker && world_.player(id).counts.dash > play_.takerDashes;
 }
 
 bool Referee::isBackPassTo(int id) const {
@@ -101,55 +96,44 @@ bool Referee::isBackPassTo(int id) const {
     return world_.player(from).side == side;
 }
 
-void Referee::noteKicker(int id) {
+// The rules that hold for kicks and touches alike; false when one of them stopped the game.
+bool Referee::played(int id) {
+    const Player& p = world_.player(id);
+    const bool secondTouch = id == play_.taker && p.counts.dash > play_.takerDashes;
+    if (world_.mode == Phase::goalKick && p.side != world_.mode.side) {
+        interrupt(world_.mode, goalKickSpot(world_.ball.pos));
+    } else if (play_.offside[id]) {
+        callOffside(id);
+    } else if (secondTouch) {
+        const Vec spot = outOfPenaltyArea(cutToPitch(world_.ball.pos), p.side);
+        interrupt({Phase::freeKickFault, p.side}, spot);
+    } else {
+        play_.indirect = play_.indirect && id == play_.taker;
+        if (id != play_.taker) play_.taker = nobody;
+        play_.lastTouch = p.side;
+        play_.offside = isFreeOfOffside(world_.mode) ? OffsideMarks{} : offsideMarks(world_, id);
+        return true;
+    }
+    return false;
+}
+
+void Referee::kicked(int id) {
+    if (!played(id)) return;
     kickedThisCycle_[index(world_.player(id).side)] = true;
     if (kickedThisCycle_[0] && kickedThisCycle_[1]) {
         play_.lastKicker = play_.kickerBefore = nobody;
     } else if (id != play_.lastKicker) {
         play_.kickerBefore = std::exchange(play_.lastKicker, id);
     }
+    if (world_.mode.isSetPiece()) take(id);
 }
 
-// The rules that hold for kicks and touches alike; false when one of them stopped the game.
-bool Referee::played(int id) {
-    const Side side = world_.player(id).side;
-    if (world_.mode == Phase::goalKick && side != world_.mode.side) {
-        interrupt(world_.mode, goalKickSpot(world_.ball.pos));
-        return false;
-    }
-    if (play_.offside[id]) {
-        callOffside(id);
-        return false;
-    }
-    if (isSecondTouch(id)) {
-        const Vec spot = outOfPenaltyArea(cutToPitch(world_.ball.pos), side);
-        interrupt({Phase::freeKickFault, side}, spot);
-        return false;
-    }
-    if (id != play_.taker) {
-        play_.taker = nobody;
-        play_.indirect = false;
-    }
-    play_.lastTouch = side;
-    play_.offside = isFreeOfOffside(world_.mode) ? OffsideMarks{} : offsideMarks(world_, id);
-    return true;
-}
-
-void Referee::kicked(int id) {
-    if (!played(id)) return;
-    noteKicker(id);
-    if (!world_.mode.isSetPiece()) return;
+void Referee::take(int id) {
     play_.taker = id;
     play_.takerDashes = world_.player(id).counts.dash;
     play_.indirect = world_.mode == Phase::indirectFreeKick;
     world_.ballHolder = nobody;
     if (world_.mode != Phase::goalKick) changeMode({Phase::playOn});
-}
-
-void Referee::touched(int id) {
-    const bool ballIsFree =
-        world_.mode == Phase::playOn || (world_.mode == Phase::goalKick && play_.taker != nobody);
-    if (ballIsFree) played(id);
 }
 
 void Referee::triedToKick(int id) {
@@ -176,8 +160,8 @@ void Referee::step(Vec ballBefore, const std::vector<int>& touchers) {
     kickedThisCycle_ = {};
     ++stepsInMode_;
     if (!world_.mode.isStopped()) ++world_.cycle;
-    for (const int id : touchers)
-        touched(id);
+    for (const int id : touchers) // a ball that waits to be kicked touches nobody
+        if (world_.mode == Phase::playOn || play_.taker != nobody) played(id);
     if (world_.mode == Phase::goal || world_.mode.isOffence()) runStoppage();
     const bool inPlay = !world_.mode.isStopped();
     if (inPlay && !world_.anybodyActive()) {
@@ -195,37 +179,24 @@ void Referee::step(Vec ballBefore, const std::vector<int>& touchers) {
 }
 
 void Referee::endHalf() {
-    if (half_ == 2) {
-        announce_("time_up");
-        return changeMode({Phase::timeOver});
-    }
+    announce_(half_ == 1 ? "half_time" : "time_up");
+    if (half_ == 1) placeBall({});
+    changeMode({half_ == 1 ? Phase::beforeKickOff : Phase::timeOver});
     half_ = 2;
     readySteps_ = 0;
-    announce_("half_time");
-    placeBall({});
-    changeMode({Phase::beforeKickOff});
 }
 
 void Referee::runStoppage() {
-    const bool goal = world_.mode == Phase::goal;
-    const int length = goal ? goalStoppage : offenceStoppage;
-    if (stepsInMode_ > length) return endStoppage();
-    if (world_.mode == Phase::offside)
-        clearBeyondOffsideLine(world_, world_.mode.side, offsideLine_);
-    if (!goal && stepsInMode_ > length - offenceClearing) keepDistance();
-}
-
-// The word still carries the time of the stoppage, the sense_body of the step the next one.
-void Referee::endStoppage() {
-    const Side side = other(world_.mode.side);
-    if (world_.mode == Phase::goal) {
-        interrupt({Phase::kickOff, side}, {});
-    } else if (world_.mode == Phase::backPass) {
-        interrupt({Phase::indirectFreeKick, side}, world_.ball.pos);
-    } else {
-        interrupt({Phase::freeKick, side}, world_.ball.pos);
+    const PlayMode mode = world_.mode;
+    const int length = mode == Phase::goal ? goalStoppage : offenceStoppage;
+    if (stepsInMode_ > length) {
+        interrupt({restartAfter(mode), other(mode.side)},
+                  mode == Phase::goal ? Vec{} : world_.ball.pos);
+        ++world_.cycle; // the word still carries the time of the stoppage
+        return;
     }
-    ++world_.cycle;
+    if (mode == Phase::offside) clearBeyondOffsideLine(world_, mode.side, offsideLine_);
+    if (mode.isOffence() && stepsInMode_ > length - offenceClearing) keepDistance();
 }
 
 void Referee::superviseSetPiece() {
@@ -269,10 +240,13 @@ void Referee::watchBall(Vec before) {
 void Referee::ballOverGoalLine(Vec before) {
     const Vec ball = world_.ball.pos;
     const Side defender = sideOfHalf(ball.x);
+    const Side attacker = other(defender);
     if (crossedBetweenPosts(before, ball) && !play_.indirect) {
-        scoreGoal(other(defender));
+        announce_(text("goal_", letter(attacker), '_', ++world_.score[index(attacker)]));
+        placeBall(ball);
+        changeMode({Phase::goal, attacker});
     } else if (play_.lastTouch == defender) {
-        interrupt({Phase::cornerKick, other(defender)}, cornerSpot(ball));
+        interrupt({Phase::cornerKick, attacker}, cornerSpot(ball));
     } else {
         interrupt({Phase::goalKick, defender}, goalKickSpot(ball));
     }
@@ -289,7 +263,7 @@ bool Referee::isBallStuck() {
 
 void Referee::startWhenReady() {
     if (world_.mode != Phase::beforeKickOff) return;
-    const int joined = world_.joinedCount();
+    const long joined = world_.joinedCount();
     if (joined > 0) ++waitedSteps_;
     if (half_ == 2 || joined >= rule_.players) ++readySteps_;
     const bool waitedEnough = half_ == 1 && joined > 0 && waitedSteps_ >= rule_.waitSteps;

@@ -45,17 +45,13 @@ private:
     void dropBall();
     void callOffside(int id);
     void callCatchFault(Side side);
-    void scoreGoal(Side side);
 
-    bool isSecondTouch(int id) const;
     bool isBackPassTo(int id) const;
-    void noteKicker(int id);
     bool played(int id);
-    void touched(int id);
+    void take(int id);
 
     void endHalf();
     void runStoppage();
-    void endStoppage();
     void superviseSetPiece();
     void keepDistance();
     void watchBall(Vec before);

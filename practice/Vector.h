@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -10,8 +9,7 @@ namespace practice {
 // centre spot. Angles are radians, 0 along +x, growing clockwise on that picture; degrees appear
 // only in messages and in names that end in Deg.
 struct Vec {
-    double x = 0.0;
-    double y = 0.0;
+    double x = 0.0, y = 0.0;
 
     friend Vec operator+(Vec a, Vec b) { return {a.x + b.x, a.y + b.y}; }
     friend Vec operator-(Vec a, Vec b) { return {a.x - b.x, a.y - b.y}; }
@@ -23,22 +21,18 @@ struct Vec {
     double length() const { return std::hypot(x, y); }
     // The angle of the null vector is 0.
     double angle() const { return x == 0.0 && y == 0.0 ? 0.0 : std::atan2(y, x); }
+
+    friend double dot(Vec a, Vec b) { return a.x * b.x + a.y * b.y; }
+    friend double distance(Vec a, Vec b) { return (a - b).length(); }
+    friend Vec shortenedTo(Vec v, double longest) {
+        const double length = v.length();
+        return length > longest ? v * (longest / length) : v;
+    }
 };
 
-inline double dot(Vec a, Vec b) {
-    return a.x * b.x + a.y * b.y;
-}
-inline double distance(Vec a, Vec b) {
-    return (a - b).length();
-}
 inline Vec polar(double r, double angle) {
     return {r * std::cos(angle), r * std::sin(angle)};
 }
-inline Vec shortenedTo(Vec v, double longest) {
-    const double length = v.length();
-    return length > longest ? v * (longest / length) : v;
-}
-
 constexpr double toDeg(double rad) {
     return rad * 180.0 / std::numbers::pi;
 }
@@ -46,7 +40,7 @@ constexpr double toRad(double deg) {
     return deg * std::numbers::pi / 180.0;
 }
 
-// Brings an angle into [-pi, pi] or [-180, 180]; both ends are possible.
+// Brings an angle into [-pi, pi]; both ends are possible.
 inline double normalized(double rad) {
     while (rad > std::numbers::pi)
         rad -= 2.0 * std::numbers::pi;

@@ -1,7 +1,5 @@
 #include "practice/World.h"
 
-#include <algorithm>
-
 #include "practice/Parameters.h"
 
 namespace practice {
@@ -32,27 +30,12 @@ void Player::restoreStamina() {
 }
 
 World::World() {
-    for (const Side side : {Side::left, Side::right}) {
-        for (int unum = 1; unum <= playersPerTeam; ++unum) {
-            Player& p = player(playerId(side, unum));
-            p.side = side;
-            p.unum = unum;
-            p.restoreStamina();
-        }
+    for (int id = 0; id < maxPlayers; ++id) {
+        Player& p = player(id);
+        p.side = id < playersPerTeam ? Side::left : Side::right;
+        p.unum = id % playersPerTeam + 1;
+        p.restoreStamina();
     }
-}
-
-bool World::anybodyActive() const {
-    return std::any_of(players.begin(), players.end(), [](const Player& p) { return p.active; });
-}
-
-int World::joinedCount() const {
-    return static_cast<int>(
-        std::count_if(players.begin(), players.end(), [](const Player& p) { return p.joined; }));
-}
-
-bool isKickable(const World& world, const Player& player) {
-    return distance(player.pos, world.ball.pos) <= kickableArea;
 }
 
 } // namespace practice

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
+#include <ranges>
 #include <string>
 
 #include "practice/Vector.h"
@@ -64,9 +66,7 @@ struct Counts {
 
 // Anything that moves: metres, metres per cycle.
 struct Movable {
-    Vec pos;
-    Vec vel;
-    Vec acc; // collected until the next step
+    Vec pos, vel, acc; // the acceleration is collected until the next step
 
     void halt() { vel = acc = Vec{}; }
 };
@@ -78,30 +78,23 @@ struct Player : Movable {
     bool joined = false; // the number is used up, for ever
     bool active = false; // on the pitch
 
-    double body = 0.0; // radians
-    double neck = 0.0; // radians, relative to the body
-    double stamina = 0.0;
-    double effort = 0.0;
-    double recovery = 0.0;
+    double body = 0.0, neck = 0.0; // radians, the neck relative to the body
+    double stamina = 0.0, effort = 0.0, recovery = 0.0;
     double extra = 0.0;    // stamina to fall back on when `stamina` is empty
     double capacity = 0.0; // what can still be recovered in this half
     View view;
     Counts counts;
-
-    // Of the running cycle, cleared by the step.
-    bool bodyUsed = false;
-    bool neckUsed = false;
-    bool dashing = false;
-    double dashPower = 0.0;
-    double pendingTurn = 0.0; // radians
-    double pendingNeck = 0.0; // radians
-
-    int catchBan = 0;    // steps until the goalie may try again
-    int goalieMoves = 0; // with the ball it holds now
     int ticksSinceSee = 0;
+    int catchBan = 0;                 // steps until the goalie may try again
+    int goalieMoves = 0;              // with the ball it holds now
+    std::array<int, 2> hearing{1, 1}; // capacity for messages of own team, of opponents
     int refused = 0;                  // errors and warnings it was sent
     bool lost = false;                // it left before the end of the match
-    std::array<int, 2> hearing{1, 1}; // capacity for messages of own team, of opponents
+
+    // Commands of the running cycle, cleared by the step.
+    bool bodyUsed = false, neckUsed = false, dashing = false;
+    double dashPower = 0.0;
+    double pendingTurn = 0.0, pendingNeck = 0.0; // radians
 
     double gaze() const { return normalized(body + neck); }
     void restoreStamina();
@@ -136,10 +129,10 @@ struct World {
     Player& player(int id) { return players[id]; }
     const std::string& teamName(Side side) const { return teamNames[index(side)]; }
     int goals(Side side) const { return score[index(side)]; }
-    bool anybodyActive() const;
-    int joinedCount() const;
+    auto onPitch() { return players | std::views::filter(&Player::active); }
+    auto onPitch() const { return players | std::views::filter(&Player::active); }
+    bool anybodyActive() const { return std::ranges::any_of(players, &Player::active); }
+    long joinedCount() const { return std::ranges::count_if(players, &Player::joined); }
 };
-
-bool isKickable(const World& world, const Player& player);
 
 } // namespace practice
