@@ -27,18 +27,21 @@ private:
     long before;
 };
 
+/// Number 10 in the middle of a crowded pitch, with all of it integrated.
+class PlayingAgent : public support::AgentHarness {
+public:
+    PlayingAgent() {
+        join('l', 10, "play_on");
+        receiveSenseBody("(sense_body 100 (view_mode high wide) (stamina 8000 1) (speed 0.2 3) "
+                         "(head_angle 0) (kick 0) (dash 0) (turn 0) (say 0) (turn_neck 0) "
+                         "(catch 0) (move 0) (change_view 0))");
+        receiveSee(support::largestSee());
+        world.integrateSensorInfo();
+    }
+};
+
 support::AgentHarness& playingAgent() {
-    static support::AgentHarness agent;
-    static bool const ready = [] {
-        agent.join('l', 10, "play_on");
-        agent.receiveSenseBody(
-            "(sense_body 100 (view_mode high wide) (stamina 8000 1) (speed 0.2 3) "
-            "(head_angle 0) (kick 0) (dash 0) (turn 0) (say 0) (turn_neck 0) "
-            "(catch 0) (move 0) (change_view 0))");
-        agent.receiveSee(support::largestSee());
-        return agent.world.integrateSensorInfo();
-    }();
-    benchmark::DoNotOptimize(ready);
+    static PlayingAgent agent;
     return agent;
 }
 
@@ -47,7 +50,7 @@ void parseSee(benchmark::State& state) {
     RCC_String const message(support::largestSee());
     {
         AllocationCount const count(state);
-        for (auto _ : state) {
+        for ([[maybe_unused]] auto _ : state) {
             RCC_Memory::remove(Sensors::parser.parse(message));
         }
     }
@@ -58,7 +61,7 @@ BENCHMARK(parseSee);
 void integrateSee(benchmark::State& state) {
     support::AgentHarness& agent = playingAgent();
     AllocationCount const count(state);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         Sensors::newVisual = true;
         benchmark::DoNotOptimize(agent.world.integrateSensorInfo());
     }
@@ -69,7 +72,7 @@ BENCHMARK(integrateSee);
 void decideCycle(benchmark::State& state) {
     support::AgentHarness& agent = playingAgent();
     AllocationCount const count(state);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         agent.decide();
     }
 }
@@ -83,7 +86,7 @@ void decideWithBall(benchmark::State& state) {
     agent.placeBall(me.x + 0.5F, me.y);
     {
         AllocationCount const count(state);
-        for (auto _ : state) {
+        for ([[maybe_unused]] auto _ : state) {
             agent.decide();
         }
     }

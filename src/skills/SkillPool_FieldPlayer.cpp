@@ -17,12 +17,8 @@ int kickInScanDelay = 0;
 
 constexpr Vector2D PEN_SHOOT_POINT(40.0F, 0.0F, CARTESIAN);
 
-int asInt(double setting) {
-    return truncateToInt(static_cast<float>(setting));
-}
-
 float walkPower() {
-    static int const power = asInt(ConfigFile::walkPower);
+    static int const power = truncateToInt(ConfigFile::walkPower);
     return static_cast<float>(power);
 }
 
@@ -33,8 +29,8 @@ Vector2D opponentGoalMid() {
 
 /// One more cycle of a set piece of ours, with a pass that arrives at `endSpeed`.
 bool prepareSetPiece(float endSpeed) {
-    static int const passMinDelay = asInt(ConfigFile::passMinDelay);
-    static int const passScanDelay = asInt(ConfigFile::passScanDelay);
+    static int const passMinDelay = truncateToInt(ConfigFile::passMinDelay);
+    static int const passScanDelay = truncateToInt(ConfigFile::passScanDelay);
     return SkillPool::performKickIn(true, passMinDelay, passScanDelay, endSpeed);
 }
 

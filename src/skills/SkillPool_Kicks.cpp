@@ -12,7 +12,7 @@
 #include "worldmodel/WorldModel.h"
 
 bool SkillPool::simpleDribbleToPoint(Vector2D target, int power) {
-    static int const maxPower = truncateToInt(static_cast<float>(ConfigFile::dribbleKickPower));
+    static int const maxPower = truncateToInt(ConfigFile::dribbleKickPower);
     constexpr int minPower = 30;
     constexpr float NEAR = 15.0F; // metres
 

@@ -136,7 +136,7 @@ float Utils::calcAngleForTurn(float angle, float speed) {
 
 timeval Utils::timerAddMsec(timeval const* tv, int msec) {
     constexpr int LAST_MICROSECOND = 999999;
-    timeval sum{tv->tv_sec, tv->tv_usec + msec * 1000};
+    timeval sum{tv->tv_sec, tv->tv_usec + msec * 1000L};
     if (sum.tv_usec > LAST_MICROSECOND) {
         sum.tv_sec += 1;
         sum.tv_usec -= LAST_MICROSECOND + 1;

@@ -1,5 +1,6 @@
 #include "worldmodel/MovingObject.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -17,10 +18,8 @@ void clampSpeed(Vector2D& velocity, float speedMax) {
     if (speed > speedMax) velocity *= speedMax / speed;
 }
 
-int truncateToInt(float value) {
+int truncateToInt(double value) {
     using Limits = std::numeric_limits<int>;
     if (std::isnan(value)) return 0;
-    if (value >= static_cast<float>(Limits::max())) return Limits::max();
-    if (value <= static_cast<float>(Limits::min())) return Limits::min();
-    return static_cast<int>(value);
+    return static_cast<int>(std::clamp(value, double{Limits::min()}, double{Limits::max()}));
 }

@@ -30,4 +30,4 @@ public:
 void clampSpeed(Vector2D& velocity, float speedMax);
 
 /// The whole number in `value`, toward zero; 0 for NaN, and the nearest int beyond its range.
-int truncateToInt(float value);
+int truncateToInt(double value);
