@@ -64,11 +64,12 @@ install_packages() {
     has apt-get || fail "$* needed $why, and there is no apt-get here" \
         "Install them with this system's package manager and start again."
     if ((EUID != 0)); then
-        if ! has sudo || ! sudo -n true 2>/dev/null; then
+        # sudo may ask for a password where there is somebody to ask.
+        if ! has sudo || ! { [[ -t 0 ]] || sudo -n true 2>/dev/null; }; then
             fail "$* needed $why" \
                 "Run 'apt-get install --no-install-recommends $*' as root and start again."
         fi
-        as_root=(sudo -n)
+        as_root=(sudo)
     fi
     say "installing $* ($why)"
     as_root+=(env DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=120)
