@@ -5,6 +5,9 @@
 export LC_ALL=C
 ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
+# Where the two programs are; set from outside, for instance by a test, nothing is built.
+PROGRAMS=${PROGRAMS:-}
+
 readonly TEAM_SIZE=11
 readonly COMMAND_KINDS=(kicks dashes turns says turn_necks catches moves change_views)
 
@@ -123,6 +126,8 @@ build() {
 
 # What ./play and ./team need: the two programs, optimised, without tests.
 build_programs() {
+    [[ -z $PROGRAMS ]] || return 0
+    PROGRAMS=$ROOT/build
     local missing
     mapfile -t missing < <(missing_build_tools)
     install_packages "to build the player" "${missing[@]}"
@@ -208,7 +213,7 @@ start_team() {
     for ((number = 1; number <= TEAM_SIZE; number++)); do
         local arguments=("$host" "$name")
         ((number > 1)) || arguments+=(-goalie)
-        (cd "$folder" && exec "$ROOT/build/agent" "${arguments[@]}") \
+        (cd "$folder" && exec "$PROGRAMS/agent" "${arguments[@]}") \
             >"$folder/player-$number.out" 2>"$folder/player-$number.err" </dev/null &
         PLAYERS+=($!)
         if ((number == 1)); then sleep 0.4; else sleep 0.05; fi

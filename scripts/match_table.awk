@@ -5,7 +5,8 @@
 BEGIN {
     FS = "\t"
     kinds = split("kick dash turn say turn_neck catch move view", kind, " ")
-    DASH = 2; TURN = 3; TURN_NECK = 5; CATCH = 6; MOVE = 7
+    LONG_ENOUGH = 100  # cycles in which somebody must have kicked the ball
+    KICK = 1; DASH = 2; TURN = 3; TURN_NECK = 5; CATCH = 6; MOVE = 7
     first_kind = 6  # its column in players.tsv
 }
 
@@ -90,6 +91,7 @@ function print_players(side,    number, player, k, loss, of, total, all) {
             printf "%10s", pair(player, k)
             missing[side, k] += lacking(player, k)
             sent[side, k] += queued[player, k]
+            done[k] += executed[player, k]
         }
         loss = lacking(player, DASH) + lacking(player, TURN) + lacking(player, TURN_NECK)
         of = queued[player, DASH] + queued[player, TURN] + queued[player, TURN_NECK]
@@ -110,6 +112,7 @@ END {
     print_players("l")
     print_players("r")
     print ""
+    if (cycles >= LONG_ENOUGH && done[KICK] == 0) fault("nobody ever kicked the ball")
     for (i = 1; i <= remark_count; i++) print "Note: " remarks[i] "."
     for (i = 1; i <= fault_count; i++) print "FAULT: " faults[i] "."
     if (fault_count == 0) print "All 22 players came through" (remark_count ? "." : ", no command was refused.")
