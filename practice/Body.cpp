@@ -14,8 +14,8 @@ std::string senseBodyMessage(const World& world, const Player& player) {
     const Counts& n = player.counts;
     // Both angles are cut, not rounded: part of the protocol.
     return text("(sense_body ", world.cycle, " (view_mode ", quality, ' ',
-                widths[static_cast<int>(player.view.width)], ") (stamina ", player.stamina, ' ',
-                player.effort, ") (speed ", quantized(player.vel.length(), 0.01), ' ',
+                widths[static_cast<std::size_t>(player.view.width)], ") (stamina ", player.stamina,
+                ' ', player.effort, ") (speed ", quantized(player.vel.length(), 0.01), ' ',
                 static_cast<int>(toDeg(direction)), ") (head_angle ",
                 static_cast<int>(toDeg(player.neck)), ") (kick ", n.kick, ") (dash ", n.dash,
                 ") (turn ", n.turn, ") (say ", n.say, ") (turn_neck ", n.turnNeck, ") (catch ",

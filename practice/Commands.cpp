@@ -8,70 +8,59 @@ namespace practice {
 
 namespace {
 
+// clang-format off
 constexpr std::string_view blanks = " \t\r\n";
+constexpr std::string_view digits = "0123456789";
+constexpr std::string_view wordLetters = "abcdefghijklmnopqrstuvwxyz_";
+constexpr std::string_view teamLetters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789+,-./:;<=>?@[\\]^_";
+constexpr std::string_view sayable = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789 ().+-*/?<>_";
+// clang-format on
 
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-bool isSmallLetter(char c) {
-    return c >= 'a' && c <= 'z';
-}
-bool isWordLetter(char c) {
-    return isSmallLetter(c) || c == '_';
-}
-bool isTeamLetter(char c) {
-    return isSmallLetter(c) || (c >= '+' && c <= '_');
-}
-bool isSayable(char c) {
-    constexpr std::string_view marks = " ().+-*/?<>_";
-    return isDigit(c) || isSmallLetter(c) || (c >= 'A' && c <= 'Z') || marks.find(c) != marks.npos;
+// Takes the letters that come next.
+std::string_view takeAll(std::string_view& s, std::string_view letters) {
+    const std::string_view taken = s.substr(0, s.find_first_not_of(letters));
+    s.remove_prefix(taken.size());
+    return taken;
 }
 
-std::string_view withoutEnding(std::string_view s) {
-    while (!s.empty() && (s.back() == '\0' || blanks.find(s.back()) != blanks.npos))
-        s.remove_suffix(1);
-    return s;
-}
-
-void skipBlanks(std::string_view& s) {
-    s.remove_prefix(std::min(s.find_first_not_of(blanks), s.size()));
-}
-
-// Takes the character, after any blanks, if it comes next.
+// Blanks before a character, word or number are free.
 bool take(std::string_view& s, char c) {
-    skipBlanks(s);
+    takeAll(s, blanks);
     if (!s.starts_with(c)) return false;
     s.remove_prefix(1);
     return true;
 }
 
-std::string_view takeWhile(std::string_view& s, bool (*belongs)(char)) {
-    skipBlanks(s);
-    const auto length = std::find_if_not(s.begin(), s.end(), belongs) - s.begin();
-    const std::string_view taken = s.substr(0, static_cast<std::size_t>(length));
-    s.remove_prefix(taken.size());
-    return taken;
+std::string_view takeWord(std::string_view& s, std::string_view letters = wordLetters) {
+    takeAll(s, blanks);
+    return takeAll(s, letters);
 }
 
 // [+-]digits or [+-][digits].digits, either with an exponent: no "5.", "nan" or "0x1".
 std::optional<double> takeNumber(std::string_view& s) {
-    skipBlanks(s);
+    takeAll(s, blanks);
     if (s.starts_with('+') && !s.starts_with("+-")) s.remove_prefix(1); // from_chars takes none
     double value = 0.0;
     const auto [end, error] = std::from_chars(s.data(), s.data() + s.size(), value);
     const std::string_view taken = s.substr(0, static_cast<std::size_t>(end - s.data()));
     const std::size_t dot = taken.find('.');
-    const bool openDot = dot != taken.npos && (dot + 1 == taken.size() || !isDigit(taken[dot + 1]));
+    const bool openDot = dot != taken.npos && taken.find_first_of(digits, dot) != dot + 1;
     const bool foreign = taken.find_first_not_of("0123456789+-.eE") != taken.npos;
     if (error != std::errc{} || openDot || foreign) return std::nullopt;
     s.remove_prefix(taken.size());
     return value;
 }
 
+// NUL and blanks at the end of a datagram mean nothing.
+std::string_view withoutEnding(std::string_view datagram) {
+    constexpr std::string_view endings(" \t\r\n\0", 5);
+    return datagram.substr(0, datagram.find_last_not_of(endings) + 1);
+}
+
 std::optional<Command> readChangeView(std::string_view& s) {
     constexpr std::array<std::string_view, 3> widths{"narrow", "normal", "wide"};
-    const auto width = std::find(widths.begin(), widths.end(), takeWhile(s, isWordLetter));
-    const std::string_view quality = takeWhile(s, isWordLetter);
+    const auto width = std::ranges::find(widths, takeWord(s));
+    const std::string_view quality = takeWord(s);
     const bool low = quality == "low";
     const bool known = width != widths.end() && (low || quality == "high" || quality.empty());
     if (!known || !take(s, ')')) return std::nullopt;
@@ -90,7 +79,7 @@ std::optional<Command> readSay(std::string_view& s) {
         said = s.substr(1, s.size() - 2);
         s = {};
     }
-    if (said.empty() || !std::all_of(said.begin(), said.end(), isSayable)) return std::nullopt;
+    if (said.empty() || said.find_first_not_of(sayable) != said.npos) return std::nullopt;
     return Say{said};
 }
 
@@ -133,31 +122,25 @@ constexpr std::array<std::string_view, 10> ignoredWords{
 // clang-format on
 
 std::optional<Command> readNumeric(std::string_view& s, const NumericForm& form) {
-    std::array<double, 2> values{};
-    for (int i = 0; i < form.numbers; ++i) {
-        const auto value = takeNumber(s);
-        if (!value) return std::nullopt;
-        values[i] = *value;
-    }
-    if (!take(s, ')')) return std::nullopt;
-    return form.make(values[0], values[1]);
+    const auto a = form.numbers > 0 ? takeNumber(s) : 0.0;
+    const auto b = a && form.numbers > 1 ? takeNumber(s) : 0.0;
+    if (!a || !b || !take(s, ')')) return std::nullopt;
+    return form.make(*a, *b);
 }
 
 std::optional<Command> readCommand(std::string_view& s) {
     if (!take(s, '(')) return std::nullopt;
-    const std::string_view word = takeWhile(s, isWordLetter);
+    const std::string_view word = takeWord(s);
     if (word == "say") return readSay(s);
     if (word == "change_view") return readChangeView(s);
     for (const NumericForm& form : numericForms)
         if (form.word == word) return readNumeric(s, form);
-    const bool ignored =
-        std::find(ignoredWords.begin(), ignoredWords.end(), word) != ignoredWords.end();
-    return ignored ? skipCommand(s) : std::nullopt;
+    return std::ranges::count(ignoredWords, word) > 0 ? skipCommand(s) : std::nullopt;
 }
 
 bool takeOption(std::string_view& s, Introduction& introduction) {
     if (!take(s, '(')) return false;
-    const std::string_view word = takeWhile(s, isWordLetter);
+    const std::string_view word = takeWord(s);
     if (word == "goalie") {
         introduction.goalie = true;
     } else if (const auto version = takeNumber(s); word == "version" && version) {
@@ -171,10 +154,9 @@ bool takeOption(std::string_view& s, Introduction& introduction) {
 Introduction readInit(std::string_view s) {
     constexpr std::size_t longestName = 15;
     Introduction result;
-    result.team = takeWhile(s, isTeamLetter);
+    result.team = takeWord(s, teamLetters);
     if (result.team.empty()) return {"(error illegal_teamname)"};
-    const bool ended = !s.empty() && (blanks.find(s.front()) != blanks.npos || s.front() == '(' ||
-                                      s.front() == ')');
+    const bool ended = s.find_first_of(" \t\r\n()") == 0;
     if (result.team.size() > longestName || !ended)
         return {"(error illegal_teamname_or_too_long_teamname)"};
     while (!take(s, ')'))
@@ -183,7 +165,7 @@ Introduction readInit(std::string_view s) {
 }
 
 Introduction readReconnect(std::string_view s) {
-    const bool named = !takeWhile(s, isTeamLetter).empty();
+    const bool named = !takeWord(s, teamLetters).empty();
     if (!named || !takeNumber(s) || !take(s, ')')) return {illegalForm};
     return {.refusal = {}, .reconnect = true};
 }
@@ -193,7 +175,7 @@ Introduction readReconnect(std::string_view s) {
 CommandReader::CommandReader(std::string_view datagram) : rest_(withoutEnding(datagram)) {}
 
 std::optional<Command> CommandReader::next() {
-    skipBlanks(rest_);
+    takeAll(rest_, blanks);
     if (rest_.empty() || failed_) return std::nullopt;
     const auto command = readCommand(rest_);
     failed_ = !command;

@@ -63,15 +63,15 @@ public:
     Eyes(const World& world, const Player& viewer, Random& random)
         : world_(world), me_(viewer), random_(random), gaze_(viewer.gaze()),
           high_(viewer.view.quality == Quality::high),
-          halfCone_(toRad(halfConesDeg[static_cast<int>(viewer.view.width)])),
+          halfCone_(toRad(halfConesDeg[static_cast<std::size_t>(viewer.view.width)])),
           out_(text("(see ", world.cycle)) {}
 
     std::string look() {
         for (const auto& [name, pos] : landmarks)
             seeThing(name, name.front() == 'g' ? 'G' : 'F', pos, landStep, {});
         seeThing("b", 'B', world_.ball.pos, movableStep, world_.ball.vel);
-        for (const Player& p : world_.onPitch())
-            if (&p != &me_) seePlayer(p);
+        for (const Player& p : world_.players)
+            if (p.active && &p != &me_) seePlayer(p);
         const bool inside =
             std::abs(me_.pos.x) < pitchHalfLength && std::abs(me_.pos.y) < pitchHalfWidth;
         int left = inside ? 1 : 2; // from outside two lines are in sight
@@ -197,7 +197,7 @@ std::string seeMessage(const World& world, const Player& viewer, Random& random)
 
 int seeInterval(View view) {
     constexpr std::array<int, 3> highTicks{2, 4, 8};
-    const int ticks = highTicks[static_cast<int>(view.width)];
+    const int ticks = highTicks[static_cast<std::size_t>(view.width)];
     return view.quality == Quality::high ? ticks : ticks / 2;
 }
 

@@ -35,8 +35,8 @@ std::array<int, maxPlayers> everybodyInRandomOrder(Random& random) {
 Match::Match(const MatchOptions& options)
     : random_(options.seed),
       referee_(world_, random_, options.kickOff, [this](std::string_view word) {
-          for (const Player& p : world_.onPitch())
-              send(p, text("(hear ", world_.cycle, " referee ", word, ')'));
+          for (const Player& p : world_.players)
+              if (p.active) send(p, text("(hear ", world_.cycle, " referee ", word, ')'));
       }) {
     world_.halfCycles = options.halfCycles;
 }
@@ -178,8 +178,8 @@ struct Match::Execution {
     void operator()(const Say& command) {
         if (command.text.size() > wholeParameter("sayMsgSize")) return;
         ++me.counts.say;
-        for (Player& listener : world.onPitch())
-            tell(listener, command.text);
+        for (Player& listener : world.players)
+            if (listener.active) tell(listener, command.text);
     }
 
     void tell(Player& listener, std::string_view said) {
@@ -248,8 +248,8 @@ void Match::step() {
 }
 
 void Match::sendSights() {
-    for (Player& p : world_.onPitch()) {
-        if (++p.ticksSinceSee < seeInterval(p.view)) continue;
+    for (Player& p : world_.players) {
+        if (!p.active || ++p.ticksSinceSee < seeInterval(p.view)) continue;
         p.ticksSinceSee = 0;
         send(p, seeMessage(world_, p, random_));
     }

@@ -69,7 +69,7 @@ private:
     Random random_;
     Referee referee_;
     Statistics statistics_;
-    std::array<std::vector<std::string>, maxPlayers> inbox_;
+    Table<std::vector<std::string>, maxPlayers> inbox_;
     std::vector<Outgoing> outbox_;
     long polls_ = 0;
 };

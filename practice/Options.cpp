@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <limits>
+#include <utility>
 #include <variant>
 
 #include "practice/Text.h"
@@ -18,11 +20,11 @@ struct Option {
     std::string_view value; // what the help calls it; empty: takes none
     std::string_view help;
     std::variant<int*, std::uint64_t*, std::string*, Style*, bool*> target;
-    int least = 0, most = 0; // of an int
+    std::uint64_t least = 0, most = std::numeric_limits<std::uint64_t>::max(); // of a number
 };
 
 std::array<Option, 12> tableFor(Options& o) {
-    constexpr int many = 1'000'000;
+    constexpr std::uint64_t many = 1'000'000;
     MatchOptions& m = o.match;
     // clang-format off
     return {{
@@ -42,32 +44,31 @@ std::array<Option, 12> tableFor(Options& o) {
     // clang-format on
 }
 
-template <typename Number>
-bool readNumber(std::string_view text, Number& number) {
-    const char* last = text.data() + text.size();
-    const auto [end, error] = std::from_chars(text.data(), last, number);
-    return error == std::errc{} && end == last;
-}
+// Reads what an option says; false when it makes no sense.
+struct Assignment {
+    const Option& option;
+    std::string_view text;
 
-bool assign(const Option& option, std::string_view text, int* target) {
-    return readNumber(text, *target) && *target >= option.least && *target <= option.most;
-}
-bool assign(const Option& /*option*/, std::string_view text, std::uint64_t* target) {
-    return readNumber(text, *target);
-}
-bool assign(const Option& /*option*/, std::string_view text, std::string* target) {
-    *target = text;
-    return !text.empty();
-}
-bool assign(const Option& /*option*/, std::string_view text, Style* target) {
-    constexpr std::array<std::string_view, 4> names{"auto", "line", "plain", "off"};
-    const auto name = std::find(names.begin(), names.end(), text);
-    *target = static_cast<Style>(name - names.begin());
-    return name != names.end();
-}
-bool assign(const Option& /*option*/, std::string_view /*text*/, bool* target) {
-    return *target = true;
-}
+    template <typename Number>
+    bool operator()(Number* target) const {
+        const char* end = text.data() + text.size();
+        const auto read = std::from_chars(text.data(), end, *target);
+        if (read.ec != std::errc{} || read.ptr != end) return false;
+        return std::cmp_greater_equal(*target, option.least) &&
+               std::cmp_less_equal(*target, option.most);
+    }
+    bool operator()(std::string* target) const {
+        *target = text;
+        return !text.empty();
+    }
+    bool operator()(Style* target) const {
+        constexpr std::array<std::string_view, 4> names{"auto", "line", "plain", "off"};
+        const auto name = std::ranges::find(names, text);
+        *target = static_cast<Style>(name - names.begin());
+        return name != names.end();
+    }
+    bool operator()(bool* target) const { return *target = true; }
+};
 
 } // namespace
 
@@ -75,15 +76,13 @@ std::string readOptions(std::span<const char* const> arguments, Options& options
     const auto table = tableFor(options);
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::string_view name = arguments[i];
-        const auto option = std::find_if(table.begin(), table.end(),
-                                         [name](const Option& o) { return o.name == name; });
+        const auto option = std::ranges::find(table, name, &Option::name);
         if (option == table.end()) return text("unknown option ", name, "; --help lists them all");
         const bool needsValue = !option->value.empty();
         if (needsValue && i + 1 == arguments.size())
             return text(name, " needs a value: ", option->help);
         const std::string_view value = needsValue ? arguments[++i] : "";
-        const auto read = [&](auto target) { return assign(*option, value, target); };
-        if (!std::visit(read, option->target))
+        if (!std::visit(Assignment{*option, value}, option->target))
             return text(name, " cannot be '", value, "': ", option->help);
     }
     return {};

@@ -106,7 +106,7 @@ public:
     }
 
 private:
-    using Marks = std::array<bool, maxPlayers + 1>;
+    using Marks = Table<bool, maxPlayers + 1>;
     struct Mean {
         Vec sum;
         int count = 0;
@@ -153,7 +153,7 @@ private:
 
     World& world_;
     Random& random_;
-    std::array<Mean, maxPlayers + 1> means_{}; // where the running round sends each object
+    Table<Mean, maxPlayers + 1> means_{}; // where the running round sends each object
     Marks collided_{};
     Marks touchedBall_{};
 };
@@ -250,7 +250,8 @@ std::vector<int> moveAll(World& world, Random& random) {
 }
 
 void recoverAll(World& world) {
-    for (Player& p : world.onPitch()) {
+    for (Player& p : world.players) {
+        if (!p.active) continue;
         recoverStamina(p);
         for (int& capacity : p.hearing)
             capacity = std::min(capacity + wholeParameter("hearInc"), wholeParameter("hearMax"));

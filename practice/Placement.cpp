@@ -64,8 +64,8 @@ bool isOnOwnGoalLine(const Player& p) {
 double offsideLine(const World& world, Side attacker) {
     double last = 0.0;
     double secondLast = 0.0;
-    for (const Player& p : world.onPitch()) {
-        if (p.side == attacker) continue;
+    for (const Player& p : world.players) {
+        if (!p.active || p.side == attacker) continue;
         const double x = sign(attacker) * p.pos.x;
         secondLast = std::max(secondLast, std::min(last, x));
         last = std::max(last, x);
@@ -110,9 +110,9 @@ OffsideMarks offsideMarks(const World& world, int id) {
     OffsideMarks marks;
     const Side side = world.player(id).side;
     const double line = offsideLine(world, side);
-    for (const Player& p : world.onPitch()) {
+    for (const Player& p : world.players) {
         const int mate = playerId(p);
-        if (p.side != side || mate == id || sign(side) * p.pos.x <= line) continue;
+        if (!p.active || p.side != side || mate == id || sign(side) * p.pos.x <= line) continue;
         const Vec spot = cutToPitch({sign(side) * line, p.pos.y}, 1.0);
         marks[mate] = OffsideMark{goalArea.cornerIfInside(spot, other(side)), line};
     }
@@ -121,9 +121,9 @@ OffsideMarks offsideMarks(const World& world, int id) {
 
 void clearBall(World& world, Side team, double radius, bool goalLineMayStay) {
     const Vec ball = world.ball.pos;
-    for (Player& p : world.onPitch()) {
+    for (Player& p : world.players) {
         const bool stays = goalLineMayStay && isOnOwnGoalLine(p);
-        if (stays || (team != Side::none && p.side != team)) continue;
+        if (!p.active || stays || (team != Side::none && p.side != team)) continue;
         if (distance(p.pos, ball) < radius) put(p, edgeOfCircle(p.pos, ball, radius));
     }
 }
@@ -131,8 +131,8 @@ void clearBall(World& world, Side team, double radius, bool goalLineMayStay) {
 void clearPenaltyArea(World& world, Side owner) {
     constexpr double front = penaltyArea.front - playerSize;
     constexpr double halfWidth = penaltyArea.halfWidth + playerSize;
-    for (Player& p : world.onPitch()) {
-        if (p.side == owner || !isInPenaltyArea(p.pos, owner, playerSize)) continue;
+    for (Player& p : world.players) {
+        if (!p.active || p.side == owner || !isInPenaltyArea(p.pos, owner, playerSize)) continue;
         const bool forward = -sign(owner) * p.pos.x - front <= halfWidth - std::abs(p.pos.y);
         put(p, forward ? Vec{-sign(owner) * front, p.pos.y}
                        : Vec{p.pos.x, std::copysign(halfWidth, p.pos.y)});
@@ -140,13 +140,13 @@ void clearPenaltyArea(World& world, Side owner) {
 }
 
 void bringBackFromOutside(World& world) {
-    for (Player& p : world.onPitch())
-        if (!isWithinRunOff(p.pos)) put(p, cutToRunOff(p.pos));
+    for (Player& p : world.players)
+        if (p.active && !isWithinRunOff(p.pos)) put(p, cutToRunOff(p.pos));
 }
 
 void sendToOwnHalf(World& world, Random* random) {
-    for (Player& p : world.onPitch()) {
-        if (sign(p.side) * p.pos.x <= -playerSize) continue;
+    for (Player& p : world.players) {
+        if (!p.active || sign(p.side) * p.pos.x <= -playerSize) continue;
         Vec spot{playerSize, p.pos.y};
         if (random != nullptr) {
             spot.x = random->uniform(playerSize, pitchHalfLength);
@@ -157,8 +157,8 @@ void sendToOwnHalf(World& world, Random* random) {
 }
 
 void clearBeyondOffsideLine(World& world, Side offender, double line) {
-    for (Player& p : world.onPitch()) {
-        if (p.side != offender || sign(offender) * p.pos.x <= line) continue;
+    for (Player& p : world.players) {
+        if (!p.active || p.side != offender || sign(offender) * p.pos.x <= line) continue;
         put(p, {sign(offender) * (line - parameter("offsideKickMargin")), p.pos.y});
     }
     clearBall(world, offender, parameter("offsideArea"));

@@ -28,7 +28,7 @@ struct OffsideMark {
     Vec spot;
     double line = 0.0;
 };
-using OffsideMarks = std::array<std::optional<OffsideMark>, maxPlayers>;
+using OffsideMarks = Table<std::optional<OffsideMark>, maxPlayers>;
 // The team-mates of player `id`, who plays the ball, that are beyond the line: the most advanced of
 // second-last opponent, ball and half-way line.
 OffsideMarks offsideMarks(const World& world, int id);

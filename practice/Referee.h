@@ -68,7 +68,7 @@ private:
     int waitedSteps_ = 0;      // since the first player joined
     int readySteps_ = 0;       // since all were there, or since half time
     double offsideLine_ = 0.0; // of the offence that is being punished
-    std::array<bool, 2> kickedThisCycle_{};
+    Table<bool, 2> kickedThisCycle_{};
 
     // What happened since the last stoppage.
     struct Play {

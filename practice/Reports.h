@@ -28,7 +28,7 @@ public:
     double possession(Side side) const;
 
 private:
-    std::array<TeamStatistics, 2> teams_;
+    Table<TeamStatistics, 2> teams_;
     int lastKicker_ = nobody;
     bool shooting_ = false; // the last kick was counted as a shot
 };
@@ -62,7 +62,7 @@ private:
     Style style_;
     std::FILE* out_;
     std::string shown_;
-    std::array<int, 2> lastScore_{0, 0};
+    Table<int, 2> lastScore_{};
     PlayMode lastMode_{Phase::timeOver, Side::none};
     int lastTenth_ = 0;
 };

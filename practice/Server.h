@@ -45,7 +45,7 @@ private:
     Address any_; // our address, any port
     Socket door_;
     Match match_;
-    std::array<std::optional<Client>, maxPlayers> clients_;
+    Table<std::optional<Client>, maxPlayers> clients_;
     Scoreboard scoreboard_;
     std::ofstream log_;
     int stepsAfterEnd_ = 0;

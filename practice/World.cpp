@@ -11,7 +11,7 @@ std::string PlayMode::word() const {
         "kick_off", "kick_in", "free_kick", "indirect_free_kick", "corner_kick", "goal_kick",
         "goal", "offside", "back_pass", "free_kick_fault", "catch_fault"};
     // clang-format on
-    std::string out = words[static_cast<int>(phase)];
+    std::string out = words[static_cast<std::size_t>(phase)];
     if (side != Side::none) out.append({'_', letter(side)});
     return out;
 }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <ranges>
 #include <string>
 
 #include "practice/Vector.h"
@@ -24,6 +23,13 @@ constexpr double sign(Side side) {
 constexpr char letter(Side side) {
     return side == Side::left ? 'l' : 'r';
 }
+
+// An array indexed by the ints that stand for players and sides.
+template <typename T, int count>
+struct Table : std::array<T, count> {
+    T& operator[](int i) { return this->data()[i]; }
+    const T& operator[](int i) const { return this->data()[i]; }
+};
 
 // What is being played. The side of a mode HAS the ball (set pieces, goal) or is the OFFENDER
 // (offside, backPass, freeKickFault, catchFault); beforeKickOff, playOn, dropBall and timeOver have
@@ -85,11 +91,11 @@ struct Player : Movable {
     View view;
     Counts counts;
     int ticksSinceSee = 0;
-    int catchBan = 0;                 // steps until the goalie may try again
-    int goalieMoves = 0;              // with the ball it holds now
-    std::array<int, 2> hearing{1, 1}; // capacity for messages of own team, of opponents
-    int refused = 0;                  // errors and warnings it was sent
-    bool lost = false;                // it left before the end of the match
+    int catchBan = 0;            // steps until the goalie may try again
+    int goalieMoves = 0;         // with the ball it holds now
+    Table<int, 2> hearing{1, 1}; // capacity for messages of own team, of opponents
+    int refused = 0;             // errors and warnings it was sent
+    bool lost = false;           // it left before the end of the match
 
     // Commands of the running cycle, cleared by the step.
     bool bodyUsed = false, neckUsed = false, dashing = false;
@@ -115,9 +121,9 @@ inline int playerId(const Player& p) {
 // The whole state of a match.
 struct World {
     Movable ball;
-    std::array<Player, maxPlayers> players;
-    std::array<std::string, 2> teamNames; // empty: not taken yet
-    std::array<int, 2> score{0, 0};
+    Table<Player, maxPlayers> players;
+    Table<std::string, 2> teamNames; // empty: not taken yet
+    Table<int, 2> score{};
     PlayMode mode;
     int cycle = 0;
     int halfCycles = 3000;
@@ -129,8 +135,6 @@ struct World {
     Player& player(int id) { return players[id]; }
     const std::string& teamName(Side side) const { return teamNames[index(side)]; }
     int goals(Side side) const { return score[index(side)]; }
-    auto onPitch() { return players | std::views::filter(&Player::active); }
-    auto onPitch() const { return players | std::views::filter(&Player::active); }
     bool anybodyActive() const { return std::ranges::any_of(players, &Player::active); }
     long joinedCount() const { return std::ranges::count_if(players, &Player::joined); }
 };

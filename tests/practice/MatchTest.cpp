@@ -211,6 +211,12 @@ TEST(Referee, KickOffsHalvesAndEnd) {
               "0 0 kick_off_l@0 0 1 2 3 half_time@4 before_kick_off@4 4 4 kick_off_r@4 4 5 6 7 "
               "time_up@8 time_over@8 " +
                   repeated("8 ", 18));
+    for (int i = 0; i < 2; ++i) { // nothing moves any more, but commands count
+        g.say(0, "(dash 100)");
+        g.step();
+    }
+    EXPECT_EQ(g.match.world().player(0).counts.dash, 2);
+    EXPECT_EQ(g.match.world().player(0).vel, Vec{});
 }
 
 TEST(Referee, ASetPieceIsTakenWithTheKick) {
