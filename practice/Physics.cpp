@@ -110,7 +110,10 @@ private:
     struct Mean {
         Vec sum;
         int count = 0;
-        void add(Vec v) { sum += v, ++count; }
+        void add(Vec v) {
+            sum += v;
+            ++count;
+        }
     };
 
     Movable& object(int i) { return i == theBall ? world_.ball : world_.player(i); }

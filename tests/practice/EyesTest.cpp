@@ -30,10 +30,8 @@ struct Scene {
     std::string seen(const std::string& name) {
         const std::string all = see();
         std::string out;
-        for (std::size_t at = all.find("((" + name); at != all.npos;
-             at = all.find("((" + name, at + 1)) {
+        for (auto at = all.find("((" + name); at != all.npos; at = all.find("((" + name, at + 1))
             out += all.substr(at, all.find(" ((", at) - at);
-        }
         if (out.ends_with("))")) out.pop_back(); // the end of the message
         return out;
     }
