@@ -1,14 +1,14 @@
 #include "config/ConfigFile.h"
+#include "config/readConfFile.h"
 #include "tests/geometry/CapturedStream.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <tuple>
+#include <vector>
 
 namespace {
 
@@ -29,61 +29,28 @@ using Settings = std::tuple<std::string, std::string, int, double, double, doubl
                             double, double, double, double, double, double, double, double, double,
                             double, double, double, std::string>;
 
-const Settings DEFAULTS{"Tallowmere2002",
-                        "localhost",
-                        6000,
-                        0.5,
-                        0.7,
-                        0.8,
-                        8.0,
-                        30.0,
-                        15.0,
-                        3.0,
-                        15.0,
-                        0.0,
-                        1.2,
-                        35.0,
-                        20.0,
-                        50.0,
-                        60.0,
-                        1.0,
-                        -120.0,
-                        120.0,
-                        "v"};
-
 /// What the members hold before anything is read.
-const Settings COMPILED_IN = settings();
+const Settings DEFAULTS = settings();
 
 class ConfigFileTest : public testing::Test {
 protected:
-    ~ConfigFileTest() override {
-        settings() = COMPILED_IN;
-        std::filesystem::remove(path);
-    }
+    ~ConfigFileTest() override { settings() = DEFAULTS; }
 
-    bool parse(const std::string& text, bool scannerDebug = false, bool parserDebug = false) {
-        std::ofstream(path, std::ios::binary) << text;
+    bool parse(const std::string& text) {
         const CapturedStream err(std::cerr);
-        const bool ok = ConfigFile::parseConfigFile(path.c_str(), scannerDebug, parserDebug);
+        const bool ok = readConfFile(text, false, false);
         messages = err.text();
         return ok;
     }
 
-    std::string path = testing::TempDir() + "config_file_test." +
-                       testing::UnitTest::GetInstance()->current_test_info()->name();
     std::string messages;
 };
-
-std::string unknown(const std::string& character) {
-    return "readConfFile: Tokenizer Error at <" + character + ">\n";
-}
 
 std::string syntaxError(const std::string& token) {
     return "readConfFile: <parse error> occured while parsing <" + token + ">\n";
 }
 
 TEST_F(ConfigFileTest, SampleFileNamesEverySettingAtItsDefault) {
-    EXPECT_EQ(COMPILED_IN, DEFAULTS);
     settings() = Settings(); // whatever the sample leaves out shows
     EXPECT_TRUE(ConfigFile::parseConfigFile(SAMPLE_FILE, false, false));
     EXPECT_EQ(settings(), DEFAULTS);
@@ -104,33 +71,26 @@ TEST_F(ConfigFileTest, EveryKeywordSetsItsOwnMember) {
 
 TEST_F(ConfigFileTest, FilesThatCannotBeReadFailInSilence) {
     const CapturedStream err(std::cerr);
-    EXPECT_FALSE(ConfigFile::parseConfigFile((path + ".missing").c_str(), true, true));
-    EXPECT_FALSE(ConfigFile::parseConfigFile(testing::TempDir().c_str(), false, false));
+    for (const std::string& path : {testing::TempDir() + "no_such_file", testing::TempDir()}) {
+        EXPECT_FALSE(ConfigFile::parseConfigFile(path.c_str(), true, true)) << path;
+    }
     EXPECT_EQ(err.text(), "");
-    EXPECT_EQ(settings(), DEFAULTS);
 }
 
 TEST_F(ConfigFileTest, Numbers) {
     const std::pair<const char*, double> good[] = {
-        {"40", 40},
-        {"40.0", 40},
-        {"-90.5# aside", -90.5},
-        {"007", 7},
-        {"1.5e-3", 0.0015},
-        {"1.5E3", 1500},
-        {"-0.25e2", -25},
-        {"99999999999999999999", 1e20},
+        {"40", 40}, {"40.0", 40},    {"-90.5# aside", -90.5}, {"1.5e-3", 0.0015},
+        {"007", 7}, {"1.5E3", 1500}, {"-0.25e2", -25},        {"99999999999999999999", 1e20},
     };
     for (const auto& [text, value] : good) {
         EXPECT_TRUE(parse(std::string("walkPower \t:\n ") + text)) << text;
         EXPECT_EQ(ConfigFile::walkPower, value) << text;
     }
-    EXPECT_TRUE(parse("serverPort: -0 passAreaX: -0"));
-    EXPECT_EQ(ConfigFile::serverPort, 0);
+    EXPECT_TRUE(parse("passAreaX: -0"));
     EXPECT_FALSE(std::signbit(ConfigFile::passAreaX));
 }
 
-TEST_F(ConfigFileTest, TextsAndRepetition) {
+TEST_F(ConfigFileTest, TextsCommentsAndRepetition) {
     EXPECT_TRUE(parse("# a comment\n\nteamname: \"Blue_Team-1\"#\nserverHost:\"my host\"\n"
                       "passMinDelay: 1\npassMinDelay: 2 # no line end"));
     EXPECT_EQ(ConfigFile::teamname, "Blue_Team-1");
@@ -139,37 +99,44 @@ TEST_F(ConfigFileTest, TextsAndRepetition) {
     EXPECT_EQ(messages, "");
 }
 
-TEST_F(ConfigFileTest, BadFilesSayWhere) {
+TEST_F(ConfigFileTest, MisplacedTokensAreQuoted) {
     const std::pair<const char*, std::string> bad[] = {
-        {"", syntaxError("")},
-        {" \n# only a comment", syntaxError("")},
-        {"walkPower", syntaxError("")},
-        {"walkPower 4", syntaxError("4")},
-        {"walkPower: walkPower", syntaxError("walkPower")},
-        {"walkPower: \"fast\"", syntaxError("\"fast\"")},
-        {"walkPower: 4 5", syntaxError("5")},
-        {"4.5", syntaxError("4.5")},
-        {"serverPort: 6100.0", syntaxError("6100.0")},
-        {"serverPort: 99999999999", syntaxError("99999999999")},
-        {"walkPower: 1.0e999", syntaxError("1.0e999")},
-        {"sayID: 5", syntaxError("5")},
-        {"teamnamex: \"a\"", unknown("x") + syntaxError("x")},
-        {"WalkPower: 4", unknown("W") + syntaxError("W")},
-        {"teamname: \"\"", unknown("\"") + syntaxError("\"")},
-        {"teamname: \"open", unknown("\"") + syntaxError("\"")},
-        {"teamname: \"two\nlines\"", unknown("\"") + syntaxError("\"")},
-        {"serverHost: \"127.0.0.1\"", unknown("\"") + syntaxError("\"")},
-        {"walkPower: +4", unknown("+") + syntaxError("+")},
-        {"walkPower: -", unknown("-") + syntaxError("-")},
-        {"walkPower: .5", unknown(".") + syntaxError(".")},
-        {"walkPower: 5.", unknown(".") + syntaxError(".")},
-        {"walkPower: 1e3", unknown("e") + syntaxError("e")},
-        {"walkPower: 1.5e+3", unknown("e") + syntaxError("e")},
-        {"walkPower: 4\r\n", unknown("\r") + syntaxError("\r")},
+        {"", ""},
+        {" \n# only a comment", ""},
+        {"walkPower", ""},
+        {"walkPower 4", "4"},
+        {"walkPower: walkPower", "walkPower"},
+        {"walkPower: \"fast\"", "\"fast\""},
+        {"walkPower: 4 5", "5"},
+        {"4.5", "4.5"},
+        {"serverPort: 6100.0", "6100.0"},
+        {"serverPort: 99999999999", "99999999999"},
+        {"walkPower: 1.0e999", "1.0e999"},
+        {"sayID: 5", "5"},
     };
-    for (const auto& [text, expected] : bad) {
+    for (const auto& [text, token] : bad) {
         EXPECT_FALSE(parse(text)) << text;
-        EXPECT_EQ(messages, expected) << text;
+        EXPECT_EQ(messages, syntaxError(token));
+    }
+}
+
+TEST_F(ConfigFileTest, UnknownCharactersAreReportedTwice) {
+    const std::pair<const char*, std::vector<std::string>> bad[] = {
+        {"x", {"teamnamex: \"a\"", "xteamname: \"a\""}},
+        {"W", {"WalkPower: 4"}},
+        {"\"", {"sayID: \"\"", "sayID: \"open", "sayID: \"two\nlines\"", "sayID: \"1.0\""}},
+        {"+", {"walkPower: +4"}},
+        {"-", {"walkPower: -"}},
+        {".", {"walkPower: .5", "walkPower: 5."}},
+        {"e", {"walkPower: 1e3", "walkPower: 1.5e+3"}},
+        {"\r", {"walkPower: 4\r\n"}},
+    };
+    for (const auto& [character, texts] : bad) {
+        for (const std::string& text : texts) {
+            EXPECT_FALSE(parse(text)) << text;
+            EXPECT_EQ(messages, std::string("readConfFile: Tokenizer Error at <") + character +
+                                    ">\n" + syntaxError(character));
+        }
     }
 }
 
@@ -181,11 +148,13 @@ TEST_F(ConfigFileTest, WhatStoodBeforeAnErrorStaysInForce) {
 }
 
 TEST_F(ConfigFileTest, TracesOnRequest) {
-    EXPECT_TRUE(parse("walkPower: 4", true, false));
-    EXPECT_EQ(std::count(messages.begin(), messages.end(), '\n'), 3); // a line a token
-    EXPECT_TRUE(parse("walkPower: 4", false, true));
-    EXPECT_TRUE(messages.starts_with("Starting parse\nEntering state 0\nReading a token: "));
-    EXPECT_TRUE(messages.ends_with("Now at end of input.\n"));
+    const CapturedStream scanned(std::cerr);
+    EXPECT_TRUE(ConfigFile::parseConfigFile(SAMPLE_FILE, true, false));
+    EXPECT_EQ(std::ranges::count(scanned.text(), '\n'), 3 * 21); // a line a token
+    const CapturedStream parsed(std::cerr);
+    EXPECT_TRUE(ConfigFile::parseConfigFile(SAMPLE_FILE, false, true));
+    EXPECT_TRUE(parsed.text().starts_with("Starting parse\nEntering state 0\nReading a token: "));
+    EXPECT_TRUE(parsed.text().ends_with("Now at end of input.\n"));
 }
 
 } // namespace

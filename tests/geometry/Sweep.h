@@ -2,6 +2,8 @@
 
 #include "geometry/Geometry.h"
 
+#include <gtest/gtest.h>
+
 #include <complex>
 #include <random>
 
@@ -22,9 +24,9 @@ inline double angleBetween(double a, double b) {
     return std::abs(std::remainder(a - b, 360.0));
 }
 
-/// A fixed stream of random inputs.
-class Sweep {
-public:
+/// A test with a fixed stream of random inputs.
+class Sweep : public testing::Test {
+protected:
     static constexpr int COUNT = 20'000;
 
     float number(float low, float high) {

@@ -2,71 +2,77 @@
 
 #include "parser/RCC_Parser.h"
 
-#include <string_view>
+#include <gtest/gtest.h>
 
-/// Counts the records of one kind and keeps a copy of the latest.
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// Counts the records of one kind, on the listener's account too, and keeps a copy of the latest.
 template <class T>
 struct Recorder : RCC_Handler<RCC_Pointer<T>> {
-    int calls = 0;
-    T last;
+    Recorder(RCC_Parser::Handlers<T>& handlers, int& total) : allCalls(total) {
+        handlers.push_back(this);
+    }
 
     void handle(RCC_Pointer<T> const& record) override {
         ++calls;
+        ++allCalls;
         last = *record;
     }
+
+    int calls = 0;
+    int& allCalls;
+    T last;
 };
 
 /// A parser of the team Alpha with a handler for every kind.
 struct Listener {
-    RCC_Parser parser{0, "", 0};
-    Recorder<RCC_Visual> visual;
-    Recorder<RCC_SenseBody> senseBody;
-    Recorder<RCC_RefAudio> refAudio;
-    Recorder<RCC_SelfAudio> selfAudio;
-    Recorder<RCC_PlayerAudio> playerAudio;
-    Recorder<RCC_CoachAudio> coachAudio;
-    Recorder<RCC_Score> score;
-    Recorder<RCC_Substitution> substitution;
-    Recorder<RCC_Error> error;
-    Recorder<RCC_InitMsg> initMsg;
-    Recorder<RCC_ServerParam> serverParam;
-    Recorder<RCC_PlayerParam> playerParam;
-    Recorder<RCC_PlayerType> playerType;
-    Recorder<RCC_FullState> fullState;
-
-    Listener() {
-        parser.teamName = "Alpha";
-        parser.visualHandlers.push_back(&visual);
-        parser.senseBodyHandlers.push_back(&senseBody);
-        parser.refAudioHandlers.push_back(&refAudio);
-        parser.selfAudioHandlers.push_back(&selfAudio);
-        parser.playerAudioHandlers.push_back(&playerAudio);
-        parser.coachAudioHandlers.push_back(&coachAudio);
-        parser.scoreHandlers.push_back(&score);
-        parser.substitutionHandlers.push_back(&substitution);
-        parser.errorHandlers.push_back(&error);
-        parser.initMsgHandlers.push_back(&initMsg);
-        parser.serverParamHandlers.push_back(&serverParam);
-        parser.playerParamHandlers.push_back(&playerParam);
-        parser.playerTypeHandlers.push_back(&playerType);
-        parser.fullStateHandlers.push_back(&fullState);
-    }
-
-    int calls() const {
-        return visual.calls + senseBody.calls + refAudio.calls + selfAudio.calls +
-               playerAudio.calls + coachAudio.calls + score.calls + substitution.calls +
-               error.calls + initMsg.calls + serverParam.calls + playerParam.calls +
-               playerType.calls + fullState.calls;
-    }
+    RCC_Parser parser{0, "Alpha", 0};
+    int calls = 0;
+    Recorder<RCC_Visual> visual{parser.visualHandlers, calls};
+    Recorder<RCC_SenseBody> senseBody{parser.senseBodyHandlers, calls};
+    Recorder<RCC_RefAudio> refAudio{parser.refAudioHandlers, calls};
+    Recorder<RCC_SelfAudio> selfAudio{parser.selfAudioHandlers, calls};
+    Recorder<RCC_PlayerAudio> playerAudio{parser.playerAudioHandlers, calls};
+    Recorder<RCC_CoachAudio> coachAudio{parser.coachAudioHandlers, calls};
+    Recorder<RCC_Score> score{parser.scoreHandlers, calls};
+    Recorder<RCC_Substitution> substitution{parser.substitutionHandlers, calls};
+    Recorder<RCC_Error> error{parser.errorHandlers, calls};
+    Recorder<RCC_InitMsg> initMsg{parser.initMsgHandlers, calls};
+    Recorder<RCC_ServerParam> serverParam{parser.serverParamHandlers, calls};
+    Recorder<RCC_PlayerParam> playerParam{parser.playerParamHandlers, calls};
+    Recorder<RCC_PlayerType> playerType{parser.playerTypeHandlers, calls};
+    Recorder<RCC_FullState> fullState{parser.fullStateHandlers, calls};
 
     /// Whether exactly one handler was called and a record returned, or neither (then false).
     bool hears(std::string_view message) {
-        int const before = calls();
+        int const before = calls;
         RCC_Object* const record = parser.parse(RCC_String(message));
         RCC_Memory::remove(record);
-        if (calls() != before + (record != nullptr ? 1 : 0)) {
+        if (calls != before + (record != nullptr ? 1 : 0)) {
             throw RCC_Exception("a record was returned without a call, or a call made without it");
         }
         return record != nullptr;
     }
 };
+
+/// A test of what a listener hears.
+struct Listening : testing::Test, Listener {
+    /// Refuses each part, put between before and after.
+    void expectRefused(std::string const& before, std::vector<std::string> const& parts,
+                       std::string const& after) {
+        for (std::string const& part : parts) {
+            EXPECT_FALSE(hears(before + part + after)) << before << part << after;
+        }
+    }
+};
+
+/// " first first+1 ...", count numbers: with it, each value names its place in a message.
+inline std::string numbersFrom(int first, int count) {
+    std::string text;
+    for (int i = first; i < first + count; ++i) {
+        text.append(" ").append(std::to_string(i));
+    }
+    return text;
+}
