@@ -29,7 +29,7 @@ TEST_F(Angles, TrigonometryAgreesWithComplexNumbers) {
     }
 }
 
-TEST_F(Angles, BoundsOfInverseFunctions) {
+TEST_F(Angles, BoundsAndMarkers) {
     EXPECT_EQ(acosDeg(1.5F), 0);
     EXPECT_EQ(acosDeg(-2), 180);
     EXPECT_EQ(asinDeg(3), 90);
@@ -38,21 +38,7 @@ TEST_F(Angles, BoundsOfInverseFunctions) {
     EXPECT_NEAR(atan2Deg(0.0001F, -1), 180, 0.01);
     EXPECT_EQ(atan2Deg(0.00011F, 0), 90);
     EXPECT_EQ(atan2Deg(-0.0F, -1), -180);
-}
 
-TEST_F(Angles, NormalisedAnglesKeepTheirDirection) {
-    for (int i = 0; i < COUNT; ++i) {
-        const float a = number(-1e5F, 1e5F);
-        const float full = normalizeTo360Deg(a);
-        ASSERT_TRUE(full >= 0 && full < 360) << a;
-        ASSERT_LT(angleBetween(full, a), ROUNDING) << a;
-        const float half = normalizeTo180Deg(a);
-        ASSERT_TRUE(half >= -180 && half <= 180) << a;
-        ASSERT_EQ(angleBetween(half, a), 0) << a;
-    }
-}
-
-TEST_F(Angles, NormalisedBoundsAndMarkers) {
     for (const float wholeTurns : {720.0F, -360.0F, -0.0F}) {
         EXPECT_EQ(normalizeTo360Deg(wholeTurns), 0);
         EXPECT_FALSE(std::signbit(normalizeTo360Deg(wholeTurns)));
@@ -65,19 +51,26 @@ TEST_F(Angles, NormalisedBoundsAndMarkers) {
     EXPECT_LE(std::fabs(normalizeTo180Deg(-UNDEFINED_FLOAT)), 180); // and ends
     EXPECT_TRUE(std::isnan(normalizeTo180Deg(INF)));
     EXPECT_TRUE(std::isnan(normalizeTo360Deg(-INF)));
-}
 
-TEST_F(Angles, ConventionsConvertBothWays) {
     EXPECT_EQ(convertAngleTo180(180), -180);
     EXPECT_EQ(convertAngleTo360(180), 180);
     EXPECT_TRUE(std::signbit(convertAngleTo180(0)));
+}
 
+TEST_F(Angles, NormalisedAndConvertedAnglesKeepTheirDirection) {
     for (int i = 0; i < COUNT; ++i) {
-        const float clockwise = number(0, 360);
-        const float counter = convertAngleTo180(clockwise);
-        ASSERT_LE(std::fabs(counter), 180);
-        ASSERT_EQ(convertAngleTo360(counter), clockwise);
-        ASSERT_LT(angleBetween(counter, -clockwise), ROUNDING);
+        const float a = number(-1e5F, 1e5F);
+        const float full = normalizeTo360Deg(a);
+        ASSERT_TRUE(full >= 0 && full < 360) << a;
+        ASSERT_LT(angleBetween(full, a), ROUNDING) << a;
+        const float half = normalizeTo180Deg(a);
+        ASSERT_TRUE(half >= -180 && half <= 180) << a;
+        ASSERT_EQ(angleBetween(half, a), 0) << a;
+
+        const float counter = convertAngleTo180(full);
+        ASSERT_LE(std::fabs(counter), 180) << full;
+        ASSERT_EQ(angleBetween(counter, -full), 0) << full;
+        ASSERT_EQ(convertAngleTo360(counter), full);
     }
 }
 

@@ -15,10 +15,11 @@ TEST_F(Series, AgreesWithAddingUpTermByTerm) {
         const float ratio = i % 2 == 0 ? number(0.3F, 0.98F) : number(1.02F, 1.5F);
         double sum = 0;
         double term = first;
-        float n = 0;
-        for (; n <= static_cast<float>(i % 30); ++n, term *= ratio) {
+        const int length = 1 + i % 30;
+        for (int k = 0; k < length; ++k, term *= ratio) {
             sum += term;
         }
+        const auto n = static_cast<float>(length);
         const auto s = static_cast<float>(sum);
         ASSERT_NEAR(Geometry::getSumGeomSeries(first, ratio, n) / sum, 1, 1e-6);
         ASSERT_NEAR(Geometry::getFirstGeomSeries(s, ratio, n) / first, 1, 1e-6);
@@ -47,22 +48,18 @@ TEST_F(Series, SumsOutOfReachAndSenselessRatios) {
                           "(Geometry:getLengthGeomSeries): negative ratio\n");
 }
 
-TEST_F(Quadratic, FindsTheRootsItWasBuiltFrom) {
+TEST_F(Quadratic, FindsRootsAndWritesNothingElse) {
+    float s1 = 0;
+    float s2 = 0;
     for (int i = 0; i < COUNT; ++i) {
         const float low = number(-10, 10);
         const float high = low + number(0.1F, 10);
         const float a = number(0.5F, 3);
-        float s1 = 0;
-        float s2 = 0;
         ASSERT_EQ(Geometry::abcFormula(a, -a * (low + high), a * low * high, &s1, &s2), 2);
         ASSERT_NEAR(s1, high, 1e-3);
         ASSERT_NEAR(s2, low, 1e-3);
     }
-}
-
-TEST_F(Quadratic, WritesOnlyWhatItFinds) {
-    float s1 = 7;
-    float s2 = 8;
+    s2 = 8;
     EXPECT_EQ(Geometry::abcFormula(1, 0, 1, &s1, &s2), 0);
     EXPECT_EQ(Geometry::abcFormula(1, -2, 1.00002F, &s1, &s2), 1); // discriminant -0.00008
     EXPECT_EQ(s1, 1);

@@ -18,25 +18,18 @@ double distance(const Vector2D& v, Complex expected) {
     return std::abs(toComplex(v) - expected);
 }
 
-TEST_F(Vector, PolarIsClockwiseAndOrigIsCounterClockwise) {
-    EXPECT_LT(distance(Vector2D(2, 90, POLAR), {0, -2}), TOLERANCE);
+TEST_F(Vector, PolarFormsAndFramesAgreeWithComplexNumbers) {
+    EXPECT_LT(distance(Vector2D(2, 90, POLAR), {0, -2}), TOLERANCE); // clockwise
     for (int i = 0; i < COUNT; ++i) {
-        const float r = number(0, 100);
-        const float phi = number(-360, 360);
-        const Complex length = r;
-        ASSERT_LT(distance(Vector2D(r, phi, POLAR), length * unit(-phi)), TOLERANCE);
+        const float length = number(0, 100);
+        const float ang = number(-360, 360);
+        ASSERT_LT(distance(Vector2D(length, ang, POLAR), Complex(length) * unit(-ang)), TOLERANCE);
         Vector2D orig;
-        orig.setVector2D_Orig(r, phi, POLAR);
-        ASSERT_LT(distance(orig, length * unit(phi)), TOLERANCE);
-    }
-}
+        orig.setVector2D_Orig(length, ang, POLAR);
+        ASSERT_LT(distance(orig, Complex(length) * unit(ang)), TOLERANCE);
 
-TEST_F(Vector, FramesAgreeWithComplexNumbers) {
-    for (int i = 0; i < COUNT; ++i) {
         const Vector2D p = point();
         const Vector2D origin = point();
-        const float ang = number(-360, 360);
-
         Vector2D turned = p;
         ASSERT_EQ(turned.rotate(ang), turned);
         ASSERT_LT(distance(turned, toComplex(p) * unit(ang)), TOLERANCE);

@@ -16,11 +16,9 @@ struct Referee : Listening {
     }
 };
 
-using SenseBody = Listening;
-using Hear = Listening;
-using Status = Listening;
+using Kinds = Listening;
 
-TEST_F(SenseBody, ReadsEveryField) {
+TEST_F(Kinds, SenseBodyReadsEveryField) {
     ASSERT_TRUE(hears(SENSE_BODY));
     RCC_SenseBody const& body = senseBody.last;
     EXPECT_EQ(11, body.time);
@@ -36,7 +34,7 @@ TEST_F(SenseBody, ReadsEveryField) {
                            body.catches, body.moves, body.changeViews}));
 }
 
-TEST_F(SenseBody, ToleratesNewerGroupsButNeedsTheKnownOnes) {
+TEST_F(Kinds, SenseBodyToleratesNewerGroupsButNeedsTheKnownOnes) {
     std::string const message(SENSE_BODY.substr(0, SENSE_BODY.size() - 1));
     EXPECT_TRUE(hears(message + " (arm (movable 0) (target 0 0)) (card none))"));
     EXPECT_FALSE(hears(message + " arm)"));
@@ -113,7 +111,7 @@ TEST_F(Referee, OwnSideComesFromInitOrReconnectAndSurvivesGarbage) {
     EXPECT_EQ("4:-1", modeHeard("kick_off_l"));
 }
 
-TEST_F(Hear, TextsOfSelfPlayersAndCoaches) {
+TEST_F(Kinds, TextsOfSelfPlayersAndCoaches) {
     ASSERT_TRUE(hears(R"((hear 212 self "a(b).c+d"))"));
     EXPECT_EQ(212, selfAudio.last.time);
     EXPECT_EQ("a(b).c+d", selfAudio.last.text.view());
@@ -135,7 +133,7 @@ TEST_F(Hear, TextsOfSelfPlayersAndCoaches) {
     }
 }
 
-TEST_F(Hear, LongTextsAreCutAndForeignSpeakersIgnored) {
+TEST_F(Kinds, LongTextsAreCutAndForeignSpeakersIgnored) {
     std::string const text(2000, 'y');
     ASSERT_TRUE(hears("(hear 1 self \"" + text + "\")"));
     EXPECT_EQ(text.substr(0, 512), selfAudio.last.text.view());
@@ -145,7 +143,7 @@ TEST_F(Hear, LongTextsAreCutAndForeignSpeakersIgnored) {
                   ")");
 }
 
-TEST_F(Status, ScoreSubstitutionErrorAndFullState) {
+TEST_F(Kinds, ScoreSubstitutionErrorAndFullState) {
     ASSERT_TRUE(hears("(score 592 1 2)"));
     EXPECT_EQ(592, score.last.time);
     EXPECT_EQ(1, score.last.ours);

@@ -136,7 +136,7 @@ TEST_F(Visual, ToleratesMarksOfNewerServers) {
 
 TEST_F(Visual, RefusesWhatNoServerSends) {
     expectRefused("(see 1 ((",
-                  {"f z", "f t l 60", "f t l 500", "f  c", "g", "x", R"(p "Alpha" 0)",
+                  {"f z", "f t l 60", "f t l 500", "xf t l 10", "f  c", "g", "x", R"(p "Alpha" 0)",
                    R"(p "Alpha" 12)", R"(p "Alpha" 1.5)", R"(p "Alpha" 1 coach)", R"(p "" 1)",
                    "p Alpha 1", R"(P "Alpha")", "pp"},
                   ") 1 2))");
