@@ -103,9 +103,10 @@ struct NumericForm {
 };
 
 // clang-format off
-constexpr std::array<NumericForm, 9> numericForms{{
+constexpr std::array<NumericForm, 10> numericForms{{
     {"turn",       1, [](double a, double  ) -> Command { return Turn{a}; }},
-    {"dash",       1, [](double a, double  ) -> Command { return Dash{a}; }},
+    {"dash",       1, [](double a, double  ) -> Command { return Dash{a, 0.0}; }},
+    {"dash",       2, [](double a, double b) -> Command { return Dash{a, b}; }},
     {"kick",       2, [](double a, double b) -> Command { return Kick{a, b}; }},
     {"catch",      1, [](double a, double  ) -> Command { return Catch{a}; }},
     {"move",       2, [](double a, double b) -> Command { return Move{{a, b}}; }},
@@ -133,8 +134,14 @@ std::optional<Command> readCommand(std::string_view& s) {
     const std::string_view word = takeWord(s);
     if (word == "say") return readSay(s);
     if (word == "change_view") return readChangeView(s);
-    for (const NumericForm& form : numericForms)
-        if (form.word == word) return readNumeric(s, form);
+    for (const NumericForm& form : numericForms) {
+        if (form.word != word) continue;
+        std::string_view rest = s;
+        if (const auto command = readNumeric(rest, form)) {
+            s = rest;
+            return command;
+        }
+    }
     return std::ranges::count(ignoredWords, word) > 0 ? skipCommand(s) : std::nullopt;
 }
 

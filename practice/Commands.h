@@ -15,7 +15,7 @@ struct Turn {
     double moment;
 };
 struct Dash {
-    double power;
+    double power, dir;
 };
 struct Kick {
     double power, dir;

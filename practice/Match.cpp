@@ -102,11 +102,6 @@ void Match::send(const Player& player, std::string text) {
     outbox_.push_back({playerId(player), std::move(text)});
 }
 
-void Match::refuse(Player& player, std::string_view reply) {
-    ++player.refused;
-    send(player, std::string(reply));
-}
-
 std::vector<Outgoing> Match::takeOutbox() {
     return std::exchange(outbox_, {});
 }
@@ -128,7 +123,7 @@ struct Match::Execution {
     }
 
     void operator()(const Dash& command) {
-        if (mayUseBody()) dash(me, command.power);
+        if (mayUseBody()) dash(me, command.power, command.dir);
     }
 
     void operator()(const Kick& command) {
@@ -157,15 +152,18 @@ struct Match::Execution {
         if ((!anybody && !withBall) || !mayUseBody()) return;
         ++me.counts.move;
         if (withBall && me.goalieMoves++ >= wholeParameter("goalieMaxMoves"))
-            return match.refuse(me, "(error too_many_moves)");
+            return match.send(me, "(error too_many_moves)");
         me.pos = cutToRunOff(command.pos * sign(me.side));
         me.halt();
         if (world.mode == Phase::beforeKickOff && command.pos.x >= -playerSize)
-            match.refuse(me, "(warning moving_to_opponent_field)");
+            match.send(me, "(warning moving_to_opponent_field)");
     }
 
     void operator()(const TurnNeck& command) {
-        if (std::exchange(me.neckUsed, true)) return;
+        if (std::exchange(me.neckUsed, true)) {
+            ++me.spareNeckTurns;
+            return;
+        }
         turnNeck(me, command.moment);
         ++me.counts.turnNeck;
     }
@@ -218,7 +216,9 @@ void Match::executeReceived() {
             CommandReader reader(datagram);
             while (const auto command = player.active ? reader.next() : std::nullopt)
                 std::visit(Execution{*this, player}, *command);
-            if (reader.failed()) refuse(player, illegalForm);
+            if (!reader.failed()) continue;
+            ++player.refused;
+            send(player, std::string(illegalForm));
         }
     }
 }

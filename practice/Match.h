@@ -60,7 +60,6 @@ private:
     Side sideOf(const std::string& team);
     int freeNumber(const Introduction& client, Side side) const;
     void send(const Player& player, std::string text);
-    void refuse(Player& player, std::string_view reply);
     void executeReceived();
     void step();
     void sendSights();

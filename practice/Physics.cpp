@@ -51,7 +51,7 @@ void applyDash(Player& p) {
     p.extra = std::min(p.extra, p.stamina + p.extra - spent);
     p.stamina = std::max(0.0, p.stamina - spent);
     const double power = backwards ? -spent / 2.0 : spent;
-    p.acc += polar(p.effort * power * parameter("dashPowerRate"), p.body);
+    p.acc += polar(p.effort * power * parameter("dashPowerRate"), p.body + p.dashDir);
 }
 
 void applyTurns(Player& p) {
@@ -189,8 +189,9 @@ void turnNeck(Player& player, double momentDeg) {
         toRad(std::clamp(momentDeg, parameter("minNeckMoment"), parameter("maxNeckMoment")));
 }
 
-void dash(Player& player, double power) {
+void dash(Player& player, double power, double dirDeg) {
     player.dashing = true;
+    player.dashDir = toRad(dirDeg);
     player.dashPower = std::clamp(power, minDashPower, parameter("maxPower"));
 }
 

@@ -15,7 +15,7 @@ void turn(Player& player, double momentDeg, Random& random);
 // Effect at the next step, exact; the neck stays within +-90 degrees of the body.
 void turnNeck(Player& player, double momentDeg);
 // Effect at the start of the next step.
-void dash(Player& player, double power);
+void dash(Player& player, double power, double dirDeg = 0.0);
 // Accelerates the ball; false, and no effect, when it is out of reach.
 bool kick(World& world, const Player& player, double power, double dirDeg, Random& random);
 // A goalie jumps to the ball and turns to it; false, and no effect, when the ball is not in its

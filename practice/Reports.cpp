@@ -112,7 +112,7 @@ std::string results(const World& world, const Statistics& statistics) {
         if (!p.joined) continue;
         const auto& [kick, dash, turn, say, turnNeck, catches, move, changeView] = p.counts;
         appendRow(out, "player", letter(p.side), p.unum, kick, dash, turn, say, turnNeck, catches,
-                  move, changeView, p.refused, p.lost ? 1 : 0);
+                  move, changeView, p.refused, p.lost ? 1 : 0, p.spareNeckTurns);
     }
     return out;
 }

@@ -94,12 +94,14 @@ struct Player : Movable {
     int catchBan = 0;            // steps until the goalie may try again
     int goalieMoves = 0;         // with the ball it holds now
     Table<int, 2> hearing{1, 1}; // capacity for messages of own team, of opponents
-    int refused = 0;             // errors and warnings it was sent
+    int refused = 0;             // datagrams that could not be understood
+    int spareNeckTurns = 0;      // beyond the one that a cycle allows
     bool lost = false;           // it left before the end of the match
 
     // Commands of the running cycle, cleared by the step.
     bool bodyUsed = false, neckUsed = false, dashing = false;
     double dashPower = 0.0;
+    double dashDir = 0.0;                        // radians, relative to the body
     double pendingTurn = 0.0, pendingNeck = 0.0; // radians
 
     double gaze() const { return normalized(body + neck); }

@@ -172,7 +172,8 @@ TEST(Match, OneBodyCommandACycleAndOnlyWhatWorksCounts) {
     g.step();
     EXPECT_EQ(g.count(id, "(warning moving_to_opponent_field)"), 1);
     EXPECT_LT(p.pos.x, 0.0); // moved back by the referee
-    EXPECT_EQ(p.refused, 2);
+    EXPECT_EQ(p.refused, 1); // the warning is none
+    EXPECT_EQ(p.spareNeckTurns, 1);
 }
 
 TEST(Match, HearingIsLimitedPerTeamAndRelativeToTheBody) {

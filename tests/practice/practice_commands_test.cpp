@@ -42,6 +42,7 @@ TEST(Commands, NumbersInAllTheirForms) {
     EXPECT_EQ(only<Turn>("(turn 10)").moment, 10.0);
     EXPECT_EQ(only<Turn>("( turn\t+.5 )\n").moment, 0.5);
     EXPECT_EQ(only<Dash>("(dash -1.5e1)").power, -15.0);
+    EXPECT_EQ(only<Dash>("(dash 50 -90)").dir, -90.0);
     EXPECT_EQ(only<Kick>("(kick 100 -30.000000)").dir, -30.0);
     EXPECT_EQ(only<Move>("(move -10 5)").pos.x, -10.0);
     for (const char* bad :
