@@ -2,13 +2,12 @@
 
 #include <charconv>
 #include <cmath>
-#include <functional>
-#include <random>
 #include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
 
+#include "player/Point.h"
 #include "practice/Commands.h"
 #include "practice/Physics.h"
 #include "support/AgentHarness.h"
@@ -16,9 +15,9 @@
 /// The numbers in a command's text.
 inline std::vector<double> numbersIn(std::string_view command) {
     std::vector<double> numbers;
-    for (std::size_t at = command.find(' '); at != command.npos; at = command.find(' ', at + 1)) {
+    for (std::size_t i = command.find(' '); i != command.npos; i = command.find(' ', i + 1)) {
         double value = 0.0;
-        std::from_chars(command.data() + at + 1, command.data() + command.size(), value);
+        std::from_chars(command.data() + i + 1, command.data() + command.size(), value);
         numbers.push_back(value);
     }
     return numbers;
@@ -70,18 +69,31 @@ public:
         auto const clockwise = [](double radians) {
             return normalizeTo360Deg(static_cast<float>(-practice::toDeg(radians)));
         };
-        placeMyself(static_cast<float>(me.pos.x), static_cast<float>(me.pos.y), clockwise(me.body));
+        Vector2D const pos = at(me.pos.x, me.pos.y);
+        placeMyself(pos.x, pos.y, clockwise(me.body));
         Myself& self = world.myself();
         self.headDirection = clockwise(me.gaze());
         self.bodyInfo.headAngle = static_cast<float>(-practice::toDeg(me.neck));
         self.bodyInfo.speedAmount = static_cast<float>(me.vel.length());
-        self.velocity =
-            Vector2D(static_cast<float>(me.vel.x), static_cast<float>(me.vel.y), CARTESIAN) /
-            Player::DECAY;
-        practice::Movable const& b = pitch.ball;
-        placeBall(static_cast<float>(b.pos.x), static_cast<float>(b.pos.y),
-                  static_cast<float>(b.vel.x), static_cast<float>(b.vel.y));
+        self.velocity = at(me.vel.x, me.vel.y) / Player::DECAY;
+        world.ball().position = at(pitch.ball.pos.x, pitch.ball.pos.y);
+        world.ball().velocity = at(pitch.ball.vel.x, pitch.ball.vel.y);
         startCycle();
+    }
+
+    /// Puts the player and the ball there and tells the agent.
+    void show(double x, double y, double bodyDeg, double ballX, double ballY, double vx = 0.0,
+              double vy = 0.0) {
+        put(x, y, bodyDeg);
+        putBall(ballX, ballY, vx, vy);
+        perceive();
+    }
+
+    /// The first word and the numbers of the main command.
+    std::string word() const { return wordOf(mainCommand()); }
+    double number(std::size_t i) const {
+        std::vector<double> const numbers = numbersIn(mainCommand());
+        return i < numbers.size() ? numbers[i] : NAN;
     }
 
     /// Carries out what is queued and lets a cycle pass.

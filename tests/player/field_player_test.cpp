@@ -4,8 +4,9 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <set>
 
-#include "Stage.h"
+#include "player/Stage.h"
 
 namespace {
 
@@ -14,23 +15,18 @@ std::string decided(Stage& stage, int mode) {
     stage.world.situation().currentTime = stage.world.cycleOfLastSee() + 1;
     stage.world.situation().playMode = mode;
     stage.decide();
-    std::string words = wordOf(stage.mainCommand());
-    for (std::string const& other : stage.otherCommands())
+    std::string words = stage.word();
+    for (std::string const& other : stage.otherCommands()) {
         words += '+' + wordOf(other);
+    }
     return words;
-}
-
-double kickTurn(Stage const& stage) {
-    return numbersIn(stage.mainCommand()).at(1);
 }
 
 /// Number 10 with the ball at its foot, in front of its home, facing their goal; set pieces start
 /// afresh.
 void atSetPiece(Stage& stage, double x = 20) {
     decided(stage, PM_PLAY_ON);
-    stage.put(x, 0, 0);
-    stage.putBall(x + 0.4, 0);
-    stage.perceive();
+    stage.show(x, 0, 0, x + 0.4, 0);
 }
 
 } // namespace
@@ -48,13 +44,10 @@ TEST(FieldPlayer, DoesWhatThePlayModeAsks) {
         corner, corner, place, place, back, back, none,  place, place, place, place};
     // clang-format on
     Stage stage(7); // initial position (-10, 0)
+    stage.addTeammate(4, -30, 20);
     for (int mode = 0; mode <= 45; ++mode) {
         auto const play = [&](double x) {
-            stage.put(x, 0, 100);
-            stage.putBall(-30, 20);
-            stage.perceive();
-            stage.world.situation().myTeam.players.resize(1);
-            stage.addTeammate(4, -30, 20);
+            stage.show(x, 0, 100, -30, 20);
             return decided(stage, mode);
         };
         bool const backPass = mode == 32 || mode == 33;
@@ -71,7 +64,7 @@ TEST(FieldPlayer, DoesWhatThePlayModeAsks) {
         if (afterGoal) continue;
         bool const facesGoal = mode == 14 || mode == 15;
         double const target = facesGoal ? 0 : practice::toDeg(std::atan2(20, -19.1));
-        EXPECT_NEAR(numbersIn(stage.mainCommand())[0], turned(target - 100), 0.01);
+        EXPECT_NEAR(stage.number(0), turned(target - 100), 0.01);
     }
 }
 
@@ -94,23 +87,22 @@ TEST(FieldPlayer, TakesSetPieces) {
             EXPECT_EQ(decided(stage, c.mode), "kick+turn_neck") << c.mode;
             EXPECT_EQ(decided(stage, PM_OUR_KICK_IN), "kick+turn_neck");
             EXPECT_EQ(decided(stage, c.mode), "kick+turn_neck");
-            EXPECT_NEAR(numbersIn(stage.mainCommand())[0], c.power, 0.1) << c.mode;
-            EXPECT_NEAR(kickTurn(stage), practice::toDeg(c.direction), 0.2) << c.mode;
+            EXPECT_NEAR(stage.number(0), c.power, 0.1) << c.mode;
+            EXPECT_NEAR(stage.number(1), practice::toDeg(c.direction), 0.2) << c.mode;
         }
     }
 }
 
 TEST(FieldPlayer, PassesFromSetPiecesAndLeavesThemToOthers) {
-    {
-        Stage stage(10);
-        atSetPiece(stage);
-        stage.addTeammate(11, 40, 20);
-        for (int cycle = 1; cycle <= 35; ++cycle)
-            decided(stage, PM_OUR_FREE_KICK);
-        // The cycle of the pass is the fallback's as well.
-        EXPECT_EQ(decided(stage, PM_OUR_FREE_KICK), "kick+turn_neck");
-        EXPECT_NEAR(kickTurn(stage), 0, 0.1);
+    Stage passer(10);
+    atSetPiece(passer);
+    passer.addTeammate(11, 40, 20);
+    for (int cycle = 1; cycle <= 36; ++cycle) {
+        decided(passer, PM_OUR_FREE_KICK);
     }
+    // The cycle of the pass is the fallback's as well.
+    EXPECT_NEAR(passer.number(1), 0, 0.1);
+
     for (double const goalieX : {-45.5, -48.7}) { // with the ball at hand, and too far off
         Stage stage(3);
         atSetPiece(stage, -47);
@@ -122,18 +114,17 @@ TEST(FieldPlayer, PassesFromSetPiecesAndLeavesThemToOthers) {
 
 TEST(FieldPlayer, KicksOffToEitherCorner) {
     Stage stage(10);
-    bool left = false;
-    bool right = false;
+    std::set<double> aims;
     for (unsigned seed = 0; seed < 20; ++seed) {
         atSetPiece(stage, 0);
         srandom(seed);
-        bool const even = random() % 2 == 0;
+        double const corner = random() % 2 == 0 ? 34 : -34;
         srandom(seed);
         decided(stage, PM_OUR_KICK_OFF);
-        EXPECT_NEAR(kickTurn(stage), practice::toDeg(std::atan2(even ? 34 : -34, 52)), 0.1);
-        (even ? right : left) = true;
+        EXPECT_NEAR(stage.number(1), practice::toDeg(std::atan2(corner, 52)), 0.1);
+        aims.insert(corner);
     }
-    EXPECT_TRUE(left && right);
+    EXPECT_EQ(aims.size(), 2U);
 }
 
 TEST(FieldPlayer, PlaysOn) {
@@ -142,44 +133,39 @@ TEST(FieldPlayer, PlaysOn) {
         int unum;
         double x, ballX;
         char const* words;
-        double power, direction;
+        double power, aimX = 0, aimY = 0;
         bool attacked = false;
     };
     constexpr double ANY = 0;
-    for (Case const& c : {Case{"shoots", 10, 35, 35.4, "kick", 200, std::atan2(5.51, 17)},
-                          Case{"is attacked and plays on", 10, 35, 35.4, "kick+turn_neck", 200,
-                               std::atan2(5.51, 17), true},
-                          Case{"dribbles", 10, 16, 16.4, "kick", 30, 0},
-                          Case{"shoots from afar as number 10", 10, 10, 10.4, "kick+turn_neck", 200,
-                               std::atan2(5.51, 42)},
-                          Case{"shoots from its own half", 7, -5, -4.6, "kick+turn_neck", 200,
-                               std::atan2(5.51, 57)},
-                          Case{"plays to number 10", 7, 10, 10.4, "kick", ANY, 0},
-                          Case{"runs for the ball", 7, 0, 9, "dash+turn_neck", 100, ANY}}) {
+    // clang-format off
+    for (Case const& c : {
+        Case{"shoots",                          10, 35, 35.4, "kick",           200, 52, 5.51},
+        Case{"is attacked and plays on",        10, 35, 35.4, "kick+turn_neck", 200, 52, 5.51, true},
+        Case{"dribbles",                        10, 16, 16.4, "kick",            30, 40, 0},
+        Case{"shoots from afar as number 10",   10, 10, 10.4, "kick+turn_neck", 200, 52, 5.51},
+        Case{"shoots from its own half",         7, -5, -4.6, "kick+turn_neck", 200, 52, 5.51},
+        Case{"plays to number 10",               7, 10, 10.4, "kick",           ANY, 40, 0},
+        Case{"runs for the ball",                7,  0,    9, "dash+turn_neck", 100}}) {
+        // clang-format on
         Stage stage(c.unum);
-        stage.put(c.x, 0, 0);
-        stage.putBall(c.ballX, 0);
-        stage.perceive();
+        stage.show(c.x, 0, 0, c.ballX, 0);
         if (c.attacked) stage.addOpponent(4, static_cast<float>(c.x), 2);
         stage.world.myself().headDirection = 10; // so that the neck has something to do
         EXPECT_EQ(decided(stage, PM_PLAY_ON), c.words) << c.what;
-        std::vector<double> const numbers = numbersIn(stage.mainCommand());
-        EXPECT_TRUE(c.power == ANY || std::abs(numbers[0] - c.power) < 0.1) << c.what;
-        if (wordOf(stage.mainCommand()) == "kick") {
-            EXPECT_NEAR(kickTurn(stage), practice::toDeg(c.direction), 0.1) << c.what;
+        EXPECT_TRUE(c.power == ANY || std::abs(stage.number(0) - c.power) < 0.1) << c.what;
+        if (c.aimX != 0) {
+            double const direction = practice::toDeg(std::atan2(c.aimY, c.aimX - c.x));
+            EXPECT_NEAR(stage.number(1), direction, 0.1) << c.what;
         }
     }
     Stage stage(7);
-    stage.put(0, 0, 0);
-    stage.putBall(0.4, 0);
-    stage.perceive();
+    stage.show(0, 0, 0, 0.4, 0);
     stage.addTeammate(9, 30, 20);
     EXPECT_EQ(decided(stage, PM_PLAY_ON), "kick"); // to the free one
-    EXPECT_NEAR(kickTurn(stage), practice::toDeg(std::atan2(20, 30)), 0.1);
-    stage.putBall(15, -3);
-    stage.perceive();
+    EXPECT_NEAR(stage.number(1), practice::toDeg(std::atan2(20, 30)), 0.1);
+    stage.show(0, 0, 0, 15, -3);
     EXPECT_EQ(decided(stage, PM_PLAY_ON), "turn"); // for the ball
-    EXPECT_NEAR(numbersIn(stage.mainCommand())[0], practice::toDeg(std::atan2(-3, 15)), 0.1);
+    EXPECT_NEAR(stage.number(0), practice::toDeg(std::atan2(-3, 15)), 0.1);
     stage.addTeammate(8, 15, 1); // nearer to it, so to its own place, with an eye on the ball
     EXPECT_EQ(decided(stage, PM_PLAY_ON), "dash+turn_neck");
     stage.world.ball().position.x = UNDEFINED_FLOAT;
@@ -188,13 +174,11 @@ TEST(FieldPlayer, PlaysOn) {
 
 TEST(FieldPlayer, ReportsTheBallInACycleThatHasHadItsSee) {
     Stage stage(10);
-    stage.put(0, 0, 0);
-    stage.putBall(20, 0);
-    stage.perceive();
+    stage.show(0, 0, 0, 20, 0);
     auto const reports = [&stage](int cycle) {
         stage.world.situation().currentTime = cycle;
-        std::vector<std::string> const others = (stage.decide(), stage.otherCommands());
-        return std::count(others.begin(), others.end(), "(say \"vxKx0x0x0\")");
+        stage.decide();
+        return std::ranges::count(stage.otherCommands(), "(say \"vxKx0x0x0\")");
     };
     stage.world.situation().currentTime = 12;
     stage.world.setTimeLastSee();
@@ -208,22 +192,17 @@ TEST(FieldPlayer, AsksForWellTimedSeesBeforeTheKickOff) {
     Stage stage(7);
     stage.put(-30, 0, 0);
     stage.perceive();
-    stage.effectors.init("Ours", false);
-    stage.server.receive();
     BodyInfo& info = stage.world.myself().bodyInfo;
     info.viewWidth = static_cast<int>(ViewMode::narrow);
     info.viewQuality = static_cast<int>(ViewQuality::low);
     stage.world.setTimeLastSB();
     EXPECT_EQ(decided(stage, PM_BEFORE_KICK_OFF), "move"); // no see yet
-    while (!stage.world.seeIsNewerThanSenseBody())
-        stage.world.setTimeLastSee();
-    EXPECT_EQ(decided(stage, PM_BEFORE_KICK_OFF), "+change_view");
-    info.viewWidth = static_cast<int>(ViewMode::wide);
-    stage.world.setTimeLastSB();
-    while (!stage.world.seeIsNewerThanSenseBody()) {
+    while (!stage.world.seeIsNewerThanSenseBody()) {       // one see, right after the sense_body
         stage.world.setTimeLastSB();
         stage.world.setTimeLastSee();
     }
+    EXPECT_EQ(decided(stage, PM_BEFORE_KICK_OFF), "+change_view");
+    info.viewWidth = static_cast<int>(ViewMode::wide);
     EXPECT_EQ(decided(stage, PM_BEFORE_KICK_OFF), "");
     EXPECT_EQ(stage.server.receive().value_or("").substr(0, 25), "(change_view normal high)");
     EXPECT_EQ(decided(stage, PM_BEFORE_KICK_OFF), "move"); // settled

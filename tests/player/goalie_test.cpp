@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "Stage.h"
+#include <tuple>
+
+#include "player/Stage.h"
 
 namespace {
 
@@ -10,23 +12,19 @@ std::string decided(Stage& stage, int mode, int cycle) {
     stage.world.situation().currentTime = cycle;
     stage.world.situation().playMode = mode;
     stage.decide();
-    return wordOf(stage.mainCommand());
+    return stage.word();
 }
 
 /// A goalkeeper whose earlier catches and kicks are forgotten.
 class Keeper : public Stage {
 public:
     Keeper() : Stage(1, true) {
-        put(-48, 0, 0);
-        putBall(0, 0);
-        perceive();
+        show(-48, 0, 0, 0, 0);
         decided(*this, PM_HALF_TIME, 0);
         decided(*this, PM_PLAY_ON, 0);
     }
     void takeBall(double x = -48, double y = 0, double bodyDeg = 0) {
-        put(x, y, bodyDeg);
-        putBall(x + 0.4, y);
-        perceive();
+        show(x, y, bodyDeg, x + 0.4, y);
     }
 };
 
@@ -54,15 +52,9 @@ TEST(Goalie, RunsOutOnlyForBallsInItsArea) {
           Case{-34, 15, 1, 0.5, false}, Case{-40, 21, 0, 0, false}}) {
         Keeper keeper;
         practice::Vec const guard = practice::polar(7.01, std::atan2(c.y, c.x + 52));
-        keeper.put(guard.x - 52, guard.y, 0);
-        keeper.putBall(c.x, c.y, c.vx, c.vy);
-        keeper.perceive();
+        keeper.show(guard.x - 52, guard.y, 0, c.x, c.y, c.vx, c.vy);
         EXPECT_EQ(decided(keeper, PM_PLAY_ON, 50), c.runsOut ? "turn" : "") << c.x << ' ' << c.y;
     }
-    Keeper keeper;
-    keeper.world.ball().position.x = UNDEFINED_FLOAT;
-    EXPECT_EQ(decided(keeper, PM_PLAY_ON, 50), "turn");
-    EXPECT_EQ(keeper.mainCommand(), "(turn 45.000000)");
 }
 
 TEST(Goalie, GuardsTheLineBetweenBallAndGoal) {
@@ -82,10 +74,8 @@ TEST(Goalie, GuardsTheLineBetweenBallAndGoal) {
         double const y = 7.01 * std::sin(way);
         if (x < -50) continue; // too steep to say
 
-        keeper.put(draw(-51, -30), draw(-20, 20), draw(-180, 180));
-        practice::Vec const me = keeper.body().pos;
-        keeper.putBall(ballX, ballY, motion.x, motion.y);
-        keeper.perceive();
+        practice::Vec const me{draw(-51, -30), draw(-20, 20)};
+        keeper.show(me.x, me.y, draw(-180, 180), ballX, ballY, motion.x, motion.y);
         SkillPool::goaliePositioning();
         std::string const command = keeper.mainCommand();
         double const distance = std::hypot(x - me.x, y - me.y);
@@ -104,7 +94,7 @@ TEST(Goalie, GuardsTheLineBetweenBallAndGoal) {
         if (std::abs(turn) < 8) {
             EXPECT_EQ(command, backwards ? "(dash -100.000000)" : "(dash 100.000000)");
         } else {
-            EXPECT_NEAR(numbersIn(command).at(0), turn, 0.05 + 0.1 / distance);
+            EXPECT_NEAR(keeper.number(0), turn, 0.05 + 0.1 / distance);
         }
     }
 }
@@ -116,7 +106,7 @@ TEST(Goalie, TakesItsFreeKickAfterFiftyCycles) {
         EXPECT_EQ(decided(keeper, PM_OUR_FREE_KICK, 200 + call), "") << call;
     }
     EXPECT_EQ(decided(keeper, PM_OUR_FREE_KICK, 251), "turn"); // towards their goal line
-    EXPECT_NEAR(numbersIn(keeper.mainCommand())[0], -11, 0.01);
+    EXPECT_NEAR(keeper.number(0), -11, 0.01);
     for (double const facing : {9.9, -9.9}) {
         keeper.takeBall(-48, 0, facing);
         EXPECT_EQ(decided(keeper, PM_OUR_FREE_KICK, 252), "move");
@@ -129,8 +119,7 @@ TEST(Goalie, TakesItsFreeKickAfterFiftyCycles) {
     EXPECT_NE(decided(keeper, PM_PLAY_ON, 257), "catch");
     EXPECT_EQ(decided(keeper, PM_PLAY_ON, 258), "catch");
     EXPECT_EQ(decided(keeper, PM_OUR_FREE_KICK, 259), ""); // waits again after play on
-    keeper.putBall(-30, 0);
-    keeper.perceive();
+    keeper.show(-38, -9.1, 0, -30, 0);
     EXPECT_NE(decided(keeper, PM_OUR_FREE_KICK, 260), ""); // not its own
 }
 
@@ -144,21 +133,20 @@ TEST(Goalie, KicksOffFromTheSideWithFewerOpponentsForEachTeamMate) {
           Case{2, 2, 2, 2, true}, Case{1, 1, 1, 2, true}, Case{1, 1, 2, 1, false},
           Case{1, 2, 1, 2, false}, Case{2, 1, 2, 1, true}, Case{3, 2, 1, 1, true}}) {
         Keeper keeper;
-        keeper.put(-48, 30, 0);
-        keeper.perceive();
+        keeper.show(-48, 30, 0, 0, 0);
         // Where the two spaces do not overlap.
-        auto const fill = [](int count, auto const& add, float y) {
-            for (int i = 0; i < count; ++i)
-                add(2 + i, -20.0F, y);
-        };
-        auto const opponent = [&](int n, float x, float y) { keeper.addOpponent(n, x, y); };
-        auto const mate = [&](int n, float x, float y) { keeper.addTeammate(n, x, y); };
-        fill(c.opponentsLeft, opponent, -20);
-        fill(c.opponentsRight, opponent, 20);
-        fill(c.matesLeft, mate, -20);
-        fill(c.matesRight, mate, 20);
+        for (auto const& [opponents, mates, y] :
+             {std::tuple(c.opponentsLeft, c.matesLeft, -20.0F),
+              std::tuple(c.opponentsRight, c.matesRight, 20.0F)}) {
+            for (int i = 0; i < opponents; ++i) {
+                keeper.addOpponent(2 + i, -20.0F, y);
+            }
+            for (int i = 0; i < mates; ++i) {
+                keeper.addTeammate(2 + i, -20.0F, y);
+            }
+        }
         Vector2D const point = SkillPool::findGoalieKickOffPoint();
-        EXPECT_EQ(point, Vector2D(-38, c.right ? 12.0F : -12.0F, CARTESIAN))
+        EXPECT_EQ(point, at(-38, c.right ? 12 : -12))
             << c.opponentsLeft << c.opponentsRight << c.matesLeft << c.matesRight;
     }
 }
@@ -171,13 +159,10 @@ TEST(Goalie, DoesWhatThePlayModeAsks) {
         bool const idle = mode == 32 || mode == 37;
         for (double const x : {-48.9, -49.1}) {
             Keeper keeper;
-            keeper.put(x, 0, -60);
-            keeper.putBall(0, -20);
-            keeper.perceive();
-            bool const always = guards || mode == PM_PLAY_ON || mode == PM_OUR_FREE_KICK;
-            bool const acts = always || (x > -49 && !idle);
+            keeper.show(x, 0, -60, 0, -20);
+            bool const scans = guards || mode == PM_PLAY_ON || mode == PM_OUR_FREE_KICK;
+            bool const acts = scans || (x > -49 && !idle);
             EXPECT_EQ(decided(keeper, mode, 50), !acts ? "" : putBack ? "move" : "turn") << mode;
-            bool const scans = (guards || mode == 3 || mode == 8);
             keeper.world.ball().position.x = UNDEFINED_FLOAT;
             decided(keeper, mode, 50);
             EXPECT_EQ(keeper.mainCommand() == "(turn 45.000000)", scans) << mode;

@@ -1,33 +1,19 @@
-// News for the world model: what messages make of it, in which order, and how main waits for them.
+// News for the world model: what messages make of it, and in which order.
 
 #include <chrono>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <thread>
 
+#include "player/Point.h"
 #include "practice/Parameters.h"
 #include "sensing/Sensors.h"
 #include "support/AgentHarness.h"
+#include "support/Scenes.h"
 
-using support::AgentHarness;
+using support::senseBody;
 
 namespace {
-
-std::string senseBody(int time, char const* speed = "0 0", char const* headAngle = "0") {
-    return "(sense_body " + std::to_string(time) +
-           " (view_mode low wide) (stamina 7984.8 0.87) (speed " + speed + ") (head_angle " +
-           headAngle +
-           ") (kick 1) (dash 2) (turn 3) (say 4) (turn_neck 5) (catch 6) (move 7) (change_view 8))";
-}
-
-void expectNear(Vector2D expected, Vector2D actual, std::string const& what = "") {
-    EXPECT_NEAR(expected.x, actual.x, 1e-4) << what;
-    EXPECT_NEAR(expected.y, actual.y, 1e-4) << what;
-}
-
-Vector2D at(double x, double y) {
-    return {static_cast<float>(x), static_cast<float>(y), CARTESIAN};
-}
 
 /// At the origin of a left-hand agent that faces (and without lines is taken to face) the other
 /// goal. Server directions are clockwise with y down, as the frame is: 90 is +y.
@@ -42,22 +28,32 @@ protected:
         agent.receive(message);
         return world.integrateSensorInfo();
     }
+    /// A sense_body with that speed, straight ahead.
+    void feel(int time, std::string const& speed) {
+        integrate(senseBody(time, "high normal", speed + " 0"));
+    }
+    int afterReferee(std::string const& word) {
+        situation.playMode = -7;
+        integrate("(hear 20 referee " + word + ")");
+        return situation.playMode;
+    }
 
-    AgentHarness agent;
+    support::AgentHarness agent;
     WorldModel& world = agent.world;
+    Ball& ball = agent.world.ball();
     Situation& situation = agent.world.situation();
     std::vector<Player> const& mine = agent.world.teammates();
 };
 
 TEST_F(IntegrationTest, BodyReport) {
-    EXPECT_TRUE(integrate(senseBody(17, "0.4 -30", "25")));
+    EXPECT_TRUE(integrate(senseBody(17, "low wide", "0.4 -30", "25")));
     BodyInfo const& info = world.myself().bodyInfo;
     EXPECT_EQ(17, world.currentTime());
     EXPECT_EQ(17, info.time);
     EXPECT_EQ(1, info.viewQuality);
     EXPECT_EQ(2, info.viewWidth);
-    EXPECT_EQ(7984.8F, info.stamina);
-    EXPECT_EQ(0.87F, info.effort);
+    EXPECT_EQ(8000.0F, info.stamina);
+    EXPECT_EQ(1.0F, info.effort);
     EXPECT_EQ(0.4F, info.speedAmount);
     EXPECT_EQ(-30.0F, info.speedDirection);
     EXPECT_EQ(-25.0F, info.headAngle);
@@ -68,7 +64,7 @@ TEST_F(IntegrationTest, BodyReport) {
 }
 
 TEST_F(IntegrationTest, SeeingPlayers) {
-    integrate(senseBody(5, "0.4 0"));
+    feel(5, "0.4");
     world.myself().position = at(1, 2);
     EXPECT_TRUE(integrate("(see 5 ((p \"Ours\" 3) 10 30 0.2 90 45 -100) ((p \"Theirs\" 1 goalie) 2 "
                           "-90 -0.4 0 1 2) ((p \"Ours\") 20 180) ((p) 4 0))"));
@@ -88,7 +84,6 @@ TEST_F(IntegrationTest, SeeingPlayers) {
     expectNear(at(-19, 2), mine[2].position);
     expectNear(at(1, 0), mine[2].velocity); // no motion told
     EXPECT_EQ(0, mine[2].unum);
-    EXPECT_TRUE(std::isinf(mine[2].bodyDirection) && std::isinf(mine[2].headDirection));
 
     ASSERT_EQ(1U, world.opponents().size());
     expectNear(at(1, 0), world.opponents()[0].position);
@@ -103,31 +98,24 @@ TEST_F(IntegrationTest, SeeingPlayers) {
 }
 
 TEST_F(IntegrationTest, VelocityOfASeenBall) {
-    constexpr char const* ALLY = "((p \"Ours\" 3) 10 0 0.2 90 0 0)";   // (1, 0.5)
-    constexpr char const* ENEMY = "((p \"Theirs\" 2) 10 0 0.4 0 0 0)"; // (2, 0)
-    constexpr char const* UNKNOWN = "((p) 40 0)";                      // (1, 0)
+    std::string const ally = "((p \"Ours\" 3) 10 0 0.2 90 0 0)";    // (1, 0.5)
+    std::string const enemy = "((p \"Theirs\" 2) 10 0 0.4 0 0 0) "; // (2, 0)
     struct Case {
         std::string objects;
         int cyclesSinceVelocity;
         Vector2D velocity;
     };
-    std::vector<Case> const cases = {
-        {"((b) 10 30 0.5 90)", 9, at(0.433013 + 0.4, 0.25)},
-        {"((b) 10 30)", 0, at(0, 0)},
-        {std::string("((b) 10 30)") + ALLY, 2, at(1, 0.5)},
-        {std::string("((b) 10 30)") + ALLY, 3, at(0, 0)},
-        {std::string("((b) 10 30)") + ENEMY + ALLY, 2, at(2, 0)},
-        {std::string("((b) 10 30)") + UNKNOWN + ENEMY + ALLY, 2, at(1, 0)},
-    };
-    integrate(senseBody(50, "0.4 0"));
-    for (Case const& c : cases) {
+    for (Case const& c :
+         {Case{"((b) 10 30 0.5 90)", 9, at(0.433013 + 0.4, 0.25)}, Case{"((b) 10 30)", 0, at(0, 0)},
+          Case{"((b) 10 30)" + ally, 3, at(0, 0)}, Case{"((b) 10 30)" + enemy + ally, 2, at(2, 0)},
+          Case{"((b) 10 30) ((p) 40 0)" + enemy + ally, 2, at(1, 0)}}) {
+        feel(50, "0.4");
         world.myself().position = at(0, 0);
         situation.ballVelocitySeenTime = 50 - c.cyclesSinceVelocity;
         situation.ballSeenTime = 0;
-        agent.placeBall(9, 9, 2, 2);
         integrate("(see 50 " + c.objects + ")");
-        expectNear(at(8.660254, 5), world.ball().position, c.objects);
-        expectNear(c.velocity, world.ball().velocity, c.objects);
+        expectNear(at(8.660254, 5), ball.position, c.objects);
+        expectNear(c.velocity, ball.velocity, c.objects);
         EXPECT_EQ(50, situation.ballSeenTime);
         bool const told = c.cyclesSinceVelocity == 9;
         EXPECT_EQ(told ? 50 : 50 - c.cyclesSinceVelocity, situation.ballVelocitySeenTime);
@@ -135,14 +123,13 @@ TEST_F(IntegrationTest, VelocityOfASeenBall) {
 }
 
 TEST_F(IntegrationTest, TheBallIsForgottenByWhenItWasHeardOf) {
-    for (int const silence : {0, 3, 4}) {
+    for (int const silence : {3, 4}) {
         situation.heardBallTime = 100 - silence;
-        situation.ballSeenTime = 100;
+        situation.ballSeenTime = situation.currentTime = 100;
         agent.placeBall(5, 6, 1, 1);
-        situation.currentTime = 100;
         integrate("(see 100 ((p) 9 9))");
-        EXPECT_EQ(silence > 3, world.ball().position.isInvalid()) << silence;
-        EXPECT_EQ(silence > 3 ? UNDEFINED_FLOAT : 1.0F, world.ball().velocity.y) << silence;
+        EXPECT_EQ(silence > 3, ball.position.isInvalid());
+        EXPECT_EQ(silence > 3 ? UNDEFINED_FLOAT : 1.0F, ball.velocity.y);
     }
 }
 
@@ -152,13 +139,13 @@ TEST_F(IntegrationTest, NewsAreTakenInAFixedOrder) {
     agent.receive("(hear 30 referee play_on)");
     agent.receive("(hear 30 12 \"vnana0a0a\")");
     agent.receive("(see 30 ((b) 10 0 0 0))");
-    agent.receive(senseBody(30, "0.4 0"));
+    agent.receive(senseBody(30, "high normal", "0.4 0"));
     ServerParamHandler().handle(RCC_Pointer<RCC_ServerParam>::make()); // all zero
     EXPECT_TRUE(world.integrateSensorInfo());
 
     EXPECT_EQ(30, situation.ballSeenTime);                // body before see
     EXPECT_EQ(0.0F, world.myself().headDirection);        // see before init
-    expectNear(at(11, 0), world.ball().position);         // by the old parameters
+    expectNear(at(11, 0), ball.position);                 // by the old parameters
     EXPECT_EQ(Situation::NEVER, situation.heardBallTime); // see before report
     EXPECT_EQ(5, situation.playMode);                     // referee before init
     EXPECT_EQ(0.0F, Player::DECAY);                       // parameters last
@@ -174,11 +161,7 @@ TEST_F(IntegrationTest, InitAndScoreAndTypes) {
     EXPECT_EQ(3, mine[0].unum);
     EXPECT_TRUE(mine[0].goalie && !mine[0].opponent);
     EXPECT_EQ(UNDEFINED_FLOAT, mine[0].bodyDirection);
-    EXPECT_EQ(UNDEFINED_FLOAT, mine[0].headDirection);
-
-    EXPECT_FALSE(integrate("(hear 1 referee goal_kick_l)"));
-    EXPECT_EQ(PM_THEIR_GOAL_KICK, situation.playMode);
-    EXPECT_FALSE(integrate("(score 9 3 1)"));
+    integrate("(score 9 3 1)");
     EXPECT_EQ(3, situation.ourScore);
     EXPECT_EQ(1, situation.theirScore);
 
@@ -190,26 +173,13 @@ TEST_F(IntegrationTest, InitAndScoreAndTypes) {
     EXPECT_EQ(5, Configuration::playerTypesV.back().id);
 }
 
-TEST_F(IntegrationTest, LostParametersDoNoLastingHarm) {
-    Configuration::integrateServerParam(RCC_ServerParam());
-    integrate(senseBody(1, "0 0"));
-    integrate(senseBody(1000000000, "0.5 0"));
-    integrate(
-        "(see 1000000000 ((f c) 10 0) ((b) 1 1 1e10 9e9) ((p \"Ours\" 11) 0 0 1e30 1e9 0 0))");
-    integrate(practice::serverParamMessage(3000));
-    integrate(senseBody(2, "0 0"));
-    integrate("(see 2 ((f c) 10 0) ((b) 10 0 0 0))");
-    expectNear(at(-10, 0), world.myself().position);
-    expectNear(at(0, 0), world.ball().position);
-    expectNear(at(0, 0), world.ball().velocity);
-}
-
 TEST_F(IntegrationTest, StampsOfTheLastMessages) {
+    auto const later = [] { std::this_thread::sleep_for(std::chrono::microseconds(10)); };
     situation.currentTime = 8;
     world.setTimeLastSB();
     EXPECT_FALSE(world.seeIsNewerThanSenseBody());
-    EXPECT_EQ(8, world.cycleOfLastSB());
-    std::this_thread::sleep_for(std::chrono::microseconds(10));
+    EXPECT_TRUE(world.waitForNewInfo()); // it came before the wait
+    later();
     world.setTimeLastSee();
     situation.currentTime = 9;
     world.setTimeLastSee();
@@ -218,35 +188,78 @@ TEST_F(IntegrationTest, StampsOfTheLastMessages) {
     EXPECT_EQ(9, world.cycleOfLastSee());
     EXPECT_TRUE(world.takeSenseBodyArrived());
     EXPECT_FALSE(world.takeSenseBodyArrived());
-    std::this_thread::sleep_for(std::chrono::microseconds(10));
+    later();
     world.setTimeLastSB();
     EXPECT_EQ(0, world.seesSinceLastSB());
     EXPECT_FALSE(world.seeIsNewerThanSenseBody());
 }
 
-TEST_F(IntegrationTest, WaitingForNews) {
-    using Clock = std::chrono::steady_clock;
-    using std::chrono::milliseconds;
-    auto const waited = [&](bool expected) {
-        auto const start = Clock::now();
-        EXPECT_EQ(expected, world.waitForNewInfo());
-        return Clock::now() - start;
+TEST_F(IntegrationTest, PlayModesAreNumberedThroughWithTwoNumbersForAPair) {
+    int code = 0;
+    for (int mode = 0; mode <= 26; ++mode) {
+        bool const pair = (4 <= mode && mode <= 9) || mode == 11 || mode == 12 ||
+                          (16 <= mode && mode <= 20) || mode >= 25;
+        for (int const side : {1, -1, 0}) {
+            RCC_PlayMode word;
+            word.mode = mode;
+            word.side = side;
+            situation.setPlayMode(word);
+            EXPECT_EQ(situation.playMode, pair && side != 1 ? code + 1 : code) << mode;
+        }
+        code += pair ? 2 : 1;
+    }
+    for (int const unknown : {-1, 27, 1000000}) {
+        RCC_PlayMode word;
+        word.mode = unknown;
+        situation.setPlayMode(word);
+        EXPECT_EQ(situation.playMode, 41) << unknown;
+    }
+}
+
+TEST_F(IntegrationTest, TheRefereeSpeaksOfOneselfOrOfTheOthers) {
+    for (bool const left : {true, false}) {
+        agent.join(left ? 'l' : 'r', 3);
+        EXPECT_EQ(afterReferee("corner_kick_l"), left ? 10 : 11);
+        EXPECT_EQ(afterReferee("goalie_catch_ball_r"), left ? 39 : 38);
+        EXPECT_EQ(afterReferee("goal_l_2"), left ? 40 : 41);
+        EXPECT_EQ(afterReferee("play_on"), 3);
+        EXPECT_EQ(afterReferee("throw_in_l"), -7); // unheard of
+    }
+}
+
+TEST_F(IntegrationTest, ABallReportIsBelievedAsFarAsTheBallWasNotSeen) {
+    struct Case {
+        int seen, velocitySeen; // cycles before now, in which the ball was, at (1, 2) with (0.2, 0)
+        Vector2D position, velocity; // afterwards
+        int heard, velocityHeard;
     };
-    world.setTimeLastSee();
-    world.setTimeLastSB();
-    EXPECT_LT(waited(true), milliseconds(500)); // it came before the wait
-
-    std::jthread const sense([&] {
-        std::this_thread::sleep_for(milliseconds(50));
-        world.signalNewInfo();
-    });
-    auto const woken = waited(true);
-    EXPECT_GT(woken, milliseconds(40));
-    EXPECT_LT(woken, milliseconds(1500));
-
-    auto const silence = waited(false); // and the wake-up above left nothing behind
-    EXPECT_GT(silence, milliseconds(1990));
-    EXPECT_LT(silence, milliseconds(3500));
+    constexpr int NEVER = Situation::NEVER;
+    for (Case const& c : {
+             Case{1, 1, at(-29.5, 9.95), at(0.5, -0.05), 20, 20},
+             Case{0, 1, at(1.5, 1.95), at(0.5, -0.05), NEVER, 20}, // seen, but heard to move
+             Case{1, 0, at(-30, 10), at(0.2, 0), 20, NEVER},
+             Case{0, 0, at(1, 2), at(0.2, 0), NEVER, NEVER},
+         }) {
+        situation.currentTime = 20;
+        situation.ballSeenTime = 20 - c.seen;
+        situation.ballVelocitySeenTime = 20 - c.velocitySeen;
+        situation.heardBallTime = situation.heardBallVelocityTime = NEVER;
+        agent.placeBall(1, 2, 0.2F, 0);
+        integrate("(hear 20 -45 \"vyUxAxAy1\")");
+        expectNear(c.position, ball.position);
+        expectNear(c.velocity, ball.velocity);
+        EXPECT_EQ(situation.heardBallTime, c.heard);
+        EXPECT_EQ(situation.heardBallVelocityTime, c.velocityHeard);
+    }
+    situation.heardBallTime = NEVER;
+    situation.ballSeenTime = situation.ballVelocitySeenTime = 1;
+    for (char const* said : {"30 \"wyUxAxAy1\"", "30 \"\"", "30 \"vyUxAxAy\"", "self \"vyUxAxAy1\"",
+                             "coach \"vyUxAxAy1\""}) {
+        integrate(std::string("(hear 20 ") + said + ")");
+        EXPECT_EQ(situation.heardBallTime, NEVER) << said;
+    }
+    integrate("(hear 20 30 \"vxsxsxsxs\")"); // no faster than a ball flies
+    EXPECT_LT(ball.position.getDistanceTo(at(54, 54)), 3.001F);
 }
 
 } // namespace

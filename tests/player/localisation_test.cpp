@@ -3,7 +3,6 @@
 #include <cmath>
 #include <cstdio>
 #include <gtest/gtest.h>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -14,6 +13,7 @@
 #include "practice/Physics.h"
 #include "sensing/Sensors.h"
 #include "support/AgentHarness.h"
+#include "support/Scenes.h"
 
 namespace {
 
@@ -56,9 +56,11 @@ protected:
         agent.receiveSee(seeMessage(world, truth, random));
         agent.world.integrateSensorInfo();
     }
+    /// A cycle passes, which the agent feels.
     void step() {
         moveAll(world, random);
         recoverAll(world);
+        feel();
     }
 
     // The server's values in the agent's frame.
@@ -98,10 +100,8 @@ struct Errors : std::vector<double> {
 };
 
 TEST_P(Localisation, ASeeTellsPlaceFacingAndBall) {
-    Errors position;
-    Errors facing;
-    Errors body;
-    Errors ball;
+    std::array<Errors, 4> errors;
+    auto& [position, facing, body, ball] = errors;
     for (int i = 0; i < 5000; ++i) {
         place(10);
         feel();
@@ -118,30 +118,9 @@ TEST_P(Localisation, ASeeTellsPlaceFacingAndBall) {
     ball.expectBelow("ball", 0.34, 0.67, 1.05);
 }
 
-TEST_P(Localisation, EveryLandmarkLeadsToTheAgent) {
-    std::set<int> codes;
-    for (int i = 0; i < 300; ++i) {
-        place(10);
-        look();
-        std::vector<RCC_Flag> marks = Sensors::flags;
-        marks.insert(marks.end(), Sensors::goals.begin(), Sensors::goals.end());
-        for (RCC_Flag const& mark : marks) {
-            if (mark.code == RCC_Flag::CLOSE_BY) continue;
-            Vector2D const position =
-                Field::computePosFromFlag(mark, ours(truth.gaze()), agent.world.situation().side);
-            // Half a metre by the goal lines, half a degree and 1 % by the eyes.
-            ASSERT_LT(position.getDistanceTo(ours(truth.pos)), 0.6 + mark.distance * 0.014)
-                << mark.code;
-            codes.insert(mark.code);
-        }
-    }
-    EXPECT_EQ(codes.size(), 55U);
-}
-
 TEST_P(Localisation, DeadReckoningFollowsTheCommands) {
-    Errors turned;
-    Errors dashed;
-    Errors kicked;
+    std::array<Errors, 3> errors;
+    auto& [turned, dashed, kicked] = errors;
     for (int i = 0; i < 1000; ++i) {
         double const direction = any(-90, 90);
         place(1.0);
@@ -150,7 +129,6 @@ TEST_P(Localisation, DeadReckoningFollowsTheCommands) {
         practice::kick(world, truth, 100, direction, random);
         for (int cycle = 0; cycle < 3; ++cycle) {
             step();
-            feel();
             agent.startCycle();
         }
         kicked.push_back(ballError());
@@ -160,7 +138,6 @@ TEST_P(Localisation, DeadReckoningFollowsTheCommands) {
         agent.effectors.queueDash(100);
         practice::dash(truth, 100);
         step();
-        feel();
         dashed.push_back(positionError());
 
         truth.halt();
@@ -168,7 +145,6 @@ TEST_P(Localisation, DeadReckoningFollowsTheCommands) {
         agent.effectors.queueTurn(static_cast<float>(direction), 0);
         practice::turn(truth, direction, random);
         step();
-        feel();
         turned.push_back(bodyError());
         ASSERT_LE(facingError(), bodyError() + 1.01);
     }
@@ -189,18 +165,9 @@ Landmark seen(int code, float distance, float direction) {
     landmark.direction.value = direction;
     return landmark;
 }
-RCC_Line line(int code, float direction, float distance = 10) {
-    return seen<RCC_Line>(code, distance, direction);
-}
-RCC_Flag flag(int code, float distance, float direction = 0) {
-    return seen<RCC_Flag>(code, distance, direction);
-}
+auto const line = seen<RCC_Line>;
 
 TEST(Field, LinesTellTheFacing) {
-    auto const faceOf = [](int code, float direction, FieldSide side) {
-        std::array const lines = {line(code, direction)};
-        return Field::computeFaceDirection(lines, side);
-    };
     struct Case {
         int code;
         float direction, left, right; // the facing for a team that plays from there
@@ -208,36 +175,28 @@ TEST(Field, LinesTellTheFacing) {
     // Along the line, on the border of two rules, and the angles that are not reduced.
     for (Case const& c : {Case{2, 0, 0, 180}, Case{3, 0, 360, 180}, Case{4, 0, 0, 180},
                           Case{5, 0, 0, 180}, Case{5, 80, 350, 170}, Case{9, -30, -30, 150}}) {
-        EXPECT_EQ(faceOf(c.code, c.direction, FieldSide::left), c.left) << c.code;
-        EXPECT_EQ(faceOf(c.code, c.direction, FieldSide::right), c.right) << c.code;
+        std::array const lines = {line(c.code, 10, c.direction)};
+        EXPECT_EQ(Field::computeFaceDirection(lines, FieldSide::left), c.left) << c.code;
+        EXPECT_EQ(Field::computeFaceDirection(lines, FieldSide::right), c.right) << c.code;
     }
     EXPECT_EQ(Field::computeFaceDirection({}, FieldSide::left), 0);
     EXPECT_EQ(Field::computeFaceDirection({}, FieldSide::right), 180);
-
-    auto const faceOfThree = [](float first, float second) {
-        std::array const lines = {line(2, 10, first), line(2, 20, second), line(2, 30, 99)};
-        return Field::computeFaceDirection(lines, FieldSide::left);
+    // the farther of the first two
+    struct Two {
+        float first, second, facing;
     };
-    EXPECT_EQ(faceOfThree(8, 7), 10); // the farther of the first two
-    EXPECT_EQ(faceOfThree(7, 8), 20);
-    EXPECT_EQ(faceOfThree(8, 8), 20);
-    EXPECT_EQ(faceOfThree(RCC_ABSENT, RCC_ABSENT), 20);
+    for (Two const& c :
+         {Two{8, 7, 10}, Two{7, 8, 20}, Two{8, 8, 20}, Two{RCC_ABSENT, RCC_ABSENT, 20}}) {
+        std::array const lines = {line(2, c.first, 10), line(2, c.second, 20), line(2, 99, 30)};
+        EXPECT_EQ(Field::computeFaceDirection(lines, FieldSide::left), c.facing) << c.first;
+    }
 }
 
 class Estimation : public testing::Test {
 protected:
     Estimation() { agent.join('l', 7); }
-    /// From (7, 7), facing along x.
-    Vector2D placeFrom(std::vector<RCC_Flag> const& flags) {
-        me.position = at(7, 7);
-        agent.world.performSelfLoc({}, flags);
-        return me.position;
-    }
-    void feelSpeed(char const* speed) {
-        agent.receiveSenseBody("(sense_body 1 (view_mode high normal) (stamina 8000 1) (speed " +
-                               std::string(speed) +
-                               " 0) (head_angle 30) (kick 0) (dash 0) (turn 0) (say 0) "
-                               "(turn_neck 0) (catch 0) (move 0) (change_view 0))");
+    void feelSpeed(char const* speed, char const* headAngle = "0") {
+        agent.receive(support::senseBody(1, "high normal", std::string(speed) + " 0", headAngle));
         agent.world.integrateSensorInfo();
     }
 
@@ -246,62 +205,65 @@ protected:
 };
 
 TEST_F(Estimation, TheThreeNearestFlagsCountByTheirNearness) {
-    RCC_Flag const near = flag(6, 10);
+    auto const flag = seen<RCC_Flag>;
+    // From (7, 7), facing along x.
+    auto const placeFrom = [this](std::vector<RCC_Flag> const& flags) {
+        me.position = at(7, 7);
+        agent.world.performSelfLoc({}, flags);
+        return me.position;
+    };
+    RCC_Flag const near = flag(6, 10, 0);
     EXPECT_EQ(placeFrom({}), at(7, 7));
     EXPECT_EQ(placeFrom({near}), at(-10, 0));
-    EXPECT_EQ(placeFrom({flag(RCC_Flag::CLOSE_BY, 1), near, flag(26, RCC_ABSENT)}), at(-10, 0));
-    EXPECT_EQ(placeFrom({flag(99999, 10)}), at(-10, 0)); // a landmark unheard of is in the middle
+    EXPECT_EQ(placeFrom({flag(RCC_Flag::CLOSE_BY, 1, 0), near, flag(26, RCC_ABSENT, 0)}),
+              at(-10, 0));
+    EXPECT_EQ(placeFrom({flag(99999, 10, 0)}), at(-10, 0)); // one unheard of is in the middle
     // (45.5, 0) and (65.5, 0) with the weights 1/10 and 1/30
-    EXPECT_NEAR(placeFrom({flag(657, 30, 180), flag(657, 10, 180)}).x, 50.5, 1e-4);
+    expectNear(at(50.5, 0), placeFrom({flag(657, 30, 180), flag(657, 10, 180)}));
     // of four the farthest is out, wherever it comes
     for (int i = 0; i < 4; ++i) {
-        std::vector<RCC_Flag> flags = {flag(6, 10), flag(6, 11), flag(6, 12)};
-        flags.insert(flags.begin() + i, flag(26, 40));
+        std::vector<RCC_Flag> flags = {near, flag(6, 11, 0), flag(6, 12, 0)};
+        flags.insert(flags.begin() + i, flag(26, 40, 0));
         EXPECT_NEAR(placeFrom(flags).y, 0, 1e-4) << i;
     }
     // of equally near ones the first is out
-    EXPECT_NEAR(placeFrom({flag(26, 10), near, near, near}).y, 0, 1e-4);
-    EXPECT_NEAR(placeFrom({near, near, near, flag(26, 10)}).y, -34 / 3.0, 1e-4);
+    expectNear(at(-10, 0), placeFrom({flag(26, 10, 0), near, near, near}));
+    expectNear(at(-10, -34 / 3.0), placeFrom({near, near, near, flag(26, 10, 0)}));
     // on top of a flag
-    EXPECT_NEAR(placeFrom({flag(6, 0), flag(26, 20)}).getLength(), 0, 0.01);
+    EXPECT_NEAR(placeFrom({flag(6, 0, 0), flag(26, 20, 0)}).getLength(), 0, 0.01);
 }
 
 TEST_F(Estimation, AMoveJumpsAndTheReportedSpeedCarriesOn) {
     agent.placeMyself(5, 5, 90); // looking along -y
     agent.effectors.queueMove(-20, 10);
-    feelSpeed("0.2");
-    EXPECT_NEAR(me.position.x, -20, 1e-4);
-    EXPECT_NEAR(me.position.y, 9.5, 1e-4);
+    feelSpeed("0.2", "30");
+    expectNear(at(-20, 9.5), me.position);
     EXPECT_EQ(me.headDirection, 60); // the neck, 30 to the right, turns clockwise for the server
     // the mirror waits for the next see
     EXPECT_EQ(agent.world.teammates().front().position, at(5, 5));
     agent.startCycle();
     feelSpeed("0");
-    EXPECT_NEAR(me.position.y, 9.5, 1e-4);
+    expectNear(at(-20, 9.5), me.position);
 }
 
 TEST_F(Estimation, TheBallRollsAndOnlyAKickInReachCounts) {
     Ball& ball = agent.world.ball();
+    struct Case {
+        float x, vx;
+        bool kick;
+        double nextX, nextVx;
+    };
     agent.placeMyself(0, 0);
-    agent.placeBall(1.2F, 0, 1, 0);
-    agent.effectors.queueKick(100, 0);
-    feelSpeed("0");
-    EXPECT_NEAR(ball.position.x, 2.2, 1e-5);
-    EXPECT_NEAR(ball.velocity.x, 0.94, 1e-5);
-    agent.placeBall(0.385F, 0, 2, 0);
-    feelSpeed("0");
-    EXPECT_NEAR(ball.position.x, 3.385, 1e-5); // 2 + 2.7, but no faster than 3
-    EXPECT_NEAR(ball.velocity.x, 2.82, 1e-5);
-
-    agent.startCycle();
-    agent.placeBall(1e10F, 0, 2, 0);
-    feelSpeed("0");
-    EXPECT_EQ(ball.position, at(1e10, 0));
-    EXPECT_NEAR(ball.velocity.x, 1.88, 1e-5);
-    agent.placeBall(1, 1, 1e10F, 0);
-    feelSpeed("0");
-    EXPECT_EQ(ball.position, at(1, 1));
-    EXPECT_EQ(ball.velocity, at(1e10, 0));
+    for (Case const& c : {Case{1.2F, 1, true, 2.2, 0.94},
+                          Case{0.385F, 2, true, 3.385, 2.82}, // 2 + 2.7, but no faster than 3
+                          Case{1e10F, 2, false, 1e10, 1.88}, Case{1, 1e10F, false, 1, 1e10}}) {
+        agent.startCycle();
+        agent.placeBall(c.x, 0, c.vx, 0);
+        if (c.kick) agent.effectors.queueKick(100, 0);
+        feelSpeed("0");
+        expectNear(at(c.nextX, 0), ball.position);
+        expectNear(at(c.nextVx, 0), ball.velocity);
+    }
 }
 
 } // namespace

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <sys/wait.h>
-#include <unistd.h>
+#include <cstdlib>
+#include <functional>
+#include <string>
 
 #include "skills/SkillPool.h"
 #include "support/MatchDriver.h"
@@ -67,32 +67,20 @@ public:
     Side side;
 };
 
+/// What is played with a seed, as a hash.
 std::size_t hashOfPlay(unsigned seed) {
     MatchDriver driver({.unum = 10, .opponents = 2, .halfCycles = 300, .seed = seed});
+    // Neither the choice of a corner nor the cycles of a set piece may stem from a match before.
+    srandom(seed);
+    driver.agent.world.situation().playMode = PM_PLAY_ON;
+    driver.agent.decide();
     std::string all;
     for (int cycle = 0; cycle < 250; ++cycle) {
-        for (std::string const& command : driver.step())
+        for (std::string const& command : driver.step()) {
             all += command;
+        }
     }
     return std::hash<std::string>()(all);
-}
-
-/// The hash as another process computes it, with nothing remembered from a match before.
-std::size_t hashInChild(unsigned seed) {
-    std::array<int, 2> ends{};
-    if (pipe(ends.data()) != 0) return 0;
-    pid_t const child = fork();
-    if (child == 0) {
-        std::size_t const hash = hashOfPlay(seed);
-        bool const written = write(ends[1], &hash, sizeof hash) == sizeof hash;
-        _exit(written ? 0 : 1);
-    }
-    std::size_t hash = 0;
-    bool const read = ::read(ends[0], &hash, sizeof hash) == sizeof hash;
-    waitpid(child, nullptr, 0);
-    close(ends[0]);
-    close(ends[1]);
-    return read ? hash : 0;
 }
 
 } // namespace
@@ -142,33 +130,7 @@ TEST_P(EitherSide, TheGoalkeeperCatchesAndClears) {
 }
 
 TEST(Match, TheSameSeedGivesTheSameCommands) {
-    std::size_t const first = hashInChild(3);
-    EXPECT_NE(first, 0U);
-    EXPECT_EQ(first, hashInChild(3));
-    EXPECT_NE(first, hashInChild(4));
-}
-
-TEST_P(EitherSide, ReportsTellTheTrueBall) {
-    Scene scene({.right = GetParam(), .opponents = 1});
-    int reports = 0;
-    for (int round = 0; round < 10; ++round) {
-        Vec const ball{-20.0 + 4 * round, 15.0 - 3 * round};
-        scene.put(ball + Vec{-6, 1}, ball);
-        for (int cycle = 0; cycle < 6; ++cycle) {
-            scene.putBall(ball);
-            for (std::string const& command : scene.step()) {
-                if (command.rfind("(say", 0) != 0 || cycle < 3) continue;
-                // What a team-mate makes of it, one metre of rounding and one of eyesight apart.
-                Situation listener;
-                listener.currentTime = 100;
-                RCC_PlayerAudio heard;
-                heard.text = RCC_Text(std::string_view(command).substr(6, 9));
-                listener.integratePlayerAudio(heard);
-                EXPECT_NEAR(listener.ball.position.x, ball.x, 2.2) << command;
-                EXPECT_NEAR(listener.ball.position.y, ball.y, 2.2) << command;
-                ++reports;
-            }
-        }
-    }
-    EXPECT_GT(reports, 10);
+    std::size_t const first = hashOfPlay(3);
+    EXPECT_EQ(first, hashOfPlay(3));
+    EXPECT_NE(first, hashOfPlay(4));
 }

@@ -55,20 +55,6 @@ TEST_F(Objects, ABallRollsAsAGeometricSeriesAfterAKick) {
     }
 }
 
-TEST_F(Objects, WhatIsUnknownStaysWhereItIs) {
-    for (Vector2D const unknown : {at(1e10, 0), at(0, 1e10), at(INF, 0), at(0, NAN)}) {
-        agent.world.ball().position = agent.world.myself().position = at(3, 4);
-        agent.world.ball().velocity = agent.world.myself().velocity = unknown;
-        Player const& player = agent.world.myself();
-        EXPECT_EQ(agent.world.ball().rollingPosition(5), at(3, 4));
-        EXPECT_EQ(player.predictedPosition(5), at(3, 4));
-        EXPECT_EQ(player.predictedPosition(5, 100, 0), at(3, 4));
-        EXPECT_EQ(agent.world.myself().predictedPosition(5, 100, 0), at(3, 4));
-    }
-    EXPECT_EQ(MovingObject(at(1, 2), at(3, 4)).predictedPosition(2), at(7, 10)); // no decay
-    EXPECT_EQ(MovingObject(at(1, 2), at(3, 4)).predictedPosition(-1), at(1, 2));
-}
-
 TEST_F(Objects, APlayerTurnsInPlaceAndThenDashes) {
     for (int i = 0; i < 2000; ++i) {
         // Body directions count clockwise, turns counter-clockwise.
@@ -99,9 +85,8 @@ TEST_F(Objects, TheAgentDashesWithWhatItsStaminaAllows) {
     };
     // clang-format off
     constexpr std::array CASES = {
-        Case{8000, 1.0F,  100,  0.6}, Case{8000, 0.7F,  100,  0.42}, Case{2550, 1.0F, 100, 0.3},
-        Case{2400, 1.0F,  100,  0.0}, Case{8000, 1.0F,  300,  1.05},
-        Case{8000, 1.0F, -100, -0.6}, Case{1300, 1.0F, -100, -0.3},
+        Case{8000, 0.7F,  100,  0.42}, Case{2550, 1.0F,  100,  0.3}, Case{2400, 1.0F, 100, 0.0},
+        Case{8000, 1.0F,  300,  1.05}, Case{8000, 1.0F, -100, -0.6}, Case{1300, 1.0F, -100, -0.3},
     };
     // clang-format on
     Myself& me = agent.world.myself();
@@ -130,7 +115,6 @@ TEST_F(Objects, StaminaDrainsAndRecovers) {
     };
     // clang-format off
     constexpr std::array CASES = {
-        Case{{8000, 1.000F, 1.000F}, 100, {7945.000F, 1.000F, 1.000F}},
         Case{{4000, 1.000F, 1.000F}, -50, {4145.000F, 1.000F, 1.000F}}, // backwards gives, not takes
         Case{{7980, 1.000F, 1.000F}, -50, {8000.000F, 1.000F, 1.000F}}, // full is full
         Case{{  30, 0.900F, 0.800F}, 100, {  35.910F, 0.895F, 0.798F}}, // empty is empty
@@ -140,7 +124,6 @@ TEST_F(Objects, StaminaDrainsAndRecovers) {
         Case{{2000, 0.601F, 0.501F},   0, {2022.455F, 0.596F, 0.499F}}, // but may step below it
         Case{{4900, 0.800F, 1.000F}, 100, {4845.000F, 0.810F, 1.000F}}, // 4800 counts as high
         Case{{4899, 0.800F, 1.000F}, 100, {4844.000F, 0.800F, 1.000F}},
-        Case{{8000, 0.995F, 1.000F},   0, {8000.000F, 1.000F, 1.000F}},
     };
     // clang-format on
     for (Case const& c : CASES) {
@@ -183,15 +166,6 @@ TEST_F(Objects, CyclesToAPointCountRunTurnAndStart) {
 
     Configuration::playerSpeedMax = 0; // as if the parameters had been lost
     EXPECT_GT(crosswise.predictedCyclesToPoint(at(0, 10.6), false), 1000000);
-}
-
-TEST(Team, ItsGoalieIsTheFirstWithTheFlag) {
-    Team team;
-    EXPECT_EQ(team.getGoalie(), nullptr);
-    for (int unum = 1; unum <= 3; ++unum) {
-        team.players.emplace_back(Vector2D(), Vector2D(), 0.0F, 0.0F, unum, unum > 1, true);
-    }
-    EXPECT_EQ(team.getGoalie(), &team.players[1]);
 }
 
 } // namespace

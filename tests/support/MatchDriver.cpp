@@ -4,12 +4,6 @@ namespace support {
 
 namespace {
 
-constexpr int MAX_STEPS_TO_KICK_OFF = 2000;
-
-bool startsWith(std::string const& text, char const* start) {
-    return text.rfind(start, 0) == 0;
-}
-
 practice::MatchOptions optionsOf(MatchDriver::Setup const& setup) {
     practice::MatchOptions options;
     options.halfCycles = setup.halfCycles;
@@ -60,8 +54,8 @@ std::vector<std::string> MatchDriver::step() {
 }
 
 void MatchDriver::kickOff() {
-    for (int i = 0; i < MAX_STEPS_TO_KICK_OFF; ++i) {
-        if (match.world().mode == practice::Phase::playOn) return;
+    constexpr int MAX_STEPS = 2000;
+    for (int i = 0; i < MAX_STEPS && match.world().mode != practice::Phase::playOn; ++i) {
         step();
     }
 }
@@ -69,8 +63,8 @@ void MatchDriver::kickOff() {
 void MatchDriver::deliver() {
     for (practice::Outgoing const& message : match.takeOutbox()) {
         if (message.player != id) continue;
-        bool const senseBody = startsWith(message.text, "(sense_body");
-        bool const see = startsWith(message.text, "(see");
+        bool const senseBody = message.text.starts_with("(sense_body");
+        bool const see = message.text.starts_with("(see");
         if (senseBody) {
             agent.receiveSenseBody(message.text);
         } else if (see) {

@@ -1,9 +1,14 @@
 #include "support/Scenes.h"
 
 #include "practice/Eyes.h"
+#include "practice/World.h"
 #include "support/AgentHarness.h"
 
 namespace support {
+
+namespace {
+
+constexpr int VIEWER = practice::playerId(practice::Side::left, 10);
 
 practice::World fullPitch() {
     practice::World world;
@@ -26,6 +31,16 @@ practice::World fullPitch() {
     viewer.body = 0.0;
     viewer.view.width = practice::Width::wide;
     return world;
+}
+
+} // namespace
+
+std::string senseBody(int time, std::string const& view, std::string const& speed,
+                      std::string const& headAngle) {
+    return "(sense_body " + std::to_string(time) + " (view_mode " + view +
+           ") (stamina 8000 1) (speed " + speed + ") (head_angle " + headAngle +
+           ") (kick 1) (dash 22) (turn 333) (say 4) (turn_neck 5) (catch 6) (move 7) "
+           "(change_view 8))";
 }
 
 std::string largestSee() {

@@ -2,16 +2,15 @@
 
 #include <string>
 
-#include "practice/World.h"
-
 namespace support {
 
-/// Two full teams on the pitch, the ball near the centre and everything in motion. The player to
-/// look through is the left team's number 10, whose wide view takes in nearly all the others.
-practice::World fullPitch();
-inline constexpr int VIEWER = practice::playerId(practice::Side::left, 10);
+/// A sense_body of a fresh player: view mode, speed and head angle as the message has them, and as
+/// the numbers of commands executed 1, 22, 333, 4, 5, 6, 7, 8.
+std::string senseBody(int time, std::string const& view = "high normal",
+                      std::string const& speed = "0 0", std::string const& headAngle = "0");
 
-/// The see of that player: about the largest a match has.
+/// About the largest see that a match has: two full teams in motion, seen in a wide view by a
+/// player who has nearly all the others before it.
 std::string largestSee();
 
 } // namespace support
