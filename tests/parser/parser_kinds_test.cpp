@@ -84,8 +84,8 @@ TEST_F(Referee, EveryWordForBothSides) {
 TEST_F(Referee, OtherWordsAreHeardAsUnknown) {
     for (std::string const word :
          {"free_kick_fault_l", "catch_fault_r", "yellow_card_l_3", "red_card_r_11", "goal_l_",
-          "goal_l_x", "goal_2", "goal_c_2", "play_on_2", "kick_off_l_1", "foul_l", "_l", "l",
-          "penalty_draw", "training Keepaway 1", "play_on play_on"}) {
+          "goal_l_x", "goal_lx2", "goal_2", "goal_c_2", "play_on_2", "kick_off_l_1", "foul_l", "_l",
+          "l", "penalty_draw", "training Keepaway 1", "play_on play_on"}) {
         EXPECT_EQ("-1:0", modeHeard(word)) << word;
     }
     EXPECT_EQ("dropped", modeHeard(""));

@@ -85,12 +85,10 @@ TEST_F(Visual, SortsWhatItSees) {
     EXPECT_EQ("Alpha", ally.name.team.view());
     EXPECT_EQ(2, ally.name.unum);
     EXPECT_FALSE(ally.name.goalie);
-    EXPECT_EQ(6.7F, ally.distance);
-    EXPECT_EQ(-61.F, ally.direction.degrees());
-    EXPECT_EQ(-0.134F, ally.speed);
-    EXPECT_EQ(-2.F, ally.speedDirection.degrees());
-    EXPECT_EQ(146.F, ally.bodyDirection.degrees());
-    EXPECT_EQ(-146.F, ally.headDirection.degrees());
+    EXPECT_EQ((std::vector{6.7F, -61.F, -0.134F, -2.F, 146.F, -146.F}),
+              (std::vector{ally.distance, ally.direction.degrees(), ally.speed,
+                           ally.speedDirection.degrees(), ally.bodyDirection.degrees(),
+                           ally.headDirection.degrees()}));
     EXPECT_EQ(0, (*see.allies)[1]->name.unum);
     EXPECT_TRUE((*see.allies)[1]->bodyDirection.isAbsent());
 
@@ -140,9 +138,9 @@ TEST_F(Visual, RefusesWhatNoServerSends) {
                    R"(p "Alpha" 12)", R"(p "Alpha" 1.5)", R"(p "Alpha" 1 coach)", R"(p "" 1)",
                    "p Alpha 1", R"(P "Alpha")", "pp"},
                   ") 1 2))");
-    expectRefused("(see 1 ((b)",
-                  {"", " ", " 1 2 3", " 1 2 3 4 5", " 1 2 3 4 5 6", " -1 2", " 1 361", " 1 x"},
-                  "))");
+    expectRefused(
+        "(see 1 ((b)",
+        {"", " ", " 1 2 3", " 1 2 3 4 5", " 1 2 3 4 5 6", " -1 2", " 1-2", " 1 361", " 1 x"}, "))");
     expectRefused("(see 1 ",
                   {"((b) 1 2", "(b 1 2)", "((p \"Alpha\" 1) 1 2 3 4 5)", "()", "(())", "x"}, ")");
     expectRefused("(see ", {"", "-1", "1.5", "3000000000"}, ")");
