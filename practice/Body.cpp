@@ -7,11 +7,11 @@
 
 namespace practice {
 
-std::string senseBodyMessage(const World& world, const Player& player) {
+std::string senseBodyMessage(World const& world, Player const& player) {
     constexpr std::array<std::string_view, 3> widths{"narrow", "normal", "wide"};
     const std::string_view quality = player.view.quality == Quality::high ? "high" : "low";
-    const double direction = normalized(player.vel.angle() - player.body - player.neck);
-    const Counts& n = player.counts;
+    double const direction = normalized(player.vel.angle() - player.body - player.neck);
+    Counts const& n = player.counts;
     // Both angles are cut, not rounded: part of the protocol.
     return text("(sense_body ", world.cycle, " (view_mode ", quality, ' ',
                 widths[static_cast<std::size_t>(player.view.width)], ") (stamina ", player.stamina,

@@ -7,6 +7,6 @@
 namespace practice {
 
 // What a player feels: the sense_body message.
-std::string senseBodyMessage(const World& world, const Player& player);
+std::string senseBodyMessage(World const& world, Player const& player);
 
 } // namespace practice

@@ -41,11 +41,11 @@ std::optional<double> takeNumber(std::string_view& s) {
     takeAll(s, blanks);
     if (s.starts_with('+') && !s.starts_with("+-")) s.remove_prefix(1); // from_chars takes none
     double value = 0.0;
-    const auto [end, error] = std::from_chars(s.data(), s.data() + s.size(), value);
+    auto const [end, error] = std::from_chars(s.data(), s.data() + s.size(), value);
     const std::string_view taken = s.substr(0, static_cast<std::size_t>(end - s.data()));
     const std::size_t dot = taken.find('.');
-    const bool openDot = dot != taken.npos && taken.find_first_of(digits, dot) != dot + 1;
-    const bool foreign = taken.find_first_not_of("0123456789+-.eE") != taken.npos;
+    bool const openDot = dot != taken.npos && taken.find_first_of(digits, dot) != dot + 1;
+    bool const foreign = taken.find_first_not_of("0123456789+-.eE") != taken.npos;
     if (error != std::errc{} || openDot || foreign) return std::nullopt;
     s.remove_prefix(taken.size());
     return value;
@@ -59,10 +59,10 @@ std::string_view withoutEnding(std::string_view datagram) {
 
 std::optional<Command> readChangeView(std::string_view& s) {
     constexpr std::array<std::string_view, 3> widths{"narrow", "normal", "wide"};
-    const auto width = std::ranges::find(widths, takeWord(s));
+    auto const width = std::ranges::find(widths, takeWord(s));
     const std::string_view quality = takeWord(s);
-    const bool low = quality == "low";
-    const bool known = width != widths.end() && (low || quality == "high" || quality.empty());
+    bool const low = quality == "low";
+    bool const known = width != widths.end() && (low || quality == "high" || quality.empty());
     if (!known || !take(s, ')')) return std::nullopt;
     return ChangeView{
         {static_cast<Width>(width - widths.begin()), low ? Quality::low : Quality::high}};
@@ -122,9 +122,9 @@ constexpr std::array<std::string_view, 10> ignoredWords{
     "gaussian_see", "compression"};
 // clang-format on
 
-std::optional<Command> readNumeric(std::string_view& s, const NumericForm& form) {
-    const auto a = form.numbers > 0 ? takeNumber(s) : 0.0;
-    const auto b = a && form.numbers > 1 ? takeNumber(s) : 0.0;
+std::optional<Command> readNumeric(std::string_view& s, NumericForm const& form) {
+    auto const a = form.numbers > 0 ? takeNumber(s) : 0.0;
+    auto const b = a && form.numbers > 1 ? takeNumber(s) : 0.0;
     if (!a || !b || !take(s, ')')) return std::nullopt;
     return form.make(*a, *b);
 }
@@ -134,10 +134,10 @@ std::optional<Command> readCommand(std::string_view& s) {
     const std::string_view word = takeWord(s);
     if (word == "say") return readSay(s);
     if (word == "change_view") return readChangeView(s);
-    for (const NumericForm& form : numericForms) {
+    for (NumericForm const& form : numericForms) {
         if (form.word != word) continue;
         std::string_view rest = s;
-        if (const auto command = readNumeric(rest, form)) {
+        if (auto const command = readNumeric(rest, form)) {
             s = rest;
             return command;
         }
@@ -150,7 +150,7 @@ bool takeOption(std::string_view& s, Introduction& introduction) {
     const std::string_view word = takeWord(s);
     if (word == "goalie") {
         introduction.goalie = true;
-    } else if (const auto version = takeNumber(s); word == "version" && version) {
+    } else if (auto const version = takeNumber(s); word == "version" && version) {
         introduction.version = *version;
     } else {
         return false;
@@ -163,7 +163,7 @@ Introduction readInit(std::string_view s) {
     Introduction result;
     result.team = takeWord(s, teamLetters);
     if (result.team.empty()) return {"(error illegal_teamname)"};
-    const bool ended = s.find_first_of(" \t\r\n()") == 0;
+    bool const ended = s.find_first_of(" \t\r\n()") == 0;
     if (result.team.size() > longestName || !ended)
         return {"(error illegal_teamname_or_too_long_teamname)"};
     while (!take(s, ')'))
@@ -172,7 +172,7 @@ Introduction readInit(std::string_view s) {
 }
 
 Introduction readReconnect(std::string_view s) {
-    const bool named = !takeWord(s, teamLetters).empty();
+    bool const named = !takeWord(s, teamLetters).empty();
     if (!named || !takeNumber(s) || !take(s, ')')) return {illegalForm};
     return {.refusal = {}, .reconnect = true};
 }
@@ -184,7 +184,7 @@ CommandReader::CommandReader(std::string_view datagram) : rest_(withoutEnding(da
 std::optional<Command> CommandReader::next() {
     takeAll(rest_, blanks);
     if (rest_.empty() || failed_) return std::nullopt;
-    const auto command = readCommand(rest_);
+    auto const command = readCommand(rest_);
     failed_ = !command;
     return command;
 }

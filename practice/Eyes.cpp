@@ -60,22 +60,22 @@ double fading(double dist, double from, double to) {
 
 class Eyes {
 public:
-    Eyes(const World& world, const Player& viewer, Random& random)
+    Eyes(World const& world, Player const& viewer, Random& random)
         : world_(world), me_(viewer), random_(random), gaze_(viewer.gaze()),
           high_(viewer.view.quality == Quality::high),
           halfCone_(toRad(halfConesDeg[static_cast<std::size_t>(viewer.view.width)])),
           out_(text("(see ", world.cycle)) {}
 
     std::string look() {
-        for (const auto& [name, pos] : landmarks)
+        for (auto const& [name, pos] : landmarks)
             seeThing(name, name.front() == 'g' ? 'G' : 'F', pos, landStep, {});
         seeThing("b", 'B', world_.ball.pos, movableStep, world_.ball.vel);
-        for (const Player& p : world_.players)
+        for (Player const& p : world_.players)
             if (p.active && &p != &me_) seePlayer(p);
-        const bool inside =
+        bool const inside =
             std::abs(me_.pos.x) < pitchHalfLength && std::abs(me_.pos.y) < pitchHalfWidth;
         int left = inside ? 1 : 2; // from outside two lines are in sight
-        for (const Line& line : lines)
+        for (Line const& line : lines)
             if (left > 0 && seeLine(line)) --left;
         return std::move(out_) + ")";
     }
@@ -92,34 +92,34 @@ private:
     // What is outside the cone is felt when it is close; none if it is not.
     std::optional<Seen> lookAt(Vec pos, double step) const {
         const Vec to = pos - me_.pos;
-        const double rel = normalized(to.angle() - gaze_);
-        const bool inCone = std::abs(rel) < halfCone_;
+        double const rel = normalized(to.angle() - gaze_);
+        bool const inCone = std::abs(rel) < halfCone_;
         if (!inCone && to.length() > parameter("visibleDist")) return std::nullopt;
         return Seen{inCone, to.length(), seenDistance(to.length(), step), polar(1.0, to.angle()),
                     wholeDegrees(rel)};
     }
 
     template <typename... Name>
-    void open(const Name&... name) {
+    void open(Name const&... name) {
         appendText(out_, " ((", name..., ')');
     }
 
-    void place(const Seen& seen) {
+    void place(Seen const& seen) {
         if (high_) appendText(out_, ' ', seen.distance);
         appendText(out_, ' ', seen.dir);
     }
 
-    void changes(const Seen& seen, Vec velocity) {
+    void changes(Seen const& seen, Vec velocity) {
         const Vec w = velocity - me_.vel;
-        const double d = std::max(seen.trueDistance, 1e-10); // two objects on one spot
-        const double along = quantized(dot(w, seen.unit) / d, 0.02);
-        const double across = toDeg((w.y * seen.unit.x - w.x * seen.unit.y) / d);
+        double const d = std::max(seen.trueDistance, 1e-10); // two objects on one spot
+        double const along = quantized(dot(w, seen.unit) / d, 0.02);
+        double const across = toDeg((w.y * seen.unit.x - w.x * seen.unit.y) / d);
         appendText(out_, ' ', seen.distance * along, ' ', quantized(across, 0.1));
     }
 
     // Ball or landmark: the changes are recognised from near only.
     void seeThing(std::string_view name, char closeName, Vec pos, double step, Vec velocity) {
-        const auto seen = lookAt(pos, step);
+        auto const seen = lookAt(pos, step);
         if (!seen) return;
         if (seen->inCone) {
             open(name);
@@ -132,8 +132,8 @@ private:
         out_ += ')';
     }
 
-    void seePlayer(const Player& p) {
-        const auto seen = lookAt(p.pos, movableStep);
+    void seePlayer(Player const& p) {
+        auto const seen = lookAt(p.pos, movableStep);
         if (!seen) return;
         bool number = false;
         if (seen->inCone) {
@@ -151,9 +151,9 @@ private:
     }
 
     // Far away the team's name fades, and before it the number; returns whether that was seen.
-    bool openPlayer(const Player& p, const Seen& seen) {
-        const bool team = !random_.happens(fading(seen.distance, 40.0, 60.0));
-        const bool number = team && !random_.happens(fading(seen.distance, 20.0, 40.0));
+    bool openPlayer(Player const& p, Seen const& seen) {
+        bool const team = !random_.happens(fading(seen.distance, 40.0, 60.0));
+        bool const number = team && !random_.happens(fading(seen.distance, 20.0, 40.0));
         out_ += " ((p";
         if (team) appendText(out_, " \"", world_.teamName(p.side), '"');
         if (number) appendText(out_, ' ', p.unum, p.goalie ? " goalie" : "");
@@ -163,25 +163,25 @@ private:
 
     // Whether the line of sight hits the line. Its direction is the angle between the two, not the
     // bearing of a point.
-    bool seeLine(const Line& line) {
+    bool seeLine(Line const& line) {
         const Vec outward = polar(1.0, toRad(line.normalDeg));
-        const double toLine = line.offset - dot(me_.pos, outward);
-        const double normal = toRad(toLine < 0.0 ? line.normalDeg + 180.0 : line.normalDeg);
-        const double a = normalized(normal - gaze_);
+        double const toLine = line.offset - dot(me_.pos, outward);
+        double const normal = toRad(toLine < 0.0 ? line.normalDeg + 180.0 : line.normalDeg);
+        double const a = normalized(normal - gaze_);
         if (std::abs(a) >= std::numbers::pi / 2.0) return false;
-        const double length = std::abs(toLine) / std::cos(a);
+        double const length = std::abs(toLine) / std::cos(a);
         const Vec hit = me_.pos + polar(length, gaze_);
-        const bool upright = line.name == 'l' || line.name == 'r';
+        bool const upright = line.name == 'l' || line.name == 'r';
         if (std::abs(upright ? hit.y : hit.x) > line.halfLength) return false;
-        const int dir = static_cast<int>(std::rint(toDeg(a) + (a > 0.0 ? -90.0 : 90.0)));
+        int const dir = static_cast<int>(std::rint(toDeg(a) + (a > 0.0 ? -90.0 : 90.0)));
         open("l ", line.name);
         place({.distance = seenDistance(length, landStep), .dir = dir});
         out_ += ')';
         return true;
     }
 
-    const World& world_;
-    const Player& me_;
+    World const& world_;
+    Player const& me_;
     Random& random_;
     double gaze_;
     bool high_;
@@ -191,13 +191,13 @@ private:
 
 } // namespace
 
-std::string seeMessage(const World& world, const Player& viewer, Random& random) {
+std::string seeMessage(World const& world, Player const& viewer, Random& random) {
     return Eyes(world, viewer, random).look();
 }
 
 int seeInterval(View view) {
     constexpr std::array<int, 3> highTicks{2, 4, 8};
-    const int ticks = highTicks[static_cast<std::size_t>(view.width)];
+    int const ticks = highTicks[static_cast<std::size_t>(view.width)];
     return view.quality == Quality::high ? ticks : ticks / 2;
 }
 

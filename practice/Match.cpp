@@ -32,7 +32,7 @@ std::array<int, maxPlayers> everybodyInRandomOrder(Random& random) {
 
 } // namespace
 
-Match::Match(const MatchOptions& options)
+Match::Match(MatchOptions const& options)
     : random_(options.seed),
       referee_(world_, random_, options.kickOff, [this](std::string_view word) {
           for (const Player& p : world_.players)
@@ -47,13 +47,13 @@ Match::Joined Match::join(std::string_view firstDatagram) {
     const Introduction client = readIntroduction(firstDatagram);
     if (!client.refusal.empty()) return {nobody, std::string(client.refusal)};
     if (client.reconnect) { // nobody comes back: a number is used once
-        const bool playing = world_.mode == Phase::playOn;
+        bool const playing = world_.mode == Phase::playOn;
         return {nobody, playing ? "(error cannot_reconnect_while_playon)"
                                 : "(error no_such_team_or_player)"};
     }
     const Side side = sideOf(client.team);
     if (side == Side::none) return {nobody, "(error no_more_team)"};
-    const int id = freeNumber(client, side);
+    int const id = freeNumber(client, side);
     if (id == nobody) return {id, "(error no_more_player_or_goalie_or_illegal_client_version)"};
     Player& p = world_.player(id);
     p.joined = p.active = true;
@@ -67,7 +67,7 @@ Match::Joined Match::join(std::string_view firstDatagram) {
 }
 
 // The side that plays under this name; a new name takes the next free side.
-Side Match::sideOf(const std::string& team) {
+Side Match::sideOf(std::string const& team) {
     for (const Side side : {Side::left, Side::right}) {
         std::string& name = world_.teamNames[index(side)];
         if (name.empty()) name = team;
@@ -77,10 +77,10 @@ Side Match::sideOf(const std::string& team) {
 }
 
 // The index of the player that the client may be; nobody if it may be none.
-int Match::freeNumber(const Introduction& client, Side side) const {
+int Match::freeNumber(Introduction const& client, Side side) const {
     if (client.version < spokenVersion || client.version >= spokenVersion + 1) return nobody;
     for (int unum = 1; unum <= playersPerTeam; ++unum) {
-        const int id = playerId(side, unum);
+        int const id = playerId(side, unum);
         if (!world_.player(id).joined) return id;
         if (client.goalie && world_.player(id).goalie) return nobody;
     }
@@ -98,7 +98,7 @@ void Match::remove(int id) {
 
 // ---- Messages
 
-void Match::send(const Player& player, std::string text) {
+void Match::send(Player const& player, std::string text) {
     outbox_.push_back({playerId(player), std::move(text)});
 }
 
@@ -116,20 +116,20 @@ struct Match::Execution {
     // The first body command of a cycle wins.
     bool mayUseBody() { return !std::exchange(me.bodyUsed, true); }
 
-    void operator()(const Turn& command) {
+    void operator()(Turn const& command) {
         if (!mayUseBody()) return;
         turn(me, command.moment, match.random_);
         ++me.counts.turn;
     }
 
-    void operator()(const Dash& command) {
+    void operator()(Dash const& command) {
         if (mayUseBody()) dash(me, command.power, command.dir);
     }
 
-    void operator()(const Kick& command) {
+    void operator()(Kick const& command) {
         Referee& referee = match.referee_;
         if (!mayUseBody() || !referee.allowsKick()) return;
-        const int id = playerId(me);
+        int const id = playerId(me);
         if (!kick(world, me, command.power, command.dir, match.random_))
             return referee.triedToKick(id);
         ++me.counts.kick;
@@ -137,8 +137,8 @@ struct Match::Execution {
         if (referee.allowsKick()) match.statistics_.kicked(world, id);
     }
 
-    void operator()(const Catch& command) {
-        const bool legal = me.goalie && world.mode == Phase::playOn && me.catchBan == 0;
+    void operator()(Catch const& command) {
+        bool const legal = me.goalie && world.mode == Phase::playOn && me.catchBan == 0;
         if (!mayUseBody() || !legal) return;
         me.catchBan = wholeParameter("catchBanCycle");
         if (!catchBall(world, me, command.dir)) return;
@@ -146,9 +146,9 @@ struct Match::Execution {
         match.referee_.caught(playerId(me));
     }
 
-    void operator()(const Move& command) {
-        const bool anybody = world.mode == Phase::beforeKickOff || world.mode == Phase::goal;
-        const bool withBall = !anybody && world.ballHolder == playerId(me);
+    void operator()(Move const& command) {
+        bool const anybody = world.mode == Phase::beforeKickOff || world.mode == Phase::goal;
+        bool const withBall = !anybody && world.ballHolder == playerId(me);
         if ((!anybody && !withBall) || !mayUseBody()) return;
         ++me.counts.move;
         if (withBall && me.goalieMoves++ >= wholeParameter("goalieMaxMoves"))
@@ -159,7 +159,7 @@ struct Match::Execution {
             match.send(me, "(warning moving_to_opponent_field)");
     }
 
-    void operator()(const TurnNeck& command) {
+    void operator()(TurnNeck const& command) {
         if (std::exchange(me.neckUsed, true)) {
             ++me.spareNeckTurns;
             return;
@@ -168,12 +168,12 @@ struct Match::Execution {
         ++me.counts.turnNeck;
     }
 
-    void operator()(const ChangeView& command) {
+    void operator()(ChangeView const& command) {
         me.view = command.view;
         ++me.counts.changeView;
     }
 
-    void operator()(const Say& command) {
+    void operator()(Say const& command) {
         if (command.text.size() > wholeParameter("sayMsgSize")) return;
         ++me.counts.say;
         for (Player& listener : world.players)
@@ -188,7 +188,7 @@ struct Match::Execution {
         int& capacity = listener.hearing[listener.side == me.side ? 0 : 1];
         if (way.length() > parameter("audioDist") || capacity < needed) return;
         capacity -= needed;
-        const int dir = wholeDegrees(way.angle() - listener.body);
+        int const dir = wholeDegrees(way.angle() - listener.body);
         match.send(listener, text("(hear ", world.cycle, ' ', dir, " \"", said, "\")"));
     }
 
@@ -210,11 +210,11 @@ void Match::receive(int player, std::string_view datagram) {
 
 void Match::executeReceived() {
     if (std::ranges::all_of(inbox_, &std::vector<std::string>::empty)) return;
-    for (const int id : everybodyInRandomOrder(random_)) {
+    for (int const id : everybodyInRandomOrder(random_)) {
         Player& player = world_.player(id);
-        for (const std::string& datagram : std::exchange(inbox_[id], {})) {
+        for (std::string const& datagram : std::exchange(inbox_[id], {})) {
             CommandReader reader(datagram);
-            while (const auto command = player.active ? reader.next() : std::nullopt)
+            while (auto const command = player.active ? reader.next() : std::nullopt)
                 std::visit(Execution{*this, player}, *command);
             if (!reader.failed()) continue;
             ++player.refused;
@@ -228,7 +228,7 @@ void Match::executeReceived() {
 bool Match::poll() {
     ++polls_;
     executeReceived();
-    const bool stepped = polls_ % pollsPerStep == 0;
+    bool const stepped = polls_ % pollsPerStep == 0;
     if (stepped) step();
     if (ticksAt(polls_) != ticksAt(polls_ - 1)) sendSights();
     return stepped;
@@ -241,8 +241,8 @@ void Match::step() {
     statistics_.stepped(world_);
     recoverAll(world_);
     referee_.startWhenReady();
-    for (const int id : everybodyInRandomOrder(random_)) {
-        const Player& p = world_.player(id);
+    for (int const id : everybodyInRandomOrder(random_)) {
+        Player const& p = world_.player(id);
         if (p.active) send(p, senseBodyMessage(world_, p));
     }
 }

@@ -30,9 +30,9 @@ struct Outgoing {
 // outbox. The same seed and the same calls give the same match.
 class Match {
 public:
-    explicit Match(const MatchOptions& options);
-    Match(const Match&) = delete; // the parts refer to each other
-    Match& operator=(const Match&) = delete;
+    explicit Match(MatchOptions const& options);
+    Match(Match const&) = delete; // the parts refer to each other
+    Match& operator=(Match const&) = delete;
 
     // `refusal` is the reply for a client that is not let in; else the messages are in the outbox.
     struct Joined {
@@ -50,16 +50,16 @@ public:
     // Takes the messages since the last call, in the order they are to be sent.
     std::vector<Outgoing> takeOutbox();
 
-    const World& world() const { return world_; }
+    World const& world() const { return world_; }
     World& world() { return world_; } // to set up a scene
-    const Statistics& statistics() const { return statistics_; }
+    Statistics const& statistics() const { return statistics_; }
 
 private:
     struct Execution; // of the commands of one player
 
-    Side sideOf(const std::string& team);
-    int freeNumber(const Introduction& client, Side side) const;
-    void send(const Player& player, std::string text);
+    Side sideOf(std::string const& team);
+    int freeNumber(Introduction const& client, Side side) const;
+    void send(Player const& player, std::string text);
     void executeReceived();
     void step();
     void sendSights();

@@ -46,13 +46,13 @@ std::array<Option, 12> tableFor(Options& o) {
 
 // Reads what an option says; false when it makes no sense.
 struct Assignment {
-    const Option& option;
+    Option const& option;
     std::string_view text;
 
     template <typename Number>
     bool operator()(Number* target) const {
-        const char* end = text.data() + text.size();
-        const auto read = std::from_chars(text.data(), end, *target);
+        char const* end = text.data() + text.size();
+        auto const read = std::from_chars(text.data(), end, *target);
         if (read.ec != std::errc{} || read.ptr != end) return false;
         return std::cmp_greater_equal(*target, option.least) &&
                std::cmp_less_equal(*target, option.most);
@@ -63,7 +63,7 @@ struct Assignment {
     }
     bool operator()(Style* target) const {
         constexpr std::array<std::string_view, 4> names{"auto", "line", "plain", "off"};
-        const auto name = std::ranges::find(names, text);
+        auto const name = std::ranges::find(names, text);
         *target = static_cast<Style>(name - names.begin());
         return name != names.end();
     }
@@ -72,13 +72,13 @@ struct Assignment {
 
 } // namespace
 
-std::string readOptions(std::span<const char* const> arguments, Options& options) {
-    const auto table = tableFor(options);
+std::string readOptions(std::span<char const* const> arguments, Options& options) {
+    auto const table = tableFor(options);
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::string_view name = arguments[i];
-        const auto option = std::ranges::find(table, name, &Option::name);
+        auto const option = std::ranges::find(table, name, &Option::name);
         if (option == table.end()) return text("unknown option ", name, "; --help lists them all");
-        const bool needsValue = !option->value.empty();
+        bool const needsValue = !option->value.empty();
         if (needsValue && i + 1 == arguments.size())
             return text(name, " needs a value: ", option->help);
         const std::string_view value = needsValue ? arguments[++i] : "";
@@ -92,7 +92,7 @@ std::string helpText() {
     std::string out =
         "practice-server: a small soccer server to practise against\n\nOptions (defaults):\n";
     Options options;
-    for (const Option& option : tableFor(options)) {
+    for (Option const& option : tableFor(options)) {
         std::string left = text("  ", option.name, ' ', option.value);
         left.resize(22, ' ');
         appendText(out, left, option.help, '\n');

@@ -21,7 +21,7 @@ struct Options {
 };
 
 // Reads the arguments after the program's name. Returns what is wrong with them, empty if nothing.
-std::string readOptions(std::span<const char* const> arguments, Options& options);
+std::string readOptions(std::span<char const* const> arguments, Options& options);
 
 std::string helpText();
 

@@ -6,7 +6,7 @@ namespace practice {
 
 std::string serverParamMessage(int halfCycles) {
     std::string out = "(server_param";
-    for (const Parameter& p : parameters) {
+    for (Parameter const& p : parameters) {
         appendText(out, ' ', p.name == "halfTime" ? halfCycles : p.value);
     }
     return out + ")";

@@ -34,23 +34,23 @@ Vec mirrored(Vec v, Vec normal) {
 // The share of the path, 0 to 1, after which it enters the circle around `centre`.
 std::optional<double> entry(Vec from, Vec path, Vec centre, double radius) {
     const Vec rel = from - centre;
-    const double a = dot(path, path);
-    const double b = dot(rel, path);
-    const double root = b * b - a * (dot(rel, rel) - radius * radius);
+    double const a = dot(path, path);
+    double const b = dot(rel, path);
+    double const root = b * b - a * (dot(rel, rel) - radius * radius);
     if (a == 0.0 || b >= 0.0 || root <= 0.0) return std::nullopt;
-    const double share = (-b - std::sqrt(root)) / a;
+    double const share = (-b - std::sqrt(root)) / a;
     return share >= 0.0 && share <= 1.0 ? std::optional(share) : std::nullopt;
 }
 
 void applyDash(Player& p) {
     if (!p.dashing) return;
     ++p.counts.dash;
-    const bool backwards = p.dashPower < 0.0;
-    const double wanted = backwards ? -2.0 * p.dashPower : p.dashPower;
-    const double spent = std::min(wanted, p.stamina + p.extra);
+    bool const backwards = p.dashPower < 0.0;
+    double const wanted = backwards ? -2.0 * p.dashPower : p.dashPower;
+    double const spent = std::min(wanted, p.stamina + p.extra);
     p.extra = std::min(p.extra, p.stamina + p.extra - spent);
     p.stamina = std::max(0.0, p.stamina - spent);
-    const double power = backwards ? -spent / 2.0 : spent;
+    double const power = backwards ? -spent / 2.0 : spent;
     p.acc += polar(p.effort * power * parameter("dashPowerRate"), p.body + p.dashDir);
 }
 
@@ -61,10 +61,10 @@ void applyTurns(Player& p) {
     p.pendingTurn = p.pendingNeck = 0.0;
 }
 
-void moveOne(Movable& m, const Motion& motion, Random& random) {
+void moveOne(Movable& m, Motion const& motion, Random& random) {
     if (m.acc != Vec{})
         m.vel = shortenedTo(m.vel + shortenedTo(m.acc, motion.accelMax), motion.speedMax);
-    const double noise = random.uniform(0.0, motion.noise * m.vel.length());
+    double const noise = random.uniform(0.0, motion.noise * m.vel.length());
     m.vel += polar(noise, random.direction());
     m.pos = moveAlong(m.pos, m.vel, motion.size);
     m.vel *= motion.decay;
@@ -75,7 +75,7 @@ void moveEverything(World& world, Random& random) {
     std::array<int, maxPlayers + 1> order{};
     std::iota(order.begin(), order.end(), 0);
     random.shuffle(std::span<int>(order));
-    for (const int i : order) {
+    for (int const i : order) {
         if (i == theBall) {
             moveOne(world.ball, ballMotion, random);
         } else if (Player& p = world.player(i); p.active) {
@@ -131,10 +131,10 @@ private:
 
     bool separate(int i, int j) {
         constexpr double rounding = 1e-10; // two that just touch do not collide again
-        const double reach = i == theBall ? contactDistance : 2.0 * playerSize;
+        double const reach = i == theBall ? contactDistance : 2.0 * playerSize;
         const Vec a = object(i).pos;
         const Vec b = object(j).pos;
-        const double gap = distance(a, b);
+        double const gap = distance(a, b);
         if (gap >= reach - rounding) return false;
         const Vec unit = gap > 0.0 ? (b - a) * (1.0 / gap) : polar(1.0, random_.direction());
         if (i == theBall && world_.mode != Phase::playOn) { // it waits there for its set piece
@@ -149,7 +149,7 @@ private:
 
     void moveToMeans() {
         for (int i = 0; i <= theBall; ++i) {
-            const auto [sum, count] = std::exchange(means_[i], {});
+            auto const [sum, count] = std::exchange(means_[i], {});
             if (count > 0) object(i).pos = sum * (1.0 / count);
         }
     }
@@ -169,7 +169,7 @@ void recoverStamina(Player& p) {
         p.effort = std::max(parameter("effortMin"), p.effort - parameter("effortDec"));
     if (p.stamina >= parameter("effortIncThr") * most)
         p.effort = std::min(parameter("effortInit"), p.effort + parameter("effortInc"));
-    const double gain =
+    double const gain =
         std::min({p.recovery * parameter("staminaInc"), most - p.stamina, p.capacity});
     p.stamina += gain;
     p.capacity -= gain;
@@ -179,7 +179,7 @@ void recoverStamina(Player& p) {
 
 void turn(Player& player, double momentDeg, Random& random) {
     constexpr double noise = parameter("playerRandom");
-    const double moment = std::clamp(momentDeg, parameter("minMoment"), parameter("maxMoment")) *
+    double const moment = std::clamp(momentDeg, parameter("minMoment"), parameter("maxMoment")) *
                           (1.0 + random.uniform(-noise, noise));
     player.pendingTurn = toRad(moment) / (1.0 + parameter("inertiaMoment") * player.vel.length());
 }
@@ -195,30 +195,30 @@ void dash(Player& player, double power, double dirDeg) {
     player.dashPower = std::clamp(power, minDashPower, parameter("maxPower"));
 }
 
-bool kick(World& world, const Player& player, double power, double dirDeg, Random& random) {
+bool kick(World& world, Player const& player, double power, double dirDeg, Random& random) {
     const Vec toBall = world.ball.pos - player.pos;
     if (toBall.length() > kickableArea) return false;
     constexpr double maxPower = parameter("maxPower");
-    const double p = std::clamp(power, parameter("minPower"), maxPower);
-    const double dir = toRad(std::clamp(dirDeg, -180.0, 180.0));
-    const double side = std::abs(normalized(toBall.angle() - player.body)) / std::numbers::pi;
-    const double gap = (toBall.length() - contactDistance) / parameter("kickableMargin");
+    double const p = std::clamp(power, parameter("minPower"), maxPower);
+    double const dir = toRad(std::clamp(dirDeg, -180.0, 180.0));
+    double const side = std::abs(normalized(toBall.angle() - player.body)) / std::numbers::pi;
+    double const gap = (toBall.length() - contactDistance) / parameter("kickableMargin");
 
-    const double strength = p * parameter("kickPowerRate") * (1.0 - 0.25 * side - 0.25 * gap);
-    const double awkwardness = 0.5 + 0.25 * (side + gap);
-    const double ballRush =
+    double const strength = p * parameter("kickPowerRate") * (1.0 - 0.25 * side - 0.25 * gap);
+    double const awkwardness = 0.5 + 0.25 * (side + gap);
+    double const ballRush =
         0.5 + 0.5 * world.ball.vel.length() / (parameter("ballSpeedMax") * parameter("ballDecay"));
-    const double noise = parameter("kickRandom") * (p / maxPower) * (awkwardness + ballRush);
+    double const noise = parameter("kickRandom") * (p / maxPower) * (awkwardness + ballRush);
     world.ball.acc += polar(strength, player.body + dir);
     world.ball.acc += polar(random.uniform(0.0, noise), random.direction());
     return true;
 }
 
 bool catchBall(World& world, Player& goalie, double dirDeg) {
-    const double dir = goalie.body + toRad(std::clamp(dirDeg, -maxCatchAngleDeg, maxCatchAngleDeg));
+    double const dir = goalie.body + toRad(std::clamp(dirDeg, -maxCatchAngleDeg, maxCatchAngleDeg));
     const Vec toBall = world.ball.pos - goalie.pos;
-    const double along = dot(toBall, polar(1.0, dir));
-    const double across = dot(toBall, polar(1.0, dir + std::numbers::pi / 2.0));
+    double const along = dot(toBall, polar(1.0, dir));
+    double const across = dot(toBall, polar(1.0, dir + std::numbers::pi / 2.0));
     if (along < 0.0 || along > parameter("catchAreaLength") ||
         std::abs(across) > parameter("catchAreaWidth") / 2.0) {
         return false;
@@ -246,7 +246,7 @@ std::vector<int> moveAll(World& world, Random& random) {
     moveEverything(world, random);
     std::vector<int> touchers = Collisions(world, random).resolve();
     if (world.ballHolder != nobody) {
-        const Player& goalie = world.player(world.ballHolder);
+        Player const& goalie = world.player(world.ballHolder);
         world.ball.pos = goalie.pos + polar(contactDistance, goalie.body);
         world.ball.halt();
     }
@@ -265,9 +265,9 @@ void recoverAll(World& world) {
 }
 
 Vec moveAlong(Vec pos, Vec& vel, double size) {
-    const double radius = postRadius + size;
+    double const radius = postRadius + size;
     const Vec post = nearestPost(pos);
-    if (const double d = distance(pos, post); d > 0.0 && d < radius) {
+    if (double const d = distance(pos, post); d > 0.0 && d < radius) {
         const Vec normal = (pos - post) * (1.0 / d);
         pos = post + normal * radius;
         if (dot(vel, normal) < 0.0) vel = mirrored(vel, normal);

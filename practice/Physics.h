@@ -17,7 +17,7 @@ void turnNeck(Player& player, double momentDeg);
 // Effect at the start of the next step.
 void dash(Player& player, double power, double dirDeg = 0.0);
 // Accelerates the ball; false, and no effect, when it is out of reach.
-bool kick(World& world, const Player& player, double power, double dirDeg, Random& random);
+bool kick(World& world, Player const& player, double power, double dirDeg, Random& random);
 // A goalie jumps to the ball and turns to it; false, and no effect, when the ball is not in its
 // area.
 bool catchBall(World& world, Player& goalie, double dirDeg);

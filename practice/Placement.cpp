@@ -32,13 +32,13 @@ bool isWithinRunOff(Vec pos) {
 
 // The other coordinate of the point of a circle whose one is `away` from the centre.
 double onCircle(double centre, double radius, double away, double towards) {
-    const double reach = std::sqrt(std::max(0.0, radius * radius - away * away));
+    double const reach = std::sqrt(std::max(0.0, radius * radius - away * away));
     return centre + std::copysign(reach, towards - centre);
 }
 
 Vec edgeOfCircle(Vec pos, Vec centre, double radius) {
     const Vec out = pos - centre;
-    const double d = out.length();
+    double const d = out.length();
     const Vec radial =
         centre + (d > 0.0 ? out * (radius / d) : Vec{-std::copysign(radius, centre.x), 0.0});
     Vec cut = cutToRunOff(radial);
@@ -56,17 +56,17 @@ void put(Player& p, Vec pos) {
     p.halt();
 }
 
-bool isOnOwnGoalLine(const Player& p) {
+bool isOnOwnGoalLine(Player const& p) {
     return -sign(p.side) * p.pos.x >= pitchHalfLength - playerSize &&
            std::abs(p.pos.y) <= goalHalfWidth;
 }
 
-double offsideLine(const World& world, Side attacker) {
+double offsideLine(World const& world, Side attacker) {
     double last = 0.0;
     double secondLast = 0.0;
-    for (const Player& p : world.players) {
+    for (Player const& p : world.players) {
         if (!p.active || p.side == attacker) continue;
-        const double x = sign(attacker) * p.pos.x;
+        double const x = sign(attacker) * p.pos.x;
         secondLast = std::max(secondLast, std::min(last, x));
         last = std::max(last, x);
     }
@@ -106,12 +106,12 @@ Vec goalKickSpot(Vec ball) {
     return {std::copysign(goalArea.front, ball.x), std::copysign(goalArea.halfWidth, ball.y)};
 }
 
-OffsideMarks offsideMarks(const World& world, int id) {
+OffsideMarks offsideMarks(World const& world, int id) {
     OffsideMarks marks;
     const Side side = world.player(id).side;
-    const double line = offsideLine(world, side);
-    for (const Player& p : world.players) {
-        const int mate = playerId(p);
+    double const line = offsideLine(world, side);
+    for (Player const& p : world.players) {
+        int const mate = playerId(p);
         if (!p.active || p.side != side || mate == id || sign(side) * p.pos.x <= line) continue;
         const Vec spot = cutToPitch({sign(side) * line, p.pos.y}, 1.0);
         marks[mate] = OffsideMark{goalArea.cornerIfInside(spot, other(side)), line};
@@ -122,7 +122,7 @@ OffsideMarks offsideMarks(const World& world, int id) {
 void clearBall(World& world, Side team, double radius, bool goalLineMayStay) {
     const Vec ball = world.ball.pos;
     for (Player& p : world.players) {
-        const bool stays = goalLineMayStay && isOnOwnGoalLine(p);
+        bool const stays = goalLineMayStay && isOnOwnGoalLine(p);
         if (!p.active || stays || (team != Side::none && p.side != team)) continue;
         if (distance(p.pos, ball) < radius) put(p, edgeOfCircle(p.pos, ball, radius));
     }
@@ -133,7 +133,7 @@ void clearPenaltyArea(World& world, Side owner) {
     constexpr double halfWidth = penaltyArea.halfWidth + playerSize;
     for (Player& p : world.players) {
         if (!p.active || p.side == owner || !isInPenaltyArea(p.pos, owner, playerSize)) continue;
-        const bool forward = -sign(owner) * p.pos.x - front <= halfWidth - std::abs(p.pos.y);
+        bool const forward = -sign(owner) * p.pos.x - front <= halfWidth - std::abs(p.pos.y);
         put(p, forward ? Vec{-sign(owner) * front, p.pos.y}
                        : Vec{p.pos.x, std::copysign(halfWidth, p.pos.y)});
     }

@@ -31,7 +31,7 @@ struct OffsideMark {
 using OffsideMarks = Table<std::optional<OffsideMark>, maxPlayers>;
 // The team-mates of player `id`, who plays the ball, that are beyond the line: the most advanced of
 // second-last opponent, ball and half-way line.
-OffsideMarks offsideMarks(const World& world, int id);
+OffsideMarks offsideMarks(World const& world, int id);
 
 // Brings players of one team (none: of both) to the edge of a circle around the ball, radially if
 // the run-off allows it. For an indirect free kick who stands in its own goal may stay.

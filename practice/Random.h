@@ -26,7 +26,7 @@ public:
     template <typename T>
     void shuffle(std::span<T> items) {
         for (std::size_t i = items.size(); i > 1; --i) {
-            const auto j = static_cast<std::size_t>(uniform(0.0, static_cast<double>(i)));
+            auto const j = static_cast<std::size_t>(uniform(0.0, static_cast<double>(i)));
             std::swap(items[i - 1], items[j]);
         }
     }

@@ -33,15 +33,15 @@ Phase restartAfter(PlayMode mode) {
 }
 
 bool crossedBetweenPosts(Vec before, Vec ball) {
-    const double from = std::abs(before.x);
+    double const from = std::abs(before.x);
     if (from > goalLine) return false;
-    const double share = (goalLine - from) / (std::abs(ball.x) - from);
+    double const share = (goalLine - from) / (std::abs(ball.x) - from);
     return std::abs(before.y + (ball.y - before.y) * share) <= goalHalfWidth + postRadius;
 }
 
 } // namespace
 
-Referee::Referee(World& world, Random& random, const KickOffRule& rule, Announce announce)
+Referee::Referee(World& world, Random& random, KickOffRule const& rule, Announce announce)
     : world_(world), random_(random), rule_(rule), announce_(std::move(announce)) {}
 
 // ---- Decisions
@@ -91,15 +91,15 @@ bool Referee::allowsKick() const {
 
 bool Referee::isBackPassTo(int id) const {
     const Side side = world_.player(id).side;
-    const int from = play_.lastKicker == id ? play_.kickerBefore : play_.lastKicker;
+    int const from = play_.lastKicker == id ? play_.kickerBefore : play_.lastKicker;
     if (from == nobody) return play_.lastKicker != nobody;
     return world_.player(from).side == side;
 }
 
 // The rules that hold for kicks and touches alike; false when one of them stopped the game.
 bool Referee::played(int id) {
-    const Player& p = world_.player(id);
-    const bool secondTouch = id == play_.taker && p.counts.dash > play_.takerDashes;
+    Player const& p = world_.player(id);
+    bool const secondTouch = id == play_.taker && p.counts.dash > play_.takerDashes;
     if (world_.mode == Phase::goalKick && p.side != world_.mode.side) {
         interrupt(world_.mode, goalKickSpot(world_.ball.pos));
     } else if (play_.offside[id]) {
@@ -137,8 +137,8 @@ void Referee::take(int id) {
 }
 
 void Referee::triedToKick(int id) {
-    const double gap = distance(world_.player(id).pos, world_.ball.pos);
-    const bool disturbs = play_.offside[id] && gap <= parameter("offsideArea");
+    double const gap = distance(world_.player(id).pos, world_.ball.pos);
+    bool const disturbs = play_.offside[id] && gap <= parameter("offsideArea");
     if (world_.mode == Phase::playOn && disturbs) callOffside(id);
 }
 
@@ -156,14 +156,14 @@ void Referee::caught(int id) {
 
 // ---- The step
 
-void Referee::step(Vec ballBefore, const std::vector<int>& touchers) {
+void Referee::step(Vec ballBefore, std::vector<int> const& touchers) {
     kickedThisCycle_ = {};
     ++stepsInMode_;
     if (!world_.mode.isStopped()) ++world_.cycle;
-    for (const int id : touchers) // a ball that waits to be kicked touches nobody
+    for (int const id : touchers) // a ball that waits to be kicked touches nobody
         if (world_.mode == Phase::playOn || play_.taker != nobody) played(id);
     if (world_.mode == Phase::goal || world_.mode.isOffence()) runStoppage();
-    const bool inPlay = !world_.mode.isStopped();
+    bool const inPlay = !world_.mode.isStopped();
     if (inPlay && !world_.anybodyActive()) {
         announce_("time_up_without_a_team");
         changeMode({Phase::timeOver});
@@ -188,7 +188,7 @@ void Referee::endHalf() {
 
 void Referee::runStoppage() {
     const PlayMode mode = world_.mode;
-    const int length = mode == Phase::goal ? goalStoppage : offenceStoppage;
+    int const length = mode == Phase::goal ? goalStoppage : offenceStoppage;
     if (stepsInMode_ > length) {
         interrupt({restartAfter(mode), other(mode.side)},
                   mode == Phase::goal ? Vec{} : world_.ball.pos);
@@ -202,8 +202,8 @@ void Referee::runStoppage() {
 void Referee::superviseSetPiece() {
     const Vec ball = world_.ball.pos;
     const PlayMode mode = world_.mode;
-    const int holder = world_.ballHolder;
-    const bool taken = mode == Phase::goalKick ? !isInPenaltyArea(ball, mode.side, ballSize)
+    int const holder = world_.ballHolder;
+    bool const taken = mode == Phase::goalKick ? !isInPenaltyArea(ball, mode.side, ballSize)
                                                : world_.ball.vel != Vec{};
     if (taken) {
         changeMode({Phase::playOn});
@@ -221,7 +221,7 @@ void Referee::keepDistance() {
     if (mode == Phase::goalKick) return clearPenaltyArea(world_, mode.side);
     if (mode == Phase::dropBall) return clearBall(world_, Side::none, freeCircle);
     if (mode == Phase::kickOff) sendToOwnHalf(world_);
-    const bool indirect = mode == Phase::indirectFreeKick || mode == Phase::backPass;
+    bool const indirect = mode == Phase::indirectFreeKick || mode == Phase::backPass;
     clearBall(world_, mode.isOffence() ? mode.side : other(mode.side), freeCircle, indirect);
 }
 
@@ -263,10 +263,10 @@ bool Referee::isBallStuck() {
 
 void Referee::startWhenReady() {
     if (world_.mode != Phase::beforeKickOff) return;
-    const long joined = world_.joinedCount();
+    long const joined = world_.joinedCount();
     if (joined > 0) ++waitedSteps_;
     if (half_ == 2 || joined >= rule_.players) ++readySteps_;
-    const bool waitedEnough = half_ == 1 && joined > 0 && waitedSteps_ >= rule_.waitSteps;
+    bool const waitedEnough = half_ == 1 && joined > 0 && waitedSteps_ >= rule_.waitSteps;
     if (!waitedEnough && readySteps_ <= rule_.readySteps) return;
     for (Player& p : world_.players)
         p.restoreStamina();

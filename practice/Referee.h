@@ -25,7 +25,7 @@ class Referee {
 public:
     using Announce = std::function<void(std::string_view word)>;
 
-    Referee(World& world, Random& random, const KickOffRule& rule, Announce announce);
+    Referee(World& world, Random& random, KickOffRule const& rule, Announce announce);
 
     // Does the ball move if a player kicks it now?
     bool allowsKick() const;
@@ -34,7 +34,7 @@ public:
     void triedToKick(int id);
     void caught(int id);
     // After the movement of a step; `touchers` are the players the ball ran into.
-    void step(Vec ballBefore, const std::vector<int>& touchers);
+    void step(Vec ballBefore, std::vector<int> const& touchers);
     // At the end of a step.
     void startWhenReady();
 

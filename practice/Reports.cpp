@@ -14,32 +14,32 @@ namespace practice {
 namespace {
 
 // Rolling freely the ball ends `speed / (1 - decay)` farther on.
-bool isShot(const World& world, Side side) {
+bool isShot(World const& world, Side side) {
     constexpr double margin = 2.0;
-    const Movable& ball = world.ball;
+    Movable const& ball = world.ball;
     const Vec vel = shortenedTo(ball.vel + shortenedTo(ball.acc, parameter("ballAccelMax")),
                                 parameter("ballSpeedMax"));
     const Vec path = vel * (1.0 / (1.0 - parameter("ballDecay")));
-    const double toLine = sign(side) * pitchHalfLength - ball.pos.x;
+    double const toLine = sign(side) * pitchHalfLength - ball.pos.x;
     if (sign(side) * path.x < sign(side) * toLine || path.x == 0.0) return false;
     return std::abs(ball.pos.y + path.y * toLine / path.x) <= goalHalfWidth + margin;
 }
 
 template <typename First, typename... Rest>
-void appendRow(std::string& out, const First& first, const Rest&... rest) {
+void appendRow(std::string& out, First const& first, Rest const&... rest) {
     appendText(out, first);
     (appendText(out, '\t', rest), ...);
     out += '\n';
 }
 
 // How much of the match is over, in `parts` parts.
-int progress(const World& world, int parts) {
+int progress(World const& world, int parts) {
     return std::min(parts, parts * world.cycle / (2 * world.halfCycles));
 }
 
-std::string scoreboardLine(const World& world) {
+std::string scoreboardLine(World const& world) {
     constexpr int width = 20;
-    const auto name = [&world](Side side) {
+    auto const name = [&world](Side side) {
         return world.teamName(side).empty() ? "(nobody yet)" : world.teamName(side);
     };
     std::string mode = world.mode.word();
@@ -54,18 +54,18 @@ std::string scoreboardLine(const World& world) {
 
 // ---- Statistics
 
-void Statistics::kicked(const World& world, int id) {
+void Statistics::kicked(World const& world, int id) {
     const Side side = world.player(id).side;
     TeamStatistics& mine = teams_[index(side)];
-    const bool received = lastKicker_ != nobody && lastKicker_ != id;
+    bool const received = lastKicker_ != nobody && lastKicker_ != id;
     if (received && world.player(lastKicker_).side == side) ++mine.passesArrived;
-    const bool shot = isShot(world, side);
+    bool const shot = isShot(world, side);
     if (shot && !(shooting_ && lastKicker_ == id)) ++mine.shots;
     shooting_ = shot;
     lastKicker_ = id;
 }
 
-void Statistics::stepped(const World& world) {
+void Statistics::stepped(World const& world) {
     if (world.mode != Phase::playOn && world.mode != Phase::goalKick) {
         lastKicker_ = nobody;
         shooting_ = false;
@@ -75,8 +75,8 @@ void Statistics::stepped(const World& world) {
 }
 
 double Statistics::possession(Side side) const {
-    const int mine = team(side).stepsWithBall;
-    const int all = mine + team(other(side)).stepsWithBall;
+    int const mine = team(side).stepsWithBall;
+    int const all = mine + team(other(side)).stepsWithBall;
     return all == 0 ? 0.0 : 100.0 * mine / all;
 }
 
@@ -87,11 +87,11 @@ std::string logHeader() {
            " then per player: side unum x y body neck stamina\n";
 }
 
-std::string logLine(const World& world) {
-    const auto& [pos, vel, acc] = world.ball;
+std::string logLine(World const& world) {
+    auto const& [pos, vel, acc] = world.ball;
     std::string out = text(world.cycle, ' ', world.mode.word(), ' ', world.score[0], ' ',
                            world.score[1], ' ', pos.x, ' ', pos.y, ' ', vel.x, ' ', vel.y);
-    for (const Player& p : world.players) {
+    for (Player const& p : world.players) {
         if (!p.active) continue;
         appendText(out, ' ', letter(p.side), ' ', p.unum, ' ', p.pos.x, ' ', p.pos.y, ' ',
                    toDeg(p.body), ' ', toDeg(p.neck), ' ', p.stamina);
@@ -99,25 +99,25 @@ std::string logLine(const World& world) {
     return out + '\n';
 }
 
-std::string results(const World& world, const Statistics& statistics) {
+std::string results(World const& world, Statistics const& statistics) {
     std::string out;
     appendRow(out, "score", world.score[0], world.score[1]);
     appendRow(out, "cycles", world.cycle);
     for (const Side side : {Side::left, Side::right}) {
-        const TeamStatistics& team = statistics.team(side);
+        TeamStatistics const& team = statistics.team(side);
         appendRow(out, "team", letter(side), world.teamName(side), world.goals(side),
                   statistics.possession(side), team.shots, team.passesArrived);
     }
-    for (const Player& p : world.players) {
+    for (Player const& p : world.players) {
         if (!p.joined) continue;
-        const auto& [kick, dash, turn, say, turnNeck, catches, move, changeView] = p.counts;
+        auto const& [kick, dash, turn, say, turnNeck, catches, move, changeView] = p.counts;
         appendRow(out, "player", letter(p.side), p.unum, kick, dash, turn, say, turnNeck, catches,
                   move, changeView, p.refused, p.lost ? 1 : 0, p.spareNeckTurns);
     }
     return out;
 }
 
-bool writeFile(const std::string& path, const std::string& content) {
+bool writeFile(std::string const& path, std::string const& content) {
     const std::string draft = path + ".new";
     std::ofstream file(draft, std::ios::binary);
     file << content;
@@ -132,19 +132,19 @@ Scoreboard::Scoreboard(Style style, std::FILE* out) : style_(style), out_(out) {
 }
 
 // Set pieces come and go: goals, kick-offs, breaks and every tenth of the match are worth a line.
-bool Scoreboard::isNews(const World& world) {
+bool Scoreboard::isNews(World const& world) {
     const PlayMode mode = world.mode;
-    const bool milestone =
+    bool const milestone =
         mode == Phase::beforeKickOff || mode == Phase::kickOff || mode == Phase::timeOver;
-    const int tenth = progress(world, 10);
-    const bool news = (mode != std::exchange(lastMode_, mode) && milestone) ||
+    int const tenth = progress(world, 10);
+    bool const news = (mode != std::exchange(lastMode_, mode) && milestone) ||
                       world.score != lastScore_ || tenth != lastTenth_;
     lastScore_ = world.score;
     lastTenth_ = tenth;
     return news;
 }
 
-void Scoreboard::show(const World& world) {
+void Scoreboard::show(World const& world) {
     if (style_ == Style::plain && isNews(world)) {
         std::fprintf(out_, "%s\n", scoreboardLine(world).c_str());
     } else if (style_ == Style::line) {

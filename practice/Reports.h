@@ -20,10 +20,10 @@ struct TeamStatistics {
 class Statistics {
 public:
     // A kick has accelerated the ball in play.
-    void kicked(const World& world, int id);
-    void stepped(const World& world);
+    void kicked(World const& world, int id);
+    void stepped(World const& world);
 
-    const TeamStatistics& team(Side side) const { return teams_[index(side)]; }
+    TeamStatistics const& team(Side side) const { return teams_[index(side)]; }
     // Percent of the steps in which either team had the ball; 0 before the first.
     double possession(Side side) const;
 
@@ -36,12 +36,12 @@ private:
 // First line of a log, then one line per step: cycle, play mode, score, ball, and for every player
 // on the pitch side, number, position, body and neck (degrees) and stamina.
 std::string logHeader();
-std::string logLine(const World& world);
+std::string logLine(World const& world);
 
 // Score, teams and players with their executed commands, tab separated.
-std::string results(const World& world, const Statistics& statistics);
+std::string results(World const& world, Statistics const& statistics);
 // Replaces the file at once, so that nobody reads half of it. False, with errno set, on failure.
-bool writeFile(const std::string& path, const std::string& content);
+bool writeFile(std::string const& path, std::string const& content);
 
 // Shows the match to whoever started the server: teams, score, play mode, cycle and progress.
 class Scoreboard {
@@ -52,12 +52,12 @@ public:
     Scoreboard(Style style, std::FILE* out);
 
     // After every step.
-    void show(const World& world);
+    void show(World const& world);
     // Leaves the redrawn line standing.
     void finish();
 
 private:
-    bool isNews(const World& world);
+    bool isNews(World const& world);
 
     Style style_;
     std::FILE* out_;

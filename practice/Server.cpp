@@ -17,7 +17,7 @@ constexpr std::chrono::milliseconds pollTime{10};
 // from there, because steps in a burst would be lost to the players.
 constexpr std::chrono::milliseconds longestCatchUp{100};
 
-std::string bindProblem(const Options& options) {
+std::string bindProblem(Options const& options) {
     if (errno == EADDRINUSE)
         return text("port ", options.port, " is in use; choose another with --port");
     return text("cannot listen on ", options.address, " port ", options.port, ": ",
@@ -26,8 +26,8 @@ std::string bindProblem(const Options& options) {
 
 } // namespace
 
-std::unique_ptr<Server> Server::open(const Options& options, std::string& problem) {
-    const auto address = makeAddress(options.address, options.port);
+std::unique_ptr<Server> Server::open(Options const& options, std::string& problem) {
+    auto const address = makeAddress(options.address, options.port);
     auto door = address ? Socket::bound(*address) : std::nullopt;
     if (!door) {
         problem = address ? bindProblem(options) : text(options.address, " is no IPv4 address");
@@ -44,13 +44,13 @@ std::unique_ptr<Server> Server::open(const Options& options, std::string& proble
     return server;
 }
 
-Server::Server(const Options& options, const Address& address, Socket door)
+Server::Server(Options const& options, Address const& address, Socket door)
     : options_(options), any_(address), door_(std::move(door)), match_(options.match),
       scoreboard_(options.scoreboard, stdout) {
     any_.sin_port = 0;
 }
 
-int Server::run(const volatile int& stop) {
+int Server::run(int const volatile& stop) {
     Clock::time_point next = Clock::now();
     while (stop == 0 && !isOver()) {
         next += pollTime;
@@ -59,7 +59,7 @@ int Server::run(const volatile int& stop) {
         readDoor();
         for (int i = 0; i < maxPlayers; ++i)
             readClient(i);
-        const bool stepped = match_.poll();
+        bool const stepped = match_.poll();
         sendOutbox();
         if (stepped) afterStep();
     }
@@ -74,7 +74,7 @@ void Server::readDoor() {
     Address sender{};
     std::string_view datagram;
     while (door_.receive(buffer_, datagram, sender) == Socket::Arrival::datagram) {
-        if (const int player = playerAt(sender); player != nobody) {
+        if (int const player = playerAt(sender); player != nobody) {
             match_.receive(player, datagram);
         } else {
             admit(datagram, sender);
@@ -94,9 +94,9 @@ void Server::readClient(int player) {
 }
 
 // The socket comes first, so that nobody joins who could not be told.
-void Server::admit(std::string_view datagram, const Address& sender) {
+void Server::admit(std::string_view datagram, Address const& sender) {
     auto socket = Socket::bound(any_);
-    const bool connected = socket && socket->connectTo(sender);
+    bool const connected = socket && socket->connectTo(sender);
     const Match::Joined joined =
         connected ? match_.join(datagram) : Match::Joined{nobody, "(error connection_failed)"};
     if (joined.player == nobody) {
@@ -106,10 +106,10 @@ void Server::admit(std::string_view datagram, const Address& sender) {
     }
 }
 
-int Server::playerAt(const Address& sender) const {
+int Server::playerAt(Address const& sender) const {
     for (int i = 0; i < maxPlayers; ++i) {
         if (!clients_[i]) continue;
-        const Address& known = clients_[i]->address;
+        Address const& known = clients_[i]->address;
         if (known.sin_addr.s_addr == sender.sin_addr.s_addr && known.sin_port == sender.sin_port)
             return i;
     }
@@ -117,7 +117,7 @@ int Server::playerAt(const Address& sender) const {
 }
 
 void Server::sendOutbox() {
-    for (const auto& [player, message] : match_.takeOutbox())
+    for (auto const& [player, message] : match_.takeOutbox())
         if (clients_[player] && !clients_[player]->socket.send(message)) match_.remove(player);
     for (int i = 0; i < maxPlayers; ++i)
         if (!match_.world().player(i).active) clients_[i].reset();
@@ -126,21 +126,21 @@ void Server::sendOutbox() {
 // ---- The course of the match
 
 void Server::afterStep() {
-    const World& world = match_.world();
+    World const& world = match_.world();
     scoreboard_.show(world);
-    const bool begun = world.joinedCount() > 0; // before that every line would be the same
+    bool const begun = world.joinedCount() > 0; // before that every line would be the same
     if (log_.is_open() && begun) log_ << logLine(world);
     if (world.mode == Phase::timeOver && stepsAfterEnd_++ == 0) writeResults();
 }
 
 bool Server::isOver() const {
-    const World& world = match_.world();
+    World const& world = match_.world();
     if (world.mode != Phase::timeOver) return false;
     return stepsAfterEnd_ > options_.lingerSteps || !world.anybodyActive();
 }
 
 void Server::writeResults() const {
-    const std::string& file = options_.resultsFile;
+    std::string const& file = options_.resultsFile;
     if (file.empty() || writeFile(file, results(match_.world(), match_.statistics()))) return;
     std::fprintf(stderr, "practice-server: cannot write the results to %s: %s\n", file.c_str(),
                  std::strerror(errno));

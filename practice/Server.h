@@ -17,11 +17,11 @@ namespace practice {
 class Server {
 public:
     // None, with a message, if the port or a file is not to be had.
-    static std::unique_ptr<Server> open(const Options& options, std::string& problem);
+    static std::unique_ptr<Server> open(Options const& options, std::string& problem);
 
     // Until the match is over or `stop` becomes non-zero (a signal handler writes it). The exit
     // status.
-    int run(const volatile int& stop);
+    int run(int const volatile& stop);
     int port() const { return door_.port(); }
 
 private:
@@ -30,12 +30,12 @@ private:
         Socket socket;
     };
 
-    Server(const Options& options, const Address& address, Socket door);
+    Server(Options const& options, Address const& address, Socket door);
 
     void readDoor();
     void readClient(int player);
-    void admit(std::string_view datagram, const Address& sender);
-    int playerAt(const Address& sender) const;
+    void admit(std::string_view datagram, Address const& sender);
+    int playerAt(Address const& sender) const;
     void sendOutbox();
     void afterStep();
     bool isOver() const;

@@ -5,17 +5,18 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdint>
 
 namespace practice {
 
-static const sockaddr* generic(const Address* address) {
-    return reinterpret_cast<const sockaddr*>(address);
+static sockaddr const* generic(Address const* address) {
+    return reinterpret_cast<sockaddr const*>(address);
 }
 static sockaddr* generic(Address* address) {
     return reinterpret_cast<sockaddr*>(address);
 }
 
-std::optional<Address> makeAddress(const std::string& dotted, int port) {
+std::optional<Address> makeAddress(std::string const& dotted, int port) {
     Address address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(static_cast<std::uint16_t>(port));
@@ -23,7 +24,7 @@ std::optional<Address> makeAddress(const std::string& dotted, int port) {
     return address;
 }
 
-std::optional<Socket> Socket::bound(const Address& address) {
+std::optional<Socket> Socket::bound(Address const& address) {
     Socket socket(::socket(AF_INET, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
     if (socket.fd_ < 0 || ::bind(socket.fd_, generic(&address), sizeof address) != 0)
         return std::nullopt;
@@ -34,7 +35,7 @@ Socket::~Socket() {
     if (fd_ >= 0) ::close(fd_);
 }
 
-bool Socket::connectTo(const Address& peer) const {
+bool Socket::connectTo(Address const& peer) const {
     return ::connect(fd_, generic(&peer), sizeof peer) == 0;
 }
 
@@ -54,7 +55,7 @@ Socket::Arrival Socket::receive(std::span<char> buffer, std::string_view& text,
     return Arrival::datagram;
 }
 
-bool Socket::send(std::string_view text, const Address* peer) const {
+bool Socket::send(std::string_view text, Address const* peer) const {
     const std::string datagram(text); // its data() ends with the NUL
     const socklen_t length = peer == nullptr ? 0 : sizeof *peer;
     const ssize_t n =

@@ -12,7 +12,7 @@ namespace practice {
 
 using Address = sockaddr_in;
 
-std::optional<Address> makeAddress(const std::string& dotted, int port);
+std::optional<Address> makeAddress(std::string const& dotted, int port);
 
 // A UDP socket that never blocks and closes itself.
 class Socket {
@@ -20,7 +20,7 @@ public:
     enum class Arrival { datagram, nothing, peerGone };
 
     // Port 0 lets the system choose. Without success errno tells why.
-    static std::optional<Socket> bound(const Address& address);
+    static std::optional<Socket> bound(Address const& address);
 
     Socket(Socket&& from) noexcept : fd_(std::exchange(from.fd_, -1)) {}
     Socket& operator=(Socket&& from) noexcept {
@@ -29,14 +29,14 @@ public:
     }
     ~Socket();
 
-    bool connectTo(const Address& peer) const;
+    bool connectTo(Address const& peer) const;
     int port() const;
 
     // Fills `text` (a view into `buffer`; what does not fit is cut) and `sender`.
     Arrival receive(std::span<char> buffer, std::string_view& text, Address& sender) const;
     // To the peer, null: the connected one. Adds the NUL that ends every datagram. False when the
     // connected peer is gone.
-    bool send(std::string_view text, const Address* peer = nullptr) const;
+    bool send(std::string_view text, Address const* peer = nullptr) const;
 
 private:
     explicit Socket(int fd) : fd_(fd) {}

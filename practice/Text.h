@@ -9,8 +9,8 @@ namespace practice {
 // Appends words and numbers without blanks in between. A double prints as the protocol has it: at
 // most six significant digits in the shortest form, "-0" for negative zero, whatever the locale.
 template <typename... Parts>
-void appendText(std::string& out, const Parts&... parts) {
-    const auto append = [&out]<typename Part>(const Part& part) {
+void appendText(std::string& out, Parts const&... parts) {
+    auto const append = [&out]<typename Part>(Part const& part) {
         if constexpr (std::is_floating_point_v<Part>) {
             char digits[32];
             out.append(digits, std::to_chars(digits, digits + sizeof digits, part,
@@ -27,7 +27,7 @@ void appendText(std::string& out, const Parts&... parts) {
 
 // The same as a new string: text("(score ", 3, " ", 1, " ", 0, ")").
 template <typename... Parts>
-std::string text(const Parts&... parts) {
+std::string text(Parts const&... parts) {
     std::string out;
     appendText(out, parts...);
     return out;

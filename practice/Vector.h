@@ -16,7 +16,7 @@ struct Vec {
     friend Vec operator*(Vec a, double k) { return {a.x * k, a.y * k}; }
     Vec& operator+=(Vec b) { return *this = *this + b; }
     Vec& operator*=(double k) { return *this = *this * k; }
-    friend bool operator==(const Vec&, const Vec&) = default;
+    friend bool operator==(Vec const&, Vec const&) = default;
 
     double length() const { return std::hypot(x, y); }
     // The angle of the null vector is 0.
@@ -25,7 +25,7 @@ struct Vec {
     friend double dot(Vec a, Vec b) { return a.x * b.x + a.y * b.y; }
     friend double distance(Vec a, Vec b) { return (a - b).length(); }
     friend Vec shortenedTo(Vec v, double longest) {
-        const double length = v.length();
+        double const length = v.length();
         return length > longest ? v * (longest / length) : v;
     }
 };

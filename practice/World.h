@@ -46,7 +46,7 @@ struct PlayMode {
     Phase phase = Phase::beforeKickOff;
     Side side = Side::none;
 
-    friend bool operator==(const PlayMode&, const PlayMode&) = default;
+    friend bool operator==(PlayMode const&, PlayMode const&) = default;
     bool operator==(Phase p) const { return phase == p; }
 
     std::string word() const; // of the protocol, such as "kick_in_l"
@@ -116,7 +116,7 @@ inline constexpr int nobody = -1;
 constexpr int playerId(Side side, int unum) {
     return index(side) * playersPerTeam + unum - 1;
 }
-inline int playerId(const Player& p) {
+inline int playerId(Player const& p) {
     return playerId(p.side, p.unum);
 }
 
@@ -133,9 +133,9 @@ struct World {
 
     World();
 
-    const Player& player(int id) const { return players[id]; }
+    Player const& player(int id) const { return players[id]; }
     Player& player(int id) { return players[id]; }
-    const std::string& teamName(Side side) const { return teamNames[index(side)]; }
+    std::string const& teamName(Side side) const { return teamNames[index(side)]; }
     int goals(Side side) const { return score[index(side)]; }
     bool anybodyActive() const { return std::ranges::any_of(players, &Player::active); }
     long joinedCount() const { return std::ranges::count_if(players, &Player::joined); }

@@ -12,7 +12,7 @@ void requestStop(int /*signal*/) {
     stopRequested = 1;
 }
 
-int fail(int status, const std::string& problem) {
+int fail(int status, std::string const& problem) {
     std::fprintf(stderr, "practice-server: %s\n", problem.c_str());
     return status;
 }
@@ -21,7 +21,7 @@ int fail(int status, const std::string& problem) {
 
 int main(int argc, char** argv) {
     practice::Options options;
-    const std::span<const char* const> arguments(argv, static_cast<std::size_t>(argc));
+    const std::span<char const* const> arguments(argv, static_cast<std::size_t>(argc));
     std::string problem = practice::readOptions(arguments.subspan(1), options);
     if (!problem.empty()) return fail(2, problem);
     if (options.help) {
@@ -30,7 +30,7 @@ int main(int argc, char** argv) {
     }
     std::signal(SIGINT, requestStop);
     std::signal(SIGTERM, requestStop);
-    const auto server = practice::Server::open(options, problem);
+    auto const server = practice::Server::open(options, problem);
     if (!server) return fail(1, problem);
     return server->run(stopRequested);
 }

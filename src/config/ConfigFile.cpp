@@ -9,7 +9,7 @@
 namespace {
 
 /// Nothing when the file cannot be opened, or opens but cannot be read, as a folder does.
-std::optional<std::string> readWholeFile(const char* path) {
+std::optional<std::string> readWholeFile(char const* path) {
     std::ifstream file(path);
     file.peek(); // finds out whether the file can be read, and doesn't mind an empty one
     if (file.fail()) return std::nullopt;
@@ -20,7 +20,7 @@ std::optional<std::string> readWholeFile(const char* path) {
 
 } // namespace
 
-bool ConfigFile::parseConfigFile(const char* path, bool scannerDebug, bool parserDebug) {
+bool ConfigFile::parseConfigFile(char const* path, bool scannerDebug, bool parserDebug) {
     const std::optional<std::string> text = readWholeFile(path);
     return text && readConfFile(*text, scannerDebug, parserDebug);
 }

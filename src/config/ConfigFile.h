@@ -44,5 +44,5 @@ public:
     /// false, with a message on standard error, when it has an error: reading stops there, and what
     /// stood before the error stays in force. The switches write a trace of the scanner (a line a
     /// token) and of the parser to standard error.
-    static bool parseConfigFile(const char* path, bool scannerDebug, bool parserDebug);
+    static bool parseConfigFile(char const* path, bool scannerDebug, bool parserDebug);
 };

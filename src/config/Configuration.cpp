@@ -13,12 +13,12 @@ public:
     constexpr Parameter(double Record::*field, float* member) : pair(Real{field, member}) {}
     constexpr Parameter(int Record::*field, int* member) : pair(Whole{field, member}) {}
 
-    void integrate(const Record& record) const {
-        std::visit([&record](const auto& p) { *p.member = p.narrow(record.*p.field); }, pair);
+    void integrate(Record const& record) const {
+        std::visit([&record](auto const& p) { *p.member = p.narrow(record.*p.field); }, pair);
     }
 
     void print(std::ostream& os) const {
-        std::visit([&os](const auto& p) { os << *p.member; }, pair);
+        std::visit([&os](auto const& p) { os << *p.member; }, pair);
     }
 
 private:
@@ -167,16 +167,16 @@ constexpr std::array<Parameter<RCC_PlayerParam>, 19> PLAYER_PARAMETERS{{
 // clang-format on
 
 template <class Record, std::size_t N>
-void integrate(const Record& record, const std::array<Parameter<Record>, N>& parameters) {
-    for (const Parameter<Record>& parameter : parameters) {
+void integrate(Record const& record, std::array<Parameter<Record>, N> const& parameters) {
+    for (Parameter<Record> const& parameter : parameters) {
         parameter.integrate(record);
     }
 }
 
 template <class Record, std::size_t N>
-void print(std::ostream& os, const std::array<Parameter<Record>, N>& parameters) {
+void print(std::ostream& os, std::array<Parameter<Record>, N> const& parameters) {
     os << ' ';
-    for (const Parameter<Record>& parameter : parameters) {
+    for (Parameter<Record> const& parameter : parameters) {
         parameter.print(os);
         os << ' ';
     }
@@ -185,15 +185,15 @@ void print(std::ostream& os, const std::array<Parameter<Record>, N>& parameters)
 
 } // namespace
 
-void Configuration::integrateServerParam(const RCC_ServerParam& p) {
+void Configuration::integrateServerParam(RCC_ServerParam const& p) {
     integrate(p, SERVER_PARAMETERS);
 }
 
-void Configuration::integratePlayerParam(const RCC_PlayerParam& p) {
+void Configuration::integratePlayerParam(RCC_PlayerParam const& p) {
     integrate(p, PLAYER_PARAMETERS);
 }
 
-void Configuration::addPlayerType(const RCC_PlayerType& t) {
+void Configuration::addPlayerType(RCC_PlayerType const& t) {
     if (playerTypesV.size() >= MAX_PLAYER_TYPES) return;
     playerTypesV.reserve(MAX_PLAYER_TYPES);
     playerTypesV.push_back(t);
@@ -208,7 +208,7 @@ void Configuration::printPlayerParam() {
 }
 
 void Configuration::printPlayerTypes(std::ostream& os) {
-    for (const RCC_PlayerType& type : playerTypesV) {
+    for (RCC_PlayerType const& type : playerTypesV) {
         type.print(os);
     }
 }

@@ -185,11 +185,11 @@ public:
     static constexpr std::size_t MAX_PLAYER_TYPES = 64;
 
     /// Each overwrites every member of its kind.
-    static void integrateServerParam(const RCC_ServerParam& p);
-    static void integratePlayerParam(const RCC_PlayerParam& p);
+    static void integrateServerParam(RCC_ServerParam const& p);
+    static void integratePlayerParam(RCC_PlayerParam const& p);
 
     /// Appends, also when a type of the same id is there; drops t when MAX_PLAYER_TYPES are kept.
-    static void addPlayerType(const RCC_PlayerType& t);
+    static void addPlayerType(RCC_PlayerType const& t);
 
     /// One line on standard output: a blank, then each value followed by a blank, in the order
     /// above.

@@ -56,7 +56,7 @@ std::string_view kindName(TokenKind kind) {
 struct Token {
     TokenKind kind = TokenKind::END;
     std::string_view text;            ///< as it stands in the file; empty at its end
-    const Keyword* keyword = nullptr; ///< for KEYWORD only
+    Keyword const* keyword = nullptr; ///< for KEYWORD only
 };
 
 // Characters are tested by value: the language of the file does not follow the locale.
@@ -110,13 +110,13 @@ std::size_t doubleLength(std::string_view text) {
 std::size_t charsLength(std::string_view text) {
     if (!text.starts_with('"')) return 0;
     const std::size_t inside = span(text.substr(1), isCharsCharacter);
-    const bool closed = text.substr(1 + inside).starts_with('"');
+    bool const closed = text.substr(1 + inside).starts_with('"');
     return inside > 0 && closed ? inside + 2 : 0;
 }
 
-const Keyword* findKeyword(std::string_view text) {
-    const auto* found = std::ranges::find_if(
-        KEYWORDS, [text](const Keyword& keyword) { return text.starts_with(keyword.name); });
+Keyword const* findKeyword(std::string_view text) {
+    auto const* found = std::ranges::find_if(
+        KEYWORDS, [text](Keyword const& keyword) { return text.starts_with(keyword.name); });
     return found == KEYWORDS.end() ? nullptr : found;
 }
 
@@ -149,13 +149,13 @@ private:
 
     Token recognise() const {
         if (rest.empty()) return {TokenKind::END, rest};
-        if (const Keyword* keyword = findKeyword(rest)) {
+        if (Keyword const* keyword = findKeyword(rest)) {
             return {TokenKind::KEYWORD, rest.substr(0, keyword->name.size()), keyword};
         }
         if (rest.front() == ':') return {TokenKind::COLON, rest.substr(0, 1)};
-        if (const auto n = doubleLength(rest)) return {TokenKind::DOUBLE, rest.substr(0, n)};
-        if (const auto n = longLength(rest)) return {TokenKind::LONG, rest.substr(0, n)};
-        if (const auto n = charsLength(rest)) return {TokenKind::CHARS, rest.substr(0, n)};
+        if (auto const n = doubleLength(rest)) return {TokenKind::DOUBLE, rest.substr(0, n)};
+        if (auto const n = longLength(rest)) return {TokenKind::LONG, rest.substr(0, n)};
+        if (auto const n = charsLength(rest)) return {TokenKind::CHARS, rest.substr(0, n)};
         return {TokenKind::ERROR, rest.substr(0, 1)};
     }
 
@@ -171,7 +171,7 @@ bool toNumber(std::string_view text, Number* number) {
 
 /// Puts the value of a token into the member of a keyword; false when it is of the wrong kind.
 struct Assignment {
-    const Token& value;
+    Token const& value;
 
     bool operator()(std::string* member) const {
         if (value.kind != TokenKind::CHARS) return false;
@@ -194,7 +194,7 @@ struct Assignment {
 /// Reads the grammar token by token; what it expects next is its state.
 class Parser {
 public:
-    Parser(const Scanner& source, bool trace) : scanner(source), tracing(trace) {}
+    Parser(Scanner const& source, bool trace) : scanner(source), tracing(trace) {}
 
     bool parse() {
         if (tracing) std::cerr << "Starting parse\n";
@@ -209,7 +209,7 @@ public:
 private:
     enum class State { KEYWORD, COLON, VALUE };
 
-    bool parseConfigLine(const Token& keyword) {
+    bool parseConfigLine(Token const& keyword) {
         if (keyword.kind != TokenKind::KEYWORD) return syntaxError(keyword);
         const Token colon = next(State::COLON);
         if (colon.kind != TokenKind::COLON) return syntaxError(colon);
@@ -221,14 +221,14 @@ private:
         if (tracing) std::cerr << "Entering state " << static_cast<int>(state) << "\n";
         const Token token = scanner.next();
         if (tracing) {
-            const bool atEnd = token.kind == TokenKind::END;
+            bool const atEnd = token.kind == TokenKind::END;
             std::cerr << "Reading a token: "
                       << (atEnd ? "Now at end of input." : kindName(token.kind)) << "\n";
         }
         return token;
     }
 
-    static bool syntaxError(const Token& token) {
+    static bool syntaxError(Token const& token) {
         std::cerr << "readConfFile"
                   << ": <"
                   << "parse error"

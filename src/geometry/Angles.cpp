@@ -76,7 +76,7 @@ bool isAngInInterval(float ang, float angMin, float angMax) {
 }
 
 float getBisectorTwoAngles(float a1, float a2) {
-    const float sinAverage = (sinDeg(a1) + sinDeg(a2)) * 0.5F;
-    const float cosAverage = (cosDeg(a1) + cosDeg(a2)) * 0.5F;
+    float const sinAverage = (sinDeg(a1) + sinDeg(a2)) * 0.5F;
+    float const cosAverage = (cosDeg(a1) + cosDeg(a2)) * 0.5F;
     return normalizeTo180Deg(atan2Deg(sinAverage, cosAverage));
 }

@@ -83,6 +83,6 @@ inline float getAngleDifference(float a1, float a2) {
 
 /// The angle between a1 and a2, in [0, 180].
 inline float getAbsAngleDifference(float a1, float a2) {
-    const float difference = getAngleDifference(a1, a2);
+    float const difference = getAngleDifference(a1, a2);
     return difference < 0 ? -difference : difference;
 }

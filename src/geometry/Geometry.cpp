@@ -5,14 +5,14 @@
 
 float Geometry::getLengthGeomSeries(float first, float ratio, float sum) {
     if (ratio < 0) std::cerr << "(Geometry:getLengthGeomSeries): negative ratio" << std::endl;
-    const double q = ratio;
-    const double lastRatio = 1 + sum * (q - 1) / first; // ratio^n
+    double const q = ratio;
+    double const lastRatio = 1 + sum * (q - 1) / first; // ratio^n
     if (lastRatio <= 0) return -1;
     return static_cast<float>(std::log(lastRatio) / std::log(q));
 }
 
 float Geometry::getSumGeomSeries(float first, float ratio, float length) {
-    const double q = ratio;
+    double const q = ratio;
     return static_cast<float>(first * (1 - std::pow(q, length)) / (1 - q));
 }
 
@@ -25,7 +25,7 @@ float Geometry::getSumInfGeomSeries(float first, float ratio) {
 }
 
 float Geometry::getFirstGeomSeries(float sum, float ratio, float length) {
-    const double q = ratio;
+    double const q = ratio;
     return static_cast<float>(sum * (1 - q) / (1 - std::pow(q, length)));
 }
 
@@ -38,15 +38,15 @@ float Geometry::getFirstInfGeomSeries(float sum, float ratio) {
 
 int Geometry::abcFormula(float a, float b, float c, float* s1, float* s2) {
     // In double, because b*b and 4*a*c are often large and nearly the same.
-    const double minusB = -static_cast<double>(b);
-    const double twoA = 2.0 * a;
-    const double discriminant = minusB * minusB - 2 * twoA * c;
+    double const minusB = -static_cast<double>(b);
+    double const twoA = 2.0 * a;
+    double const discriminant = minusB * minusB - 2 * twoA * c;
     if (std::fabs(discriminant) < EPSILON) {
         *s1 = static_cast<float>(minusB / twoA);
         return 1;
     }
     if (discriminant < 0) return 0;
-    const double root = std::sqrt(discriminant);
+    double const root = std::sqrt(discriminant);
     *s1 = static_cast<float>((minusB + root) / twoA);
     *s2 = static_cast<float>((minusB - root) / twoA);
     return 2;

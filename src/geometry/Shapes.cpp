@@ -14,7 +14,7 @@ float square(float x) {
 /// One circle's share of an overlap: the sector over half the chord, less the triangle from its
 /// center to the chord. Rounding may make half a chord a trifle longer than the radius.
 float sectorMinusTriangle(float radius, float halfChord, float centerToChord) {
-    const float halfAngle = std::asin(std::min(halfChord / radius, 1.0F));
+    float const halfAngle = std::asin(std::min(halfChord / radius, 1.0F));
     return halfAngle * square(radius) - halfChord * centerToChord;
 }
 
@@ -22,9 +22,9 @@ float sectorMinusTriangle(float radius, float halfChord, float centerToChord) {
 
 Line Line::makeLineFromTwoPoints(Vector2D pos1, Vector2D pos2) {
     const Vector2D d = pos2 - pos1;
-    const bool vertical = isNearZero(d.x);
-    const float a = vertical ? 0.0F : 1.0F;
-    const float b = vertical ? 1.0F : -d.y / d.x;
+    bool const vertical = isNearZero(d.x);
+    float const a = vertical ? 0.0F : 1.0F;
+    float const b = vertical ? 1.0F : -d.y / d.x;
     return Line{a, b, -a * pos2.y - b * pos2.x};
 }
 
@@ -51,10 +51,10 @@ float Line::getXGivenY(float y) const {
 Vector2D Line::getIntersection(Line other) const {
     if (b == other.b) return {};
     if (a == 0) {
-        const float x = -c / b;
+        float const x = -c / b;
         return {x, other.getYGivenX(x), CARTESIAN};
     }
-    const float x = other.a == 0 ? -other.c / other.b
+    float const x = other.a == 0 ? -other.c / other.b
                                  : (a * other.c - other.a * c) / (other.a * b - a * other.b);
     return {x, getYGivenX(x), CARTESIAN};
 }
@@ -69,27 +69,27 @@ float Line::distanceToPoint(Vector2D pos) const {
 
 bool Line::isInBetween(Vector2D pos, Vector2D point1, Vector2D point2) const {
     const Vector2D foot = getPointOnLineClosestTo(pos);
-    const float length = point1.getDistanceTo(point2);
+    float const length = point1.getDistanceTo(point2);
     return foot.getDistanceTo(point1) <= length && foot.getDistanceTo(point2) <= length;
 }
 
 int Line::getCircleIntersectionPoints(Circle circle, Vector2D* p1, Vector2D* p2) const {
-    const auto [cx, cy] = circle.center;
-    const float r2 = square(circle.radius);
+    auto const [cx, cy] = circle.center;
+    float const r2 = square(circle.radius);
     float s1 = 0;
     float s2 = 0;
     if (isNearZero(a)) {
-        const float x0 = -c / b;
-        const float constant = square(x0 - cx) + square(cy) - r2;
-        const int count = Geometry::abcFormula(1, -2 * cy, constant, &s1, &s2);
+        float const x0 = -c / b;
+        float const constant = square(x0 - cx) + square(cy) - r2;
+        int const count = Geometry::abcFormula(1, -2 * cy, constant, &s1, &s2);
         *p1 = {x0, s1, CARTESIAN};
         *p2 = {x0, s2, CARTESIAN};
         return count;
     }
-    const float slope = -b / a;
-    const float intercept = -c / a;
-    const float constant = square(cx) + square(intercept - cy) - r2;
-    const int count = Geometry::abcFormula(1 + square(slope), 2 * (slope * (intercept - cy) - cx),
+    float const slope = -b / a;
+    float const intercept = -c / a;
+    float const constant = square(cx) + square(intercept - cy) - r2;
+    int const count = Geometry::abcFormula(1 + square(slope), 2 * (slope * (intercept - cy) - cx),
                                            constant, &s1, &s2);
     *p1 = {s1, slope * s1 + intercept, CARTESIAN};
     *p2 = {s2, slope * s2 + intercept, CARTESIAN};
@@ -100,8 +100,8 @@ void Line::show(std::ostream& os) const {
     os << *this;
 }
 
-std::ostream& operator<<(std::ostream& os, const Line& line) {
-    const auto [a, b, c] = line;
+std::ostream& operator<<(std::ostream& os, Line const& line) {
+    auto const [a, b, c] = line;
     if (a == 0) return os << "x = " << -c / b;
     os << "y = ";
     if (b != 0) os << -b / a << "x ";
@@ -112,10 +112,10 @@ std::ostream& operator<<(std::ostream& os, const Line& line) {
 
 int Circle::getIntersectionPoints(Circle other, Vector2D* p1, Vector2D* p2) const {
     const Vector2D toOther = other.center - center;
-    const float d = toOther.getMagnitude();
-    const float toChord = (square(d) + square(radius) - square(other.radius)) / (2 * d);
-    const float halfChord2 = square(radius) - square(toChord);
-    const float halfChord = halfChord2 > 0 ? std::sqrt(halfChord2) : 0;
+    float const d = toOther.getMagnitude();
+    float const toChord = (square(d) + square(radius) - square(other.radius)) / (2 * d);
+    float const halfChord2 = square(radius) - square(toChord);
+    float const halfChord = halfChord2 > 0 ? std::sqrt(halfChord2) : 0;
 
     const Vector2D unit = toOther / d;
     const Vector2D base = center + toChord * unit;
@@ -127,7 +127,7 @@ int Circle::getIntersectionPoints(Circle other, Vector2D* p1, Vector2D* p2) cons
 }
 
 float Circle::getIntersectionArea(Circle other) const {
-    const float d = center.getDistanceTo(other.center);
+    float const d = center.getDistanceTo(other.center);
     if (d > radius + other.radius) return 0;
     if (d <= std::fabs(other.radius - radius)) {
         return square(std::min(radius, other.radius)) * static_cast<float>(PI);
@@ -136,7 +136,7 @@ float Circle::getIntersectionArea(Circle other) const {
     Vector2D p2;
     if (getIntersectionPoints(other, &p1, &p2) != 2) return 0;
     const Vector2D mid = p1.getVector2DOnLineFraction(p2, 0.5F);
-    const float halfChord = p1.getDistanceTo(mid);
+    float const halfChord = p1.getDistanceTo(mid);
     return sectorMinusTriangle(radius, halfChord, mid.getDistanceTo(center)) +
            sectorMinusTriangle(other.radius, halfChord, mid.getDistanceTo(other.center));
 }

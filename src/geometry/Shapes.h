@@ -58,7 +58,7 @@ struct Line {
 };
 
 /// "x = 3" or "y = 2x - 1", without a line end; the sign of the constant is right for a > 0.
-std::ostream& operator<<(std::ostream& os, const Line& line);
+std::ostream& operator<<(std::ostream& os, Line const& line);
 
 struct Circle {
     Vector2D center{-1000, -1000, CARTESIAN};
@@ -77,7 +77,7 @@ struct Circle {
 
     /// A radius that isn't positive is stored as 0 and gives false.
     constexpr bool setRadius(float r) {
-        const bool positive = r > 0;
+        bool const positive = r > 0;
         radius = positive ? r : 0;
         return positive;
     }

@@ -23,7 +23,7 @@ bool Vector2D::isInvalid() const {
 }
 
 Vector2D Vector2D::setLength(float len) {
-    const float length = getMagnitude();
+    float const length = getMagnitude();
     if (length > EPSILON) *this *= len / length;
     return *this;
 }
@@ -51,6 +51,6 @@ void Vector2D::show(CoordSystemT cs) const {
     }
 }
 
-std::ostream& operator<<(std::ostream& os, const Vector2D& v) {
+std::ostream& operator<<(std::ostream& os, Vector2D const& v) {
     return os << "( " << v.x << ", " << v.y << " )";
 }

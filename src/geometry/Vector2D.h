@@ -47,7 +47,7 @@ struct Vector2D {
     float getLength() const { return getMagnitude(); }
     /// Counter-clockwise, in [-180, 180]; 0 for the zero vector.
     float getDirection() const { return atan2Deg(y, x); }
-    inline float getDistanceTo(const Vector2D& p) const;
+    inline float getDistanceTo(Vector2D const& p) const;
 
     /// Whether a coordinate is UNDEFINED_FLOAT, infinite or NaN.
     bool isInvalid() const;
@@ -67,18 +67,18 @@ struct Vector2D {
     Vector2D relativeToGlobal(Vector2D origin, float ang);
 
     /// The point at a fraction of the way to p: 0 is this point, 1 is p.
-    constexpr Vector2D getVector2DOnLineFraction(const Vector2D& p, float frac) const;
+    constexpr Vector2D getVector2DOnLineFraction(Vector2D const& p, float frac) const;
 
     /// Writes to standard output: CARTESIAN as the stream form and a line end; POLAR as length and
     /// counter-clockwise direction, without a line end.
     void show(CoordSystemT cs) const;
 
-    constexpr Vector2D& operator+=(const Vector2D& p) {
+    constexpr Vector2D& operator+=(Vector2D const& p) {
         x += p.x;
         y += p.y;
         return *this;
     }
-    constexpr Vector2D& operator-=(const Vector2D& p) {
+    constexpr Vector2D& operator-=(Vector2D const& p) {
         x -= p.x;
         y -= p.y;
         return *this;
@@ -96,7 +96,7 @@ struct Vector2D {
     constexpr Vector2D operator-() const { return fromCartesian(-x, -y); }
 
     /// Exact: both coordinates are the same numbers.
-    friend constexpr bool operator==(const Vector2D&, const Vector2D&) = default;
+    friend constexpr bool operator==(Vector2D const&, Vector2D const&) = default;
 
 private:
     static constexpr Vector2D fromCartesian(float x, float y) {
@@ -107,10 +107,10 @@ private:
     }
 };
 
-constexpr Vector2D operator+(Vector2D a, const Vector2D& b) {
+constexpr Vector2D operator+(Vector2D a, Vector2D const& b) {
     return a += b;
 }
-constexpr Vector2D operator-(Vector2D a, const Vector2D& b) {
+constexpr Vector2D operator-(Vector2D a, Vector2D const& b) {
     return a -= b;
 }
 constexpr Vector2D operator*(Vector2D v, float factor) {
@@ -123,13 +123,13 @@ constexpr Vector2D operator/(Vector2D v, float divisor) {
     return v /= divisor;
 }
 
-inline float Vector2D::getDistanceTo(const Vector2D& p) const {
+inline float Vector2D::getDistanceTo(Vector2D const& p) const {
     return (*this - p).getMagnitude();
 }
 
-constexpr Vector2D Vector2D::getVector2DOnLineFraction(const Vector2D& p, float frac) const {
+constexpr Vector2D Vector2D::getVector2DOnLineFraction(Vector2D const& p, float frac) const {
     return (1 - frac) * *this + frac * p;
 }
 
 /// "( x , y )", without a line end.
-std::ostream& operator<<(std::ostream& os, const Vector2D& v);
+std::ostream& operator<<(std::ostream& os, Vector2D const& v);
