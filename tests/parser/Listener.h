@@ -63,7 +63,9 @@ struct Listening : testing::Test, Listener {
     void expectRefused(std::string const& before, std::vector<std::string> const& parts,
                        std::string const& after) {
         for (std::string const& part : parts) {
-            EXPECT_FALSE(hears(before + part + after)) << before << part << after;
+            std::string message(before);
+            message.append(part).append(after);
+            EXPECT_FALSE(hears(message)) << message;
         }
     }
 };
