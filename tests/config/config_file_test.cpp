@@ -36,9 +36,9 @@ class ConfigFileTest : public testing::Test {
 protected:
     ~ConfigFileTest() override { settings() = DEFAULTS; }
 
-    bool parse(const std::string& text) {
+    bool parse(std::string const& text) {
         const CapturedStream err(std::cerr);
-        const bool ok = readConfFile(text, false, false);
+        bool const ok = readConfFile(text, false, false);
         messages = err.text();
         return ok;
     }
@@ -46,7 +46,7 @@ protected:
     std::string messages;
 };
 
-std::string syntaxError(const std::string& token) {
+std::string syntaxError(std::string const& token) {
     return "readConfFile: <parse error> occured while parsing <" + token + ">\n";
 }
 
@@ -71,18 +71,18 @@ TEST_F(ConfigFileTest, EveryKeywordSetsItsOwnMember) {
 
 TEST_F(ConfigFileTest, FilesThatCannotBeReadFailInSilence) {
     const CapturedStream err(std::cerr);
-    for (const std::string& path : {testing::TempDir() + "no_such_file", testing::TempDir()}) {
+    for (std::string const& path : {testing::TempDir() + "no_such_file", testing::TempDir()}) {
         EXPECT_FALSE(ConfigFile::parseConfigFile(path.c_str(), true, true)) << path;
     }
     EXPECT_EQ(err.text(), "");
 }
 
 TEST_F(ConfigFileTest, Numbers) {
-    const std::pair<const char*, double> good[] = {
+    const std::pair<char const*, double> good[] = {
         {"40", 40}, {"40.0", 40},    {"-90.5# aside", -90.5}, {"1.5e-3", 0.0015},
         {"007", 7}, {"1.5E3", 1500}, {"-0.25e2", -25},        {"99999999999999999999", 1e20},
     };
-    for (const auto& [text, value] : good) {
+    for (auto const& [text, value] : good) {
         EXPECT_TRUE(parse(std::string("walkPower \t:\n ") + text)) << text;
         EXPECT_EQ(ConfigFile::walkPower, value) << text;
     }
@@ -100,7 +100,7 @@ TEST_F(ConfigFileTest, TextsCommentsAndRepetition) {
 }
 
 TEST_F(ConfigFileTest, MisplacedTokensAreQuoted) {
-    const std::pair<const char*, std::string> bad[] = {
+    const std::pair<char const*, std::string> bad[] = {
         {"", ""},
         {" \n# only a comment", ""},
         {"walkPower", ""},
@@ -114,14 +114,14 @@ TEST_F(ConfigFileTest, MisplacedTokensAreQuoted) {
         {"walkPower: 1.0e999", "1.0e999"},
         {"sayID: 5", "5"},
     };
-    for (const auto& [text, token] : bad) {
+    for (auto const& [text, token] : bad) {
         EXPECT_FALSE(parse(text)) << text;
         EXPECT_EQ(messages, syntaxError(token));
     }
 }
 
 TEST_F(ConfigFileTest, UnknownCharactersAreReportedTwice) {
-    const std::pair<const char*, std::vector<std::string>> bad[] = {
+    const std::pair<char const*, std::vector<std::string>> bad[] = {
         {"x", {"teamnamex: \"a\"", "xteamname: \"a\""}},
         {"W", {"WalkPower: 4"}},
         {"\"", {"sayID: \"\"", "sayID: \"open", "sayID: \"two\nlines\"", "sayID: \"1.0\""}},
@@ -131,8 +131,8 @@ TEST_F(ConfigFileTest, UnknownCharactersAreReportedTwice) {
         {"e", {"walkPower: 1e3", "walkPower: 1.5e+3"}},
         {"\r", {"walkPower: 4\r\n"}},
     };
-    for (const auto& [character, texts] : bad) {
-        for (const std::string& text : texts) {
+    for (auto const& [character, texts] : bad) {
+        for (std::string const& text : texts) {
             EXPECT_FALSE(parse(text)) << text;
             EXPECT_EQ(messages, std::string("readConfFile: Tokenizer Error at <") + character +
                                     ">\n" + syntaxError(character));

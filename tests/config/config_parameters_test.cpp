@@ -12,7 +12,7 @@ namespace {
 using C = Configuration;
 
 // Bound before any message has come, as the constants of other classes are.
-const float& BOUND_BALL_DECAY = C::ballDecay;
+float const& BOUND_BALL_DECAY = C::ballDecay;
 
 std::string printed(void (*print)()) {
     const CapturedStream out(std::cout);
@@ -29,7 +29,7 @@ protected:
         C::playerTypesV.clear();
     }
 
-    void receiveServerParam(const std::string& message) {
+    void receiveServerParam(std::string const& message) {
         ASSERT_TRUE(listener.hears(message));
         C::integrateServerParam(listener.serverParam.last);
     }
@@ -58,7 +58,7 @@ TEST_F(ConfigurationTest, ServerParametersKeepTheirPlaces) {
         {C::kickableArea, 52},   {C::catchAreaLength, 53},    {C::halfTime, 70},
         {C::audioDist, 85},      {C::dropBallTime, 103},      {C::dirQuantizeStepRight, 94},
     };
-    for (const auto& [value, place] : places) {
+    for (auto const& [value, place] : places) {
         EXPECT_EQ(value, place);
     }
 }
@@ -81,7 +81,7 @@ TEST_F(ConfigurationTest, PlayerParametersKeepTheirPlaces) {
 }
 
 TEST_F(ConfigurationTest, PlayerTypesAreKeptInOrderOfArrivalWithinBounds) {
-    for (const int id : {7, 8, 7}) {
+    for (int const id : {7, 8, 7}) {
         receivePlayerType(id);
     }
     std::ostringstream all;

@@ -9,8 +9,8 @@ class CapturedStream {
 public:
     explicit CapturedStream(std::ostream& os) : stream(os), original(os.rdbuf(taken.rdbuf())) {}
     ~CapturedStream() { stream.rdbuf(original); }
-    CapturedStream(const CapturedStream&) = delete;
-    CapturedStream& operator=(const CapturedStream&) = delete;
+    CapturedStream(CapturedStream const&) = delete;
+    CapturedStream& operator=(CapturedStream const&) = delete;
 
     std::string text() const { return taken.str(); }
 

@@ -10,7 +10,7 @@
 /// The plainly different computation of these tests: double precision, vectors as complex numbers.
 using Complex = std::complex<double>;
 
-inline Complex toComplex(const Vector2D& v) {
+inline Complex toComplex(Vector2D const& v) {
     return {v.x, v.y};
 }
 

@@ -13,7 +13,7 @@ constexpr double ROUNDING = 6e-5;
 
 TEST_F(Angles, TrigonometryAgreesWithComplexNumbers) {
     for (int i = 0; i < COUNT; ++i) {
-        const float a = number(-720, 720);
+        float const a = number(-720, 720);
         ASSERT_NEAR(cosDeg(a), unit(a).real(), 1e-6) << a;
         ASSERT_NEAR(sinDeg(a), unit(a).imag(), 1e-6) << a;
         ASSERT_NEAR(tanDeg(a) * unit(a).real(), unit(a).imag(), 1e-6 * (1 + std::fabs(tanDeg(a))));
@@ -22,7 +22,7 @@ TEST_F(Angles, TrigonometryAgreesWithComplexNumbers) {
         ASSERT_LT(angleBetween(atan2Deg(p.y, p.x), std::arg(toComplex(p)) * 180 / PI), ROUNDING);
         ASSERT_NEAR(tanDeg(atanDeg(p.x)) / p.x, 1, 1e-5 * (1 + std::fabs(p.x)));
 
-        const float x = number(-1, 1);
+        float const x = number(-1, 1);
         ASSERT_NEAR(unit(acosDeg(x)).real(), x, 1e-6);
         ASSERT_NEAR(unit(asinDeg(x)).imag(), x, 1e-6);
         ASSERT_NEAR(acosDeg(x) + asinDeg(x), 90, ROUNDING);
@@ -39,12 +39,12 @@ TEST_F(Angles, BoundsAndMarkers) {
     EXPECT_EQ(atan2Deg(0.00011F, 0), 90);
     EXPECT_EQ(atan2Deg(-0.0F, -1), -180);
 
-    for (const float wholeTurns : {720.0F, -360.0F, -0.0F}) {
+    for (float const wholeTurns : {720.0F, -360.0F, -0.0F}) {
         EXPECT_EQ(normalizeTo360Deg(wholeTurns), 0);
         EXPECT_FALSE(std::signbit(normalizeTo360Deg(wholeTurns)));
     }
     EXPECT_EQ(normalizeTo360Deg(-1e-9F), 360); // rounding, accepted
-    for (const float bound : {180.0F, -180.0F}) {
+    for (float const bound : {180.0F, -180.0F}) {
         EXPECT_EQ(normalizeTo180Deg(bound), bound);
         EXPECT_EQ(normalizeTo180Deg(3 * bound), bound);
     }
@@ -59,15 +59,15 @@ TEST_F(Angles, BoundsAndMarkers) {
 
 TEST_F(Angles, NormalisedAndConvertedAnglesKeepTheirDirection) {
     for (int i = 0; i < COUNT; ++i) {
-        const float a = number(-1e5F, 1e5F);
-        const float full = normalizeTo360Deg(a);
+        float const a = number(-1e5F, 1e5F);
+        float const full = normalizeTo360Deg(a);
         ASSERT_TRUE(full >= 0 && full < 360) << a;
         ASSERT_LT(angleBetween(full, a), ROUNDING) << a;
-        const float half = normalizeTo180Deg(a);
+        float const half = normalizeTo180Deg(a);
         ASSERT_TRUE(half >= -180 && half <= 180) << a;
         ASSERT_EQ(angleBetween(half, a), 0) << a;
 
-        const float counter = convertAngleTo180(full);
+        float const counter = convertAngleTo180(full);
         ASSERT_LE(std::fabs(counter), 180) << full;
         ASSERT_EQ(angleBetween(counter, -full), 0) << full;
         ASSERT_EQ(convertAngleTo360(counter), full);
@@ -77,20 +77,20 @@ TEST_F(Angles, NormalisedAndConvertedAnglesKeepTheirDirection) {
 /// Open bounds for an interval that doesn't cross 0, closed ones otherwise. Away from the bounds,
 /// the arcs from angMin tell.
 bool expectedInInterval(int ang, int angMin, int angMax) {
-    const auto turn = [](int a) { return (a % 360 + 360) % 360; };
-    const bool crossesZero = turn(angMin) >= turn(angMax);
+    auto const turn = [](int a) { return (a % 360 + 360) % 360; };
+    bool const crossesZero = turn(angMin) >= turn(angMax);
     if (turn(ang) == turn(angMin) || turn(ang) == turn(angMax)) return crossesZero;
-    const int width = turn(angMax - angMin);
+    int const width = turn(angMax - angMin);
     return width == 0 || turn(ang - angMin) < width;
 }
 
 TEST_F(Angles, IntervalsTreatTheirBoundsBySort) {
     constexpr int STEPS = 23; // of 30 degrees, from -330 to 330
-    const auto angleOf = [](int step) { return step % STEPS * 30 - 330; };
+    auto const angleOf = [](int step) { return step % STEPS * 30 - 330; };
     for (int i = 0; i < STEPS * STEPS * STEPS; ++i) {
-        const int ang = angleOf(i);
-        const int angMin = angleOf(i / STEPS);
-        const int angMax = angleOf(i / STEPS / STEPS);
+        int const ang = angleOf(i);
+        int const angMin = angleOf(i / STEPS);
+        int const angMax = angleOf(i / STEPS / STEPS);
         ASSERT_EQ(isAngInInterval(static_cast<float>(ang), static_cast<float>(angMin),
                                   static_cast<float>(angMax)),
                   expectedInInterval(ang, angMin, angMax))
@@ -100,13 +100,13 @@ TEST_F(Angles, IntervalsTreatTheirBoundsBySort) {
 
 TEST_F(Angles, BisectorsAndDifferences) {
     for (int i = 0; i < COUNT; ++i) {
-        const float a1 = number(-360, 360);
-        const float a2 = number(-360, 360);
-        const float difference = getAngleDifference(a1, a2);
+        float const a1 = number(-360, 360);
+        float const a2 = number(-360, 360);
+        float const difference = getAngleDifference(a1, a2);
         ASSERT_LT(angleBetween(difference, static_cast<double>(a1) - a2), ROUNDING);
         ASSERT_EQ(getAbsAngleDifference(a1, a2), std::fabs(difference));
         if (std::fabs(difference) > 175) continue; // hardly a direction left
-        const float half = getBisectorTwoAngles(a1, a2);
+        float const half = getBisectorTwoAngles(a1, a2);
         ASSERT_LT(angleBetween(half, a2 + difference / 2.0), 3e-4) << a1 << " " << a2;
         ASSERT_LE(std::fabs(half), 180);
     }

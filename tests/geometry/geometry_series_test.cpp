@@ -10,24 +10,24 @@ using Quadratic = Sweep;
 
 TEST_F(Series, AgreesWithAddingUpTermByTerm) {
     for (int i = 0; i < 2000; ++i) {
-        const float first = number(0.1F, 3);
+        float const first = number(0.1F, 3);
         // Decaying like a ball, or growing when looked at backwards.
-        const float ratio = i % 2 == 0 ? number(0.3F, 0.98F) : number(1.02F, 1.5F);
+        float const ratio = i % 2 == 0 ? number(0.3F, 0.98F) : number(1.02F, 1.5F);
         double sum = 0;
         double term = first;
-        const int length = 1 + i % 30;
+        int const length = 1 + i % 30;
         for (int k = 0; k < length; ++k, term *= ratio) {
             sum += term;
         }
-        const auto n = static_cast<float>(length);
-        const auto s = static_cast<float>(sum);
+        auto const n = static_cast<float>(length);
+        auto const s = static_cast<float>(sum);
         ASSERT_NEAR(Geometry::getSumGeomSeries(first, ratio, n) / sum, 1, 1e-6);
         ASSERT_NEAR(Geometry::getFirstGeomSeries(s, ratio, n) / first, 1, 1e-6);
         if (ratio > 0.7F) {
             ASSERT_NEAR(Geometry::getLengthGeomSeries(first, ratio, s), n, 0.1);
         }
         if (ratio > 1) continue;
-        const float all = Geometry::getSumInfGeomSeries(first, ratio);
+        float const all = Geometry::getSumInfGeomSeries(first, ratio);
         ASSERT_NEAR((sum + term / (1.0 - ratio)) / all, 1, 1e-6); // the tail is a series again
         ASSERT_NEAR(Geometry::getFirstInfGeomSeries(all, ratio) / first, 1, 1e-6);
     }
@@ -52,9 +52,9 @@ TEST_F(Quadratic, FindsRootsAndWritesNothingElse) {
     float s1 = 0;
     float s2 = 0;
     for (int i = 0; i < COUNT; ++i) {
-        const float low = number(-10, 10);
-        const float high = low + number(0.1F, 10);
-        const float a = number(0.5F, 3);
+        float const low = number(-10, 10);
+        float const high = low + number(0.1F, 10);
+        float const a = number(0.5F, 3);
         ASSERT_EQ(Geometry::abcFormula(a, -a * (low + high), a * low * high, &s1, &s2), 2);
         ASSERT_NEAR(s1, high, 1e-3);
         ASSERT_NEAR(s2, low, 1e-3);

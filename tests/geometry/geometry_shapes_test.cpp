@@ -20,7 +20,7 @@ static_assert(Circle().center == at(-1000, -1000) && Circle(at(1, 2), -1).radius
 static_assert(Circle().setRadius(3) && !Circle().setCircle(at(0, 0), 0));
 
 template <class Shape>
-std::string text(const Shape& shape) {
+std::string text(Shape const& shape) {
     std::ostringstream os;
     shape.show(os);
     return os.str();
@@ -35,7 +35,7 @@ TEST_F(Shapes, LineAgreesWithProjectionsOfVectors) {
             continue; // so steep that the float coefficients lose digits
 
         const Complex along = toComplex(p2) - toComplex(p1);
-        const double t = ((toComplex(pos) - toComplex(p1)) * std::conj(along)).real() /
+        double const t = ((toComplex(pos) - toComplex(p1)) * std::conj(along)).real() /
                          std::norm(along); // 0 in p1, 1 in p2
         const Complex foot = toComplex(p1) + t * along;
 
@@ -88,8 +88,8 @@ TEST_F(Shapes, LineMeetsCircles) {
         const Line line = Line::makeLineFromTwoPoints(from, to);
 
         Vector2D points[2];
-        const int count = line.getCircleIntersectionPoints(circle, &points[0], &points[1]);
-        const double reach = circle.radius - line.distanceToPoint(circle.center);
+        int const count = line.getCircleIntersectionPoints(circle, &points[0], &points[1]);
+        double const reach = circle.radius - line.distanceToPoint(circle.center);
         if (std::fabs(reach) > 0.02) {
             ASSERT_EQ(count, reach > 0 ? 2 : 0) << line;
         }
@@ -106,7 +106,7 @@ TEST_F(Shapes, LineMeetsCircles) {
 /// One circle's share of an overlap, behind a chord. Kept: a chord beyond the center counts as one
 /// on this side of it, so that the sum is right only for chords between the centers.
 double share(double radius, double toChord) {
-    const double cosine = std::fabs(toChord) / radius;
+    double const cosine = std::fabs(toChord) / radius;
     return radius * radius * (std::acos(cosine) - cosine * std::sqrt(1 - cosine * cosine));
 }
 
@@ -115,10 +115,10 @@ TEST_F(Shapes, CircleMeetsAndOverlapsCircles) {
         const Circle one(point(), number(1, 20));
         const Circle two(one.center + Vector2D(number(1, 40), number(0, 360), POLAR),
                          number(1, 20));
-        const double d = one.center.getDistanceTo(two.center);
-        const double r0 = one.radius;
-        const double r1 = two.radius;
-        const double clearance = std::min(r0 + r1 - d, d - std::fabs(r0 - r1));
+        double const d = one.center.getDistanceTo(two.center);
+        double const r0 = one.radius;
+        double const r1 = two.radius;
+        double const clearance = std::min(r0 + r1 - d, d - std::fabs(r0 - r1));
         if (std::fabs(clearance) < 0.01) continue;
 
         Vector2D points[2];
@@ -126,13 +126,13 @@ TEST_F(Shapes, CircleMeetsAndOverlapsCircles) {
         // The point on the left of the way to the other center comes first.
         const Complex way = toComplex(two.center - one.center);
         ASSERT_GT((toComplex(points[0] - points[1]) * std::conj(way)).imag(), -1e-3);
-        for (const Vector2D& p : points) {
+        for (Vector2D const& p : points) {
             if (clearance < 0) break;
             ASSERT_NEAR(p.getDistanceTo(one.center), r0, 1e-3);
             ASSERT_NEAR(p.getDistanceTo(two.center), r1, 1e-3);
         }
-        const double toChord = (d * d + r0 * r0 - r1 * r1) / (2 * d);
-        const double area = clearance > 0 ? share(r0, toChord) + share(r1, d - toChord)
+        double const toChord = (d * d + r0 * r0 - r1 * r1) / (2 * d);
+        double const area = clearance > 0 ? share(r0, toChord) + share(r1, d - toChord)
                             : d > r0 + r1 ? 0
                                           : PI * std::pow(std::min(r0, r1), 2);
         ASSERT_NEAR(one.getIntersectionArea(two), area, 2e-3 * (1 + area));

@@ -14,15 +14,15 @@ static_assert((CORNER + CORNER) / 2 == CORNER && 2 * CORNER - CORNER == CORNER);
 /// Vectors up to 100 m: a few roundings of their float coordinates, and of float angles.
 constexpr double TOLERANCE = 1e-4;
 
-double distance(const Vector2D& v, Complex expected) {
+double distance(Vector2D const& v, Complex expected) {
     return std::abs(toComplex(v) - expected);
 }
 
 TEST_F(Vector, PolarFormsAndFramesAgreeWithComplexNumbers) {
     EXPECT_LT(distance(Vector2D(2, 90, POLAR), {0, -2}), TOLERANCE); // clockwise
     for (int i = 0; i < COUNT; ++i) {
-        const float length = number(0, 100);
-        const float ang = number(-360, 360);
+        float const length = number(0, 100);
+        float const ang = number(-360, 360);
         ASSERT_LT(distance(Vector2D(length, ang, POLAR), Complex(length) * unit(-ang)), TOLERANCE);
         Vector2D orig;
         orig.setVector2D_Orig(length, ang, POLAR);
@@ -47,12 +47,12 @@ TEST_F(Vector, LengthsDistancesAndFractions) {
         Vector2D p = point();
         const Vector2D q = point();
         ASSERT_NEAR(p.getDistanceTo(q), std::abs(toComplex(p) - toComplex(q)), TOLERANCE);
-        const float frac = number(-1, 2);
+        float const frac = number(-1, 2);
         const Complex between = toComplex(p) + (toComplex(q) - toComplex(p)) * Complex(frac);
         ASSERT_LT(distance(p.getVector2DOnLineFraction(q, frac), between), TOLERANCE);
 
         const Complex direction = toComplex(p) / std::abs(toComplex(p));
-        const float len = number(-100, 100); // a negative length turns round
+        float const len = number(-100, 100); // a negative length turns round
         ASSERT_EQ(p.setLength(len), p);
         ASSERT_LT(distance(p, direction * Complex(len)), TOLERANCE);
     }
@@ -62,7 +62,7 @@ TEST_F(Vector, LengthsDistancesAndFractions) {
 
 TEST_F(Vector, InvalidVectors) {
     constexpr float INF = std::numeric_limits<float>::infinity();
-    for (const float mark : {UNDEFINED_FLOAT, INF, -INF, std::numeric_limits<float>::quiet_NaN()}) {
+    for (float const mark : {UNDEFINED_FLOAT, INF, -INF, std::numeric_limits<float>::quiet_NaN()}) {
         EXPECT_TRUE(Vector2D(mark, 1, CARTESIAN).isInvalid()) << mark;
         EXPECT_TRUE(Vector2D(1, mark, CARTESIAN).isInvalid()) << mark;
     }

@@ -175,6 +175,7 @@ TEST(Parser, CallsEveryHandlerAndReusesARecordThatMayOutliveIt) {
         EXPECT_EQ(held.get(), again);
         EXPECT_EQ(2, listener.score.calls);
         EXPECT_EQ(4, second.last.time);
+        EXPECT_FALSE(listener.hears("(score 7 8 9) x")); // leaves the record alone
     }
     EXPECT_EQ(1, held->references());
     EXPECT_EQ(4, dynamic_cast<RCC_Score&>(*held).time);
