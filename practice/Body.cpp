@@ -9,7 +9,7 @@ namespace practice {
 
 std::string senseBodyMessage(World const& world, Player const& player) {
     constexpr std::array<std::string_view, 3> widths{"narrow", "normal", "wide"};
-    const std::string_view quality = player.view.quality == Quality::high ? "high" : "low";
+    std::string_view const quality = player.view.quality == Quality::high ? "high" : "low";
     double const direction = normalized(player.vel.angle() - player.body - player.neck);
     Counts const& n = player.counts;
     // Both angles are cut, not rounded: part of the protocol.

@@ -18,7 +18,7 @@ constexpr std::string_view sayable = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOP
 
 // Takes the letters that come next.
 std::string_view takeAll(std::string_view& s, std::string_view letters) {
-    const std::string_view taken = s.substr(0, s.find_first_not_of(letters));
+    std::string_view const taken = s.substr(0, s.find_first_not_of(letters));
     s.remove_prefix(taken.size());
     return taken;
 }
@@ -42,8 +42,8 @@ std::optional<double> takeNumber(std::string_view& s) {
     if (s.starts_with('+') && !s.starts_with("+-")) s.remove_prefix(1); // from_chars takes none
     double value = 0.0;
     auto const [end, error] = std::from_chars(s.data(), s.data() + s.size(), value);
-    const std::string_view taken = s.substr(0, static_cast<std::size_t>(end - s.data()));
-    const std::size_t dot = taken.find('.');
+    std::string_view const taken = s.substr(0, static_cast<std::size_t>(end - s.data()));
+    std::size_t const dot = taken.find('.');
     bool const openDot = dot != taken.npos && taken.find_first_of(digits, dot) != dot + 1;
     bool const foreign = taken.find_first_not_of("0123456789+-.eE") != taken.npos;
     if (error != std::errc{} || openDot || foreign) return std::nullopt;
@@ -60,7 +60,7 @@ std::string_view withoutEnding(std::string_view datagram) {
 std::optional<Command> readChangeView(std::string_view& s) {
     constexpr std::array<std::string_view, 3> widths{"narrow", "normal", "wide"};
     auto const width = std::ranges::find(widths, takeWord(s));
-    const std::string_view quality = takeWord(s);
+    std::string_view const quality = takeWord(s);
     bool const low = quality == "low";
     bool const known = width != widths.end() && (low || quality == "high" || quality.empty());
     if (!known || !take(s, ')')) return std::nullopt;
@@ -131,7 +131,7 @@ std::optional<Command> readNumeric(std::string_view& s, NumericForm const& form)
 
 std::optional<Command> readCommand(std::string_view& s) {
     if (!take(s, '(')) return std::nullopt;
-    const std::string_view word = takeWord(s);
+    std::string_view const word = takeWord(s);
     if (word == "say") return readSay(s);
     if (word == "change_view") return readChangeView(s);
     for (NumericForm const& form : numericForms) {
@@ -147,7 +147,7 @@ std::optional<Command> readCommand(std::string_view& s) {
 
 bool takeOption(std::string_view& s, Introduction& introduction) {
     if (!take(s, '(')) return false;
-    const std::string_view word = takeWord(s);
+    std::string_view const word = takeWord(s);
     if (word == "goalie") {
         introduction.goalie = true;
     } else if (auto const version = takeNumber(s); word == "version" && version) {
@@ -192,7 +192,7 @@ std::optional<Command> CommandReader::next() {
 Introduction readIntroduction(std::string_view datagram) {
     constexpr std::string_view init = "(init ";
     constexpr std::string_view reconnect = "(reconnect ";
-    const std::string_view s = withoutEnding(datagram);
+    std::string_view const s = withoutEnding(datagram);
     if (s.starts_with(init)) return readInit(s.substr(init.size()));
     if (s.starts_with(reconnect)) return readReconnect(s.substr(reconnect.size()));
     return {"(error unknown_command)"};

@@ -91,7 +91,7 @@ private:
 
     // What is outside the cone is felt when it is close; none if it is not.
     std::optional<Seen> lookAt(Vec pos, double step) const {
-        const Vec to = pos - me_.pos;
+        Vec const to = pos - me_.pos;
         double const rel = normalized(to.angle() - gaze_);
         bool const inCone = std::abs(rel) < halfCone_;
         if (!inCone && to.length() > parameter("visibleDist")) return std::nullopt;
@@ -110,7 +110,7 @@ private:
     }
 
     void changes(Seen const& seen, Vec velocity) {
-        const Vec w = velocity - me_.vel;
+        Vec const w = velocity - me_.vel;
         double const d = std::max(seen.trueDistance, 1e-10); // two objects on one spot
         double const along = quantized(dot(w, seen.unit) / d, 0.02);
         double const across = toDeg((w.y * seen.unit.x - w.x * seen.unit.y) / d);
@@ -164,13 +164,13 @@ private:
     // Whether the line of sight hits the line. Its direction is the angle between the two, not the
     // bearing of a point.
     bool seeLine(Line const& line) {
-        const Vec outward = polar(1.0, toRad(line.normalDeg));
+        Vec const outward = polar(1.0, toRad(line.normalDeg));
         double const toLine = line.offset - dot(me_.pos, outward);
         double const normal = toRad(toLine < 0.0 ? line.normalDeg + 180.0 : line.normalDeg);
         double const a = normalized(normal - gaze_);
         if (std::abs(a) >= std::numbers::pi / 2.0) return false;
         double const length = std::abs(toLine) / std::cos(a);
-        const Vec hit = me_.pos + polar(length, gaze_);
+        Vec const hit = me_.pos + polar(length, gaze_);
         bool const upright = line.name == 'l' || line.name == 'r';
         if (std::abs(upright ? hit.y : hit.x) > line.halfLength) return false;
         int const dir = static_cast<int>(std::rint(toDeg(a) + (a > 0.0 ? -90.0 : 90.0)));

@@ -35,7 +35,7 @@ std::array<int, maxPlayers> everybodyInRandomOrder(Random& random) {
 Match::Match(MatchOptions const& options)
     : random_(options.seed),
       referee_(world_, random_, options.kickOff, [this](std::string_view word) {
-          for (const Player& p : world_.players)
+          for (Player const& p : world_.players)
               if (p.active) send(p, text("(hear ", world_.cycle, " referee ", word, ')'));
       }) {
     world_.halfCycles = options.halfCycles;
@@ -44,14 +44,14 @@ Match::Match(MatchOptions const& options)
 // ---- Joining and leaving
 
 Match::Joined Match::join(std::string_view firstDatagram) {
-    const Introduction client = readIntroduction(firstDatagram);
+    Introduction const client = readIntroduction(firstDatagram);
     if (!client.refusal.empty()) return {nobody, std::string(client.refusal)};
     if (client.reconnect) { // nobody comes back: a number is used once
         bool const playing = world_.mode == Phase::playOn;
         return {nobody, playing ? "(error cannot_reconnect_while_playon)"
                                 : "(error no_such_team_or_player)"};
     }
-    const Side side = sideOf(client.team);
+    Side const side = sideOf(client.team);
     if (side == Side::none) return {nobody, "(error no_more_team)"};
     int const id = freeNumber(client, side);
     if (id == nobody) return {id, "(error no_more_player_or_goalie_or_illegal_client_version)"};
@@ -68,7 +68,7 @@ Match::Joined Match::join(std::string_view firstDatagram) {
 
 // The side that plays under this name; a new name takes the next free side.
 Side Match::sideOf(std::string const& team) {
-    for (const Side side : {Side::left, Side::right}) {
+    for (Side const side : {Side::left, Side::right}) {
         std::string& name = world_.teamNames[index(side)];
         if (name.empty()) name = team;
         if (name == team) return side;
@@ -184,7 +184,7 @@ struct Match::Execution {
         if (&listener == &me)
             return match.send(me, text("(hear ", world.cycle, " self \"", said, "\")"));
         constexpr int needed = wholeParameter("hearDecay");
-        const Vec way = me.pos - listener.pos;
+        Vec const way = me.pos - listener.pos;
         int& capacity = listener.hearing[listener.side == me.side ? 0 : 1];
         if (way.length() > parameter("audioDist") || capacity < needed) return;
         capacity -= needed;
@@ -235,8 +235,8 @@ bool Match::poll() {
 }
 
 void Match::step() {
-    const Vec ballBefore = world_.ball.pos;
-    const std::vector<int> touchers = moveAll(world_, random_);
+    Vec const ballBefore = world_.ball.pos;
+    std::vector<int> const touchers = moveAll(world_, random_);
     referee_.step(ballBefore, touchers);
     statistics_.stepped(world_);
     recoverAll(world_);

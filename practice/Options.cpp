@@ -75,13 +75,13 @@ struct Assignment {
 std::string readOptions(std::span<char const* const> arguments, Options& options) {
     auto const table = tableFor(options);
     for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const std::string_view name = arguments[i];
+        std::string_view const name = arguments[i];
         auto const option = std::ranges::find(table, name, &Option::name);
         if (option == table.end()) return text("unknown option ", name, "; --help lists them all");
         bool const needsValue = !option->value.empty();
         if (needsValue && i + 1 == arguments.size())
             return text(name, " needs a value: ", option->help);
-        const std::string_view value = needsValue ? arguments[++i] : "";
+        std::string_view const value = needsValue ? arguments[++i] : "";
         if (!std::visit(Assignment{*option, value}, option->target))
             return text(name, " cannot be '", value, "': ", option->help);
     }

@@ -33,7 +33,7 @@ Vec mirrored(Vec v, Vec normal) {
 
 // The share of the path, 0 to 1, after which it enters the circle around `centre`.
 std::optional<double> entry(Vec from, Vec path, Vec centre, double radius) {
-    const Vec rel = from - centre;
+    Vec const rel = from - centre;
     double const a = dot(path, path);
     double const b = dot(rel, path);
     double const root = b * b - a * (dot(rel, rel) - radius * radius);
@@ -132,15 +132,15 @@ private:
     bool separate(int i, int j) {
         constexpr double rounding = 1e-10; // two that just touch do not collide again
         double const reach = i == theBall ? contactDistance : 2.0 * playerSize;
-        const Vec a = object(i).pos;
-        const Vec b = object(j).pos;
+        Vec const a = object(i).pos;
+        Vec const b = object(j).pos;
         double const gap = distance(a, b);
         if (gap >= reach - rounding) return false;
-        const Vec unit = gap > 0.0 ? (b - a) * (1.0 / gap) : polar(1.0, random_.direction());
+        Vec const unit = gap > 0.0 ? (b - a) * (1.0 / gap) : polar(1.0, random_.direction());
         if (i == theBall && world_.mode != Phase::playOn) { // it waits there for its set piece
             means_[j].add(a + unit * reach);
         } else {
-            const Vec middle = (a + b) * 0.5;
+            Vec const middle = (a + b) * 0.5;
             means_[i].add(middle - unit * (reach / 2.0));
             means_[j].add(middle + unit * (reach / 2.0));
         }
@@ -196,7 +196,7 @@ void dash(Player& player, double power, double dirDeg) {
 }
 
 bool kick(World& world, Player const& player, double power, double dirDeg, Random& random) {
-    const Vec toBall = world.ball.pos - player.pos;
+    Vec const toBall = world.ball.pos - player.pos;
     if (toBall.length() > kickableArea) return false;
     constexpr double maxPower = parameter("maxPower");
     double const p = std::clamp(power, parameter("minPower"), maxPower);
@@ -216,7 +216,7 @@ bool kick(World& world, Player const& player, double power, double dirDeg, Rando
 
 bool catchBall(World& world, Player& goalie, double dirDeg) {
     double const dir = goalie.body + toRad(std::clamp(dirDeg, -maxCatchAngleDeg, maxCatchAngleDeg));
-    const Vec toBall = world.ball.pos - goalie.pos;
+    Vec const toBall = world.ball.pos - goalie.pos;
     double const along = dot(toBall, polar(1.0, dir));
     double const across = dot(toBall, polar(1.0, dir + std::numbers::pi / 2.0));
     if (along < 0.0 || along > parameter("catchAreaLength") ||
@@ -266,16 +266,16 @@ void recoverAll(World& world) {
 
 Vec moveAlong(Vec pos, Vec& vel, double size) {
     double const radius = postRadius + size;
-    const Vec post = nearestPost(pos);
+    Vec const post = nearestPost(pos);
     if (double const d = distance(pos, post); d > 0.0 && d < radius) {
-        const Vec normal = (pos - post) * (1.0 / d);
+        Vec const normal = (pos - post) * (1.0 / d);
         pos = post + normal * radius;
         if (dot(vel, normal) < 0.0) vel = mirrored(vel, normal);
     }
-    const Vec postAhead = nearestPost(pos + vel);
-    const std::optional<double> share = entry(pos, vel, postAhead, radius);
+    Vec const postAhead = nearestPost(pos + vel);
+    std::optional<double> const share = entry(pos, vel, postAhead, radius);
     if (!share) return pos + vel;
-    const Vec contact = pos + vel * *share;
+    Vec const contact = pos + vel * *share;
     vel = mirrored(vel, (contact - postAhead) * (1.0 / radius));
     return contact + vel * (1.0 - *share);
 }

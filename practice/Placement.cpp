@@ -37,9 +37,9 @@ double onCircle(double centre, double radius, double away, double towards) {
 }
 
 Vec edgeOfCircle(Vec pos, Vec centre, double radius) {
-    const Vec out = pos - centre;
+    Vec const out = pos - centre;
     double const d = out.length();
-    const Vec radial =
+    Vec const radial =
         centre + (d > 0.0 ? out * (radius / d) : Vec{-std::copysign(radius, centre.x), 0.0});
     Vec cut = cutToRunOff(radial);
     if (cut.y != radial.y) {
@@ -108,19 +108,19 @@ Vec goalKickSpot(Vec ball) {
 
 OffsideMarks offsideMarks(World const& world, int id) {
     OffsideMarks marks;
-    const Side side = world.player(id).side;
+    Side const side = world.player(id).side;
     double const line = offsideLine(world, side);
     for (Player const& p : world.players) {
         int const mate = playerId(p);
         if (!p.active || p.side != side || mate == id || sign(side) * p.pos.x <= line) continue;
-        const Vec spot = cutToPitch({sign(side) * line, p.pos.y}, 1.0);
+        Vec const spot = cutToPitch({sign(side) * line, p.pos.y}, 1.0);
         marks[mate] = OffsideMark{goalArea.cornerIfInside(spot, other(side)), line};
     }
     return marks;
 }
 
 void clearBall(World& world, Side team, double radius, bool goalLineMayStay) {
-    const Vec ball = world.ball.pos;
+    Vec const ball = world.ball.pos;
     for (Player& p : world.players) {
         bool const stays = goalLineMayStay && isOnOwnGoalLine(p);
         if (!p.active || stays || (team != Side::none && p.side != team)) continue;

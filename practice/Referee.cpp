@@ -68,13 +68,13 @@ void Referee::interrupt(PlayMode mode, Vec spot) {
 }
 
 void Referee::dropBall() {
-    const Vec spot = cutToPitch(world_.ball.pos);
+    Vec const spot = cutToPitch(world_.ball.pos);
     interrupt({Phase::dropBall}, outOfPenaltyArea(spot, sideOfHalf(spot.x)));
     changeMode({Phase::playOn});
 }
 
 void Referee::callOffside(int id) {
-    const OffsideMark mark = *play_.offside[id];
+    OffsideMark const mark = *play_.offside[id];
     offsideLine_ = mark.line;
     interrupt({Phase::offside, world_.player(id).side}, mark.spot);
 }
@@ -90,7 +90,7 @@ bool Referee::allowsKick() const {
 }
 
 bool Referee::isBackPassTo(int id) const {
-    const Side side = world_.player(id).side;
+    Side const side = world_.player(id).side;
     int const from = play_.lastKicker == id ? play_.kickerBefore : play_.lastKicker;
     if (from == nobody) return play_.lastKicker != nobody;
     return world_.player(from).side == side;
@@ -105,7 +105,7 @@ bool Referee::played(int id) {
     } else if (play_.offside[id]) {
         callOffside(id);
     } else if (secondTouch) {
-        const Vec spot = outOfPenaltyArea(cutToPitch(world_.ball.pos), p.side);
+        Vec const spot = outOfPenaltyArea(cutToPitch(world_.ball.pos), p.side);
         interrupt({Phase::freeKickFault, p.side}, spot);
     } else {
         play_.indirect = play_.indirect && id == play_.taker;
@@ -143,8 +143,8 @@ void Referee::triedToKick(int id) {
 }
 
 void Referee::caught(int id) {
-    const Vec ball = world_.ball.pos;
-    const Side side = world_.player(id).side;
+    Vec const ball = world_.ball.pos;
+    Side const side = world_.player(id).side;
     announce_(text("goalie_catch_ball_", letter(side)));
     if (!isInPenaltyArea(ball, side)) return callCatchFault(side);
     if (isBackPassTo(id))
@@ -187,7 +187,7 @@ void Referee::endHalf() {
 }
 
 void Referee::runStoppage() {
-    const PlayMode mode = world_.mode;
+    PlayMode const mode = world_.mode;
     int const length = mode == Phase::goal ? goalStoppage : offenceStoppage;
     if (stepsInMode_ > length) {
         interrupt({restartAfter(mode), other(mode.side)},
@@ -200,8 +200,8 @@ void Referee::runStoppage() {
 }
 
 void Referee::superviseSetPiece() {
-    const Vec ball = world_.ball.pos;
-    const PlayMode mode = world_.mode;
+    Vec const ball = world_.ball.pos;
+    PlayMode const mode = world_.mode;
     int const holder = world_.ballHolder;
     bool const taken = mode == Phase::goalKick ? !isInPenaltyArea(ball, mode.side, ballSize)
                                                : world_.ball.vel != Vec{};
@@ -217,7 +217,7 @@ void Referee::superviseSetPiece() {
 }
 
 void Referee::keepDistance() {
-    const PlayMode mode = world_.mode;
+    PlayMode const mode = world_.mode;
     if (mode == Phase::goalKick) return clearPenaltyArea(world_, mode.side);
     if (mode == Phase::dropBall) return clearBall(world_, Side::none, freeCircle);
     if (mode == Phase::kickOff) sendToOwnHalf(world_);
@@ -226,7 +226,7 @@ void Referee::keepDistance() {
 }
 
 void Referee::watchBall(Vec before) {
-    const Vec ball = world_.ball.pos;
+    Vec const ball = world_.ball.pos;
     if (std::abs(ball.x) > goalLine) {
         ballOverGoalLine(before);
     } else if (std::abs(ball.y) > touchLine) {
@@ -238,9 +238,9 @@ void Referee::watchBall(Vec before) {
 }
 
 void Referee::ballOverGoalLine(Vec before) {
-    const Vec ball = world_.ball.pos;
-    const Side defender = sideOfHalf(ball.x);
-    const Side attacker = other(defender);
+    Vec const ball = world_.ball.pos;
+    Side const defender = sideOfHalf(ball.x);
+    Side const attacker = other(defender);
     if (crossedBetweenPosts(before, ball) && !play_.indirect) {
         announce_(text("goal_", letter(attacker), '_', ++world_.score[index(attacker)]));
         placeBall(ball);

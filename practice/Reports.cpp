@@ -17,9 +17,9 @@ namespace {
 bool isShot(World const& world, Side side) {
     constexpr double margin = 2.0;
     Movable const& ball = world.ball;
-    const Vec vel = shortenedTo(ball.vel + shortenedTo(ball.acc, parameter("ballAccelMax")),
+    Vec const vel = shortenedTo(ball.vel + shortenedTo(ball.acc, parameter("ballAccelMax")),
                                 parameter("ballSpeedMax"));
-    const Vec path = vel * (1.0 / (1.0 - parameter("ballDecay")));
+    Vec const path = vel * (1.0 / (1.0 - parameter("ballDecay")));
     double const toLine = sign(side) * pitchHalfLength - ball.pos.x;
     if (sign(side) * path.x < sign(side) * toLine || path.x == 0.0) return false;
     return std::abs(ball.pos.y + path.y * toLine / path.x) <= goalHalfWidth + margin;
@@ -55,7 +55,7 @@ std::string scoreboardLine(World const& world) {
 // ---- Statistics
 
 void Statistics::kicked(World const& world, int id) {
-    const Side side = world.player(id).side;
+    Side const side = world.player(id).side;
     TeamStatistics& mine = teams_[index(side)];
     bool const received = lastKicker_ != nobody && lastKicker_ != id;
     if (received && world.player(lastKicker_).side == side) ++mine.passesArrived;
@@ -103,7 +103,7 @@ std::string results(World const& world, Statistics const& statistics) {
     std::string out;
     appendRow(out, "score", world.score[0], world.score[1]);
     appendRow(out, "cycles", world.cycle);
-    for (const Side side : {Side::left, Side::right}) {
+    for (Side const side : {Side::left, Side::right}) {
         TeamStatistics const& team = statistics.team(side);
         appendRow(out, "team", letter(side), world.teamName(side), world.goals(side),
                   statistics.possession(side), team.shots, team.passesArrived);
@@ -118,7 +118,7 @@ std::string results(World const& world, Statistics const& statistics) {
 }
 
 bool writeFile(std::string const& path, std::string const& content) {
-    const std::string draft = path + ".new";
+    std::string const draft = path + ".new";
     std::ofstream file(draft, std::ios::binary);
     file << content;
     file.close();
@@ -133,7 +133,7 @@ Scoreboard::Scoreboard(Style style, std::FILE* out) : style_(style), out_(out) {
 
 // Set pieces come and go: goals, kick-offs, breaks and every tenth of the match are worth a line.
 bool Scoreboard::isNews(World const& world) {
-    const PlayMode mode = world.mode;
+    PlayMode const mode = world.mode;
     bool const milestone =
         mode == Phase::beforeKickOff || mode == Phase::kickOff || mode == Phase::timeOver;
     int const tenth = progress(world, 10);

@@ -86,7 +86,7 @@ void Server::readClient(int player) {
     Address sender{};
     std::string_view datagram;
     while (clients_[player]) {
-        const Socket::Arrival arrival = clients_[player]->socket.receive(buffer_, datagram, sender);
+        Socket::Arrival const arrival = clients_[player]->socket.receive(buffer_, datagram, sender);
         if (arrival == Socket::Arrival::nothing) return;
         if (arrival == Socket::Arrival::peerGone) return match_.remove(player);
         match_.receive(player, datagram);
@@ -97,7 +97,7 @@ void Server::readClient(int player) {
 void Server::admit(std::string_view datagram, Address const& sender) {
     auto socket = Socket::bound(any_);
     bool const connected = socket && socket->connectTo(sender);
-    const Match::Joined joined =
+    Match::Joined const joined =
         connected ? match_.join(datagram) : Match::Joined{nobody, "(error connection_failed)"};
     if (joined.player == nobody) {
         door_.send(joined.refusal, &sender);

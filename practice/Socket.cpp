@@ -49,16 +49,16 @@ int Socket::port() const {
 Socket::Arrival Socket::receive(std::span<char> buffer, std::string_view& text,
                                 Address& sender) const {
     socklen_t length = sizeof sender;
-    const ssize_t n = recvfrom(fd_, buffer.data(), buffer.size(), 0, generic(&sender), &length);
+    ssize_t const n = recvfrom(fd_, buffer.data(), buffer.size(), 0, generic(&sender), &length);
     if (n < 0) return errno == ECONNREFUSED ? Arrival::peerGone : Arrival::nothing;
     text = {buffer.data(), static_cast<std::size_t>(n)};
     return Arrival::datagram;
 }
 
 bool Socket::send(std::string_view text, Address const* peer) const {
-    const std::string datagram(text); // its data() ends with the NUL
-    const socklen_t length = peer == nullptr ? 0 : sizeof *peer;
-    const ssize_t n =
+    std::string const datagram(text); // its data() ends with the NUL
+    socklen_t const length = peer == nullptr ? 0 : sizeof *peer;
+    ssize_t const n =
         sendto(fd_, datagram.data(), datagram.size() + 1, MSG_NOSIGNAL, generic(peer), length);
     return n >= 0 || errno != ECONNREFUSED;
 }

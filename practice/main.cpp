@@ -21,7 +21,7 @@ int fail(int status, std::string const& problem) {
 
 int main(int argc, char** argv) {
     practice::Options options;
-    const std::span<char const* const> arguments(argv, static_cast<std::size_t>(argc));
+    std::span<char const* const> const arguments(argv, static_cast<std::size_t>(argc));
     std::string problem = practice::readOptions(arguments.subspan(1), options);
     if (!problem.empty()) return fail(2, problem);
     if (options.help) {

@@ -21,6 +21,6 @@ std::optional<std::string> readWholeFile(char const* path) {
 } // namespace
 
 bool ConfigFile::parseConfigFile(char const* path, bool scannerDebug, bool parserDebug) {
-    const std::optional<std::string> text = readWholeFile(path);
+    std::optional<std::string> const text = readWholeFile(path);
     return text && readConfFile(*text, scannerDebug, parserDebug);
 }

@@ -87,29 +87,29 @@ std::size_t span(std::string_view text, Test test) {
 // The lengths of the tokens at the beginning of text; 0 when there is none of the kind.
 
 std::size_t longLength(std::string_view text) {
-    const std::size_t sign = text.starts_with('-') ? 1 : 0;
-    const std::size_t digits = span(text.substr(sign), isDigit);
+    std::size_t const sign = text.starts_with('-') ? 1 : 0;
+    std::size_t const digits = span(text.substr(sign), isDigit);
     return digits == 0 ? 0 : sign + digits;
 }
 
 std::size_t exponentLength(std::string_view text) {
     if (!text.starts_with('e') && !text.starts_with('E')) return 0;
-    const std::size_t number = longLength(text.substr(1));
+    std::size_t const number = longLength(text.substr(1));
     return number == 0 ? 0 : 1 + number;
 }
 
 std::size_t doubleLength(std::string_view text) {
-    const std::size_t whole = longLength(text);
+    std::size_t const whole = longLength(text);
     if (whole == 0 || !text.substr(whole).starts_with('.')) return 0;
-    const std::size_t decimals = span(text.substr(whole + 1), isDigit);
+    std::size_t const decimals = span(text.substr(whole + 1), isDigit);
     if (decimals == 0) return 0;
-    const std::size_t mantissa = whole + 1 + decimals;
+    std::size_t const mantissa = whole + 1 + decimals;
     return mantissa + exponentLength(text.substr(mantissa));
 }
 
 std::size_t charsLength(std::string_view text) {
     if (!text.starts_with('"')) return 0;
-    const std::size_t inside = span(text.substr(1), isCharsCharacter);
+    std::size_t const inside = span(text.substr(1), isCharsCharacter);
     bool const closed = text.substr(1 + inside).starts_with('"');
     return inside > 0 && closed ? inside + 2 : 0;
 }
@@ -127,7 +127,7 @@ public:
 
     Token next() {
         skipSpaceAndComments();
-        const Token token = recognise();
+        Token const token = recognise();
         rest.remove_prefix(token.text.size());
         if (token.kind == TokenKind::ERROR) {
             std::cerr << "readConfFile"
@@ -211,15 +211,15 @@ private:
 
     bool parseConfigLine(Token const& keyword) {
         if (keyword.kind != TokenKind::KEYWORD) return syntaxError(keyword);
-        const Token colon = next(State::COLON);
+        Token const colon = next(State::COLON);
         if (colon.kind != TokenKind::COLON) return syntaxError(colon);
-        const Token value = next(State::VALUE);
+        Token const value = next(State::VALUE);
         return std::visit(Assignment{value}, keyword.keyword->member) || syntaxError(value);
     }
 
     Token next(State state) {
         if (tracing) std::cerr << "Entering state " << static_cast<int>(state) << "\n";
-        const Token token = scanner.next();
+        Token const token = scanner.next();
         if (tracing) {
             bool const atEnd = token.kind == TokenKind::END;
             std::cerr << "Reading a token: "

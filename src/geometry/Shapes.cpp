@@ -21,7 +21,7 @@ float sectorMinusTriangle(float radius, float halfChord, float centerToChord) {
 } // namespace
 
 Line Line::makeLineFromTwoPoints(Vector2D pos1, Vector2D pos2) {
-    const Vector2D d = pos2 - pos1;
+    Vector2D const d = pos2 - pos1;
     bool const vertical = isNearZero(d.x);
     float const a = vertical ? 0.0F : 1.0F;
     float const b = vertical ? 1.0F : -d.y / d.x;
@@ -68,7 +68,7 @@ float Line::distanceToPoint(Vector2D pos) const {
 }
 
 bool Line::isInBetween(Vector2D pos, Vector2D point1, Vector2D point2) const {
-    const Vector2D foot = getPointOnLineClosestTo(pos);
+    Vector2D const foot = getPointOnLineClosestTo(pos);
     float const length = point1.getDistanceTo(point2);
     return foot.getDistanceTo(point1) <= length && foot.getDistanceTo(point2) <= length;
 }
@@ -111,15 +111,15 @@ std::ostream& operator<<(std::ostream& os, Line const& line) {
 }
 
 int Circle::getIntersectionPoints(Circle other, Vector2D* p1, Vector2D* p2) const {
-    const Vector2D toOther = other.center - center;
+    Vector2D const toOther = other.center - center;
     float const d = toOther.getMagnitude();
     float const toChord = (square(d) + square(radius) - square(other.radius)) / (2 * d);
     float const halfChord2 = square(radius) - square(toChord);
     float const halfChord = halfChord2 > 0 ? std::sqrt(halfChord2) : 0;
 
-    const Vector2D unit = toOther / d;
-    const Vector2D base = center + toChord * unit;
-    const Vector2D sideways = halfChord * Vector2D(-unit.y, unit.x, CARTESIAN);
+    Vector2D const unit = toOther / d;
+    Vector2D const base = center + toChord * unit;
+    Vector2D const sideways = halfChord * Vector2D(-unit.y, unit.x, CARTESIAN);
     *p1 = base + sideways;
     *p2 = base - sideways;
     if (halfChord2 < 0) return 0;
@@ -135,7 +135,7 @@ float Circle::getIntersectionArea(Circle other) const {
     Vector2D p1;
     Vector2D p2;
     if (getIntersectionPoints(other, &p1, &p2) != 2) return 0;
-    const Vector2D mid = p1.getVector2DOnLineFraction(p2, 0.5F);
+    Vector2D const mid = p1.getVector2DOnLineFraction(p2, 0.5F);
     float const halfChord = p1.getDistanceTo(mid);
     return sectorMinusTriangle(radius, halfChord, mid.getDistanceTo(center)) +
            sectorMinusTriangle(other.radius, halfChord, mid.getDistanceTo(other.center));
