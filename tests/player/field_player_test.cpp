@@ -197,12 +197,19 @@ TEST(FieldPlayer, AsksForWellTimedSeesBeforeTheKickOff) {
     info.viewQuality = static_cast<int>(ViewQuality::low);
     stage.world.setTimeLastSB();
     EXPECT_EQ(decided(stage, PM_BEFORE_KICK_OFF), "move"); // no see yet
-    while (!stage.world.seeIsNewerThanSenseBody()) {       // one see, right after the sense_body
-        stage.world.setTimeLastSB();
-        stage.world.setTimeLastSee();
-    }
+    auto const seeRightAfterSenseBody = [&stage] {
+        do {
+            stage.world.setTimeLastSB();
+            stage.world.setTimeLastSee();
+        } while (!stage.world.seeIsNewerThanSenseBody());
+    };
+    seeRightAfterSenseBody();
     EXPECT_EQ(decided(stage, PM_BEFORE_KICK_OFF), "+change_view");
     info.viewWidth = static_cast<int>(ViewMode::wide);
+    stage.world.setTimeLastSee(); // too many in one cycle
+    EXPECT_EQ(decided(stage, PM_BEFORE_KICK_OFF), "");
+    EXPECT_EQ(stage.server.receive(20), std::nullopt);
+    seeRightAfterSenseBody();
     EXPECT_EQ(decided(stage, PM_BEFORE_KICK_OFF), "");
     EXPECT_EQ(stage.server.receive().value_or("").substr(0, 25), "(change_view normal high)");
     EXPECT_EQ(decided(stage, PM_BEFORE_KICK_OFF), "move"); // settled

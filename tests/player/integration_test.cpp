@@ -98,8 +98,10 @@ TEST_F(IntegrationTest, SeeingPlayers) {
 }
 
 TEST_F(IntegrationTest, VelocityOfASeenBall) {
-    std::string const ally = "((p \"Ours\" 3) 10 0 0.2 90 0 0)";    // (1, 0.5)
-    std::string const enemy = "((p \"Theirs\" 2) 10 0 0.4 0 0 0) "; // (2, 0)
+    // A team-mate with (1, 0.5), an opponent with (2, 0) and somebody whose motion is not told.
+    std::string const ally = "((p \"Ours\" 3) 10 0 0.2 90 0 0)";
+    std::string const enemyToo = "((p \"Theirs\" 2) 10 0 0.4 0 0 0)" + ally;
+    std::string const unknownToo = "((p) 40 0)" + enemyToo;
     struct Case {
         std::string objects;
         int cyclesSinceVelocity;
@@ -107,8 +109,8 @@ TEST_F(IntegrationTest, VelocityOfASeenBall) {
     };
     for (Case const& c :
          {Case{"((b) 10 30 0.5 90)", 9, at(0.433013 + 0.4, 0.25)}, Case{"((b) 10 30)", 0, at(0, 0)},
-          Case{"((b) 10 30)" + ally, 3, at(0, 0)}, Case{"((b) 10 30)" + enemy + ally, 2, at(2, 0)},
-          Case{"((b) 10 30) ((p) 40 0)" + enemy + ally, 2, at(1, 0)}}) {
+          Case{"((b) 10 30)" + ally, 3, at(0, 0)}, Case{"((b) 10 30)" + enemyToo, 2, at(2, 0)},
+          Case{"((b) 10 30)" + unknownToo, 2, at(1, 0)}}) {
         feel(50, "0.4");
         world.myself().position = at(0, 0);
         situation.ballVelocitySeenTime = 50 - c.cyclesSinceVelocity;

@@ -161,9 +161,6 @@ TEST_F(Objects, CyclesToAPointCountRunTurnAndStart) {
     }
     Player const crosswise({}, {}, 90, 0, 7, false, false);
     EXPECT_EQ(crosswise.predictedCyclesToPoint(at(0, -10.6), false), 11); // 90 is along -y
-    EXPECT_EQ(crosswise.predictedCyclesToPoint(at(0, 10.6), false), 13);
-    EXPECT_GT(crosswise.predictedCyclesToPoint(at(1e10, 1e10), false), 1000000);
-
     Configuration::playerSpeedMax = 0; // as if the parameters had been lost
     EXPECT_GT(crosswise.predictedCyclesToPoint(at(0, 10.6), false), 1000000);
 }

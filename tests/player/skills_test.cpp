@@ -5,6 +5,7 @@
 #include <set>
 
 #include "player/Stage.h"
+#include "skills/Utils.h"
 
 namespace {
 
@@ -157,6 +158,11 @@ TEST(Kicking, PassesArriveAtTheSpeedAskedFor) {
         meanSpeed += stage.pitch.ball.vel.length() / PASSES;
     }
     EXPECT_NEAR(meanSpeed, 0.94, 0.08); // one cycle past the target
+    // The ball's own motion counts in full for the power and decayed for the kick.
+    stage.show(0, 0, 0, 0.385, 0, 0.5);
+    EXPECT_TRUE(SkillPool::passBallToPos(at(12, 0), 1.0F));
+    EXPECT_NEAR(stage.number(0),
+                (Utils::calcKickSpeedToTravel(12, 1) - 0.5 - 0.5 * 0.94) / KICK_POWER_RATE, 0.01);
     stage.show(0, 0, 0, 2, 2);
     EXPECT_FALSE(SkillPool::passBallToPos(at(9, 9), 1.0F));
     EXPECT_FALSE(SkillPool::scoreGoal());

@@ -1,5 +1,7 @@
 #include "support/AgentHarness.h"
 
+#include <algorithm>
+
 #include "practice/Parameters.h"
 #include "sensing/Sensors.h"
 #include "skills/SkillPool.h"
@@ -64,10 +66,10 @@ std::string AgentHarness::mainCommand() const {
 
 std::vector<std::string> AgentHarness::otherCommands() const {
     ServerCommands const& queue = effectors.commands();
-    std::vector<std::string> texts;
-    for (int i = 0; i < queue.numberOfOthers; ++i) {
-        texts.emplace_back(queue.otherCommands[static_cast<std::size_t>(i)].data());
-    }
+    auto const number = queue.numberOfOthers.load();
+    std::vector<std::string> texts(static_cast<std::size_t>(number));
+    std::transform(queue.otherCommands.begin(), queue.otherCommands.begin() + number, texts.begin(),
+                   [](auto const& text) { return text.data(); });
     return texts;
 }
 
