@@ -16,24 +16,18 @@ struct Read {
 Read read(std::string_view datagram) {
     Read out;
     CommandReader reader(datagram);
-    while (const auto command = reader.next())
+    while (auto const command = reader.next())
         out.commands.push_back(*command);
     out.failed = reader.failed();
     return out;
 }
 
+// The only command of a datagram; throws if it is another.
 template <typename T>
 T only(std::string_view datagram) {
-    const Read r = read(datagram);
-    EXPECT_FALSE(r.failed) << datagram;
-    EXPECT_EQ(r.commands.size(), 1U) << datagram;
-    return r.commands.size() == 1 && std::holds_alternative<T>(r.commands[0])
-               ? std::get<T>(r.commands[0])
-               : T{};
-}
-
-std::string_view refusalOf(std::string_view datagram) {
-    return readIntroduction(datagram).refusal;
+    std::vector<Command> const commands = read(datagram).commands;
+    EXPECT_EQ(commands.size(), 1U) << datagram;
+    return std::get<T>(commands.at(0));
 }
 
 } // namespace
@@ -44,34 +38,34 @@ TEST(Commands, NumbersInAllTheirForms) {
     EXPECT_EQ(only<Dash>("(dash -1.5e1)").power, -15.0);
     EXPECT_EQ(only<Dash>("(dash 50 -90)").dir, -90.0);
     EXPECT_EQ(only<Kick>("(kick 100 -30.000000)").dir, -30.0);
-    EXPECT_EQ(only<Move>("(move -10 5)").pos.x, -10.0);
-    for (const char* bad :
-         {"(turn 5.)", "(turn nan)", "(turn inf)", "(turn 0x10)", "(turn +-5)", "(turn)",
-          "(turn 1 2)", "(kick 1)", "(turn 1", "turn 1)", "(turn 1e)", "(turn 1e999)"}) {
-        EXPECT_TRUE(read(bad).failed) << bad;
-    }
-}
-
-TEST(Commands, SeveralInADatagramUpToTheFirstBadOne) {
-    const std::string ended = "(turn 10)(turn_neck 5) \n(change_view narrow low)";
-    const Read good = read(std::string_view(ended.c_str(), ended.size() + 1)); // with its NUL
-    EXPECT_EQ(good.commands.size(), 3U);
-    EXPECT_FALSE(good.failed);
-    const Read bad = read("(dash 50)(fly 3)(turn 10)");
-    EXPECT_EQ(bad.commands.size(), 1U);
-    EXPECT_TRUE(bad.failed);
-    EXPECT_TRUE(read("(change_view huge)").failed);
-    EXPECT_EQ(only<ChangeView>("(change_view wide)").view.quality, Quality::high);
-    EXPECT_TRUE(read("").commands.empty());
-    EXPECT_FALSE(read("").failed);
+    EXPECT_EQ(only<Move>("(move -10 5)").pos, (Vec{-10.0, 5.0}));
 }
 
 TEST(Commands, SayWithAndWithoutQuotes) {
     EXPECT_EQ(only<Say>("(say \"a(b) c\")").text, "a(b) c");
     EXPECT_EQ(only<Say>("(say  go)(turn 5)").text, " go)(turn 5");
     EXPECT_EQ(read("(say \"x\")(turn 5)").commands.size(), 2U);
-    for (const char* bad : {"(say \"\")", "(say )", "(say \"a,b\")", "(say \"open)", "(say a\"b)",
-                            "(say \"\xC3\xA4\")"}) {
+}
+
+TEST(Commands, SeveralInADatagramUpToTheFirstBadOne) {
+    using namespace std::string_view_literals;
+    Read const good = read("(turn 10)(turn_neck 5) \n(change_view narrow low)\0"sv);
+    EXPECT_EQ(good.commands.size(), 3U);
+    EXPECT_FALSE(good.failed);
+    Read const bad = read("(dash 50)(fly 3)(turn 10)");
+    EXPECT_EQ(bad.commands.size(), 1U);
+    EXPECT_TRUE(bad.failed);
+    EXPECT_EQ(only<ChangeView>("(change_view wide)").view.quality, Quality::high);
+    EXPECT_EQ(only<Request>("(attentionto (our) 5)"), Request::nothing);
+    EXPECT_TRUE(read("").commands.empty());
+    EXPECT_FALSE(read("").failed);
+}
+
+TEST(Commands, NonsenseIsRefused) {
+    for (char const* bad : {"(turn 5.)", "(turn nan)", "(turn inf)", "(turn 0x10)", "(turn +-5)",
+                            "(turn)", "(turn 1 2)", "(kick 1)", "(turn 1", "turn 1)", "(turn 1e)",
+                            "(turn 1e999)", "(change_view huge)", "(say \"\")", "(say )",
+                            "(say \"a,b\")", "(say \"open)", "(say a\"b)", "(say \"\xC3\xA4\")"}) {
         EXPECT_TRUE(read(bad).failed) << bad;
     }
 }
@@ -93,24 +87,20 @@ TEST(Commands, HostileBytesOnlyFail) {
     EXPECT_TRUE(read("(turn " + std::string(8000, '9') + ")").failed);
 }
 
-TEST(Commands, InitInAnyOrder) {
-    const Introduction client = readIntroduction("(init Team_A-1(goalie) (version 7.08))\n");
-    EXPECT_EQ(client.refusal, "");
+TEST(Commands, InitInAnyOrderOrRefusedWithItsText) {
+    Introduction const client = readIntroduction("(init Team_A-1(goalie) (version 7.08))\n");
     EXPECT_EQ(client.team, "Team_A-1");
     EXPECT_TRUE(client.goalie);
     EXPECT_DOUBLE_EQ(client.version, 7.08);
-}
-
-TEST(Commands, InitRefusalsHaveTheirTexts) {
-    EXPECT_EQ(refusalOf("(hello)"), "(error unknown_command)");
-    EXPECT_EQ(refusalOf("(init)"), "(error unknown_command)");
-    EXPECT_EQ(refusalOf("(init \"A\")"), "(error illegal_teamname)");
-    EXPECT_EQ(refusalOf("(init )"), "(error illegal_teamname)");
-    EXPECT_EQ(refusalOf("(init ABCDEFGHIJKLMNO)"), "");
-    EXPECT_EQ(refusalOf("(init ABCDEFGHIJKLMNOP)"),
-              "(error illegal_teamname_or_too_long_teamname)");
-    EXPECT_EQ(refusalOf("(init A*)"), "(error illegal_teamname_or_too_long_teamname)");
-    EXPECT_EQ(refusalOf("(init A (version x))"), illegalForm);
-    EXPECT_EQ(refusalOf("(init A (captain))"), illegalForm);
-    EXPECT_EQ(refusalOf("(reconnect A)"), illegalForm);
+    using Texts = std::vector<std::string_view>;
+    for (auto const& [refusal, datagrams] :
+         {std::pair{"(error unknown_command)", Texts{"(hello)", "(init)"}},
+          {"(error illegal_teamname)", {"(init \"A\")", "(init )"}},
+          {"", {"(init ABCDEFGHIJKLMNO)"}},
+          {"(error illegal_teamname_or_too_long_teamname)",
+           {"(init ABCDEFGHIJKLMNOP)", "(init A*)"}},
+          {"(error illegal_command_form)",
+           {"(init A (version x))", "(init A (captain))", "(reconnect A)"}}})
+        for (std::string_view const datagram : datagrams)
+            EXPECT_EQ(readIntroduction(datagram).refusal, refusal) << datagram;
 }

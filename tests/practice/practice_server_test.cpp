@@ -12,7 +12,7 @@ namespace {
 using namespace std::chrono_literals;
 
 // Waits up to a second for a datagram that starts so.
-bool receives(const Socket& socket, std::string_view start, Address& sender) {
+bool receives(Socket const& socket, std::string_view start, Address& sender) {
     std::array<char, 8192> buffer{};
     std::string_view text;
     for (int i = 0; i < 200; ++i) {
@@ -35,13 +35,13 @@ TEST(Server, PlaysOverTheLoopback) {
     options.lingerSteps = 1000;
     options.scoreboard = Scoreboard::Style::off;
     std::string problem;
-    const auto server = Server::open(options, problem);
+    auto const server = Server::open(options, problem);
     ASSERT_NE(server, nullptr) << problem;
-    const Address door = *makeAddress("127.0.0.1", server->port());
-    volatile int stop = 0;
+    Address const door = *makeAddress("127.0.0.1", server->port());
+    int volatile stop = 0;
     std::thread thread([&] { EXPECT_EQ(server->run(stop), 0); });
     {
-        const auto client = Socket::bound(*makeAddress("127.0.0.1", 0));
+        auto const client = Socket::bound(*makeAddress("127.0.0.1", 0));
         ASSERT_TRUE(client);
         client->send(std::string("\xff\0(((", 5), &door);
         Address sender{};
@@ -64,14 +64,15 @@ TEST(Server, PlaysOverTheLoopback) {
 
 TEST(Options, AreReadOrRefused) {
     Options options;
-    const std::vector<const char*> good{"--port",       "6100", "--seed", "18446744073709551615",
-                                        "--scoreboard", "plain"};
-    EXPECT_EQ(readOptions(good, options), "");
+    using Arguments = std::vector<char const*>;
+    EXPECT_EQ(readOptions(Arguments{"--port", "6100", "--seed", "18446744073709551615",
+                                    "--scoreboard", "plain"},
+                          options),
+              "");
     EXPECT_EQ(options.port, 6100);
     EXPECT_EQ(options.match.seed, 18446744073709551615U);
     EXPECT_EQ(options.scoreboard, Scoreboard::Style::plain);
-    using Arguments = std::vector<const char*>;
-    for (const Arguments& bad : {Arguments{"--port"},
+    for (Arguments const& bad : {Arguments{"--port"},
                                  {"--port", "x"},
                                  {"--port", "70000"},
                                  {"--players", "23"},
