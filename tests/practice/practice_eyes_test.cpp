@@ -39,19 +39,15 @@ struct Scene {
 } // namespace
 
 TEST(Eyes, LinesAreSeenAlongTheLineOfSight) {
-    struct Case {
-        Vec pos;
-        double gaze;
-        std::string lines;
-    };
-    for (auto const& [pos, gaze, lines] : {Case{{0, 0}, 0, "((l r) 52.5 90)"},
-                                           {{0, 0}, 30, "((l r) 60.3 60)"},
-                                           {{0, 0}, -100, "((l t) 34.5 -80)"},
-                                           {{20, 10}, 123, "((l b) 28.5 57)"},
-                                           {{0, -36}, 90, "((l t) 2 90)((l b) 70.1 90)"},
-                                           {{0, -36}, 30, "((l r) 60.3 60)((l t) 4 -30)"},
-                                           {{54, 0}, 180, "((l l) 106.7 90)((l r) 1.5 90)"},
-                                           {{0, -36}, -90, ""}}) {
+    using Case = std::tuple<Vec, double, std::string>;
+    for (auto const& [pos, gaze, lines] : {Case{Vec{0, 0}, 0, "((l r) 52.5 90)"},
+                                           {Vec{0, 0}, 30, "((l r) 60.3 60)"},
+                                           {Vec{0, 0}, -100, "((l t) 34.5 -80)"},
+                                           {Vec{20, 10}, 123, "((l b) 28.5 57)"},
+                                           {Vec{0, -36}, 90, "((l t) 2 90)((l b) 70.1 90)"},
+                                           {Vec{0, -36}, 30, "((l r) 60.3 60)((l t) 4 -30)"},
+                                           {Vec{54, 0}, 180, "((l l) 106.7 90)((l r) 1.5 90)"},
+                                           {Vec{0, -36}, -90, ""}}) {
         EXPECT_EQ(Scene(pos, gaze).seen("l "), lines) << gaze;
     }
 }
@@ -100,9 +96,7 @@ TEST(Eyes, ObjectsBesideTheConeAreFeltWhenClose) {
 
 // Recognition fades with distance as a share of many looks.
 TEST(Eyes, NamesAndVelocitiesFadeWithDistance) {
-    struct Case {
-        double distance, number, team;
-    };
+    using Case = std::array<double, 3>;
     for (auto const& [distance, number, team] :
          {Case{20, 1, 1}, {30, 0.5, 1}, {40, 0, 0.98}, {50, 0, 0.53}, {62, 0, 0}}) {
         Scene s({-40, 0});
