@@ -133,4 +133,7 @@ TEST(Body, AnglesAreCutAndTheSpeedDirectionFollowsTheGaze) {
               "(sense_body 11 (view_mode low wide) (stamina 7984.8 0.869186) (speed 0.15 -5) "
               "(head_angle 59) (kick 1) (dash 32) (turn 5) (say 33) (turn_neck 6) (catch 2) "
               "(move 3) (change_view 34))");
+    s.me.vel = {};
+    s.me.neck = toRad(40.0);
+    EXPECT_NE(senseBodyMessage(s.world, s.me).find("(speed 0 -40)"), std::string::npos);
 }
