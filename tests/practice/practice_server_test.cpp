@@ -71,6 +71,7 @@ TEST(Options, OutOfRangeAreRefused) {
         EXPECT_NE(readOptions(std::array{name, value}, options), "") << name;
     EXPECT_NE(readOptions(std::array{"--port"}, options), "");
     EXPECT_EQ(readOptions(std::array{"--seed", "18446744073709551615"}, options), "");
+    EXPECT_EQ(options.match.seed, 18446744073709551615U);
     std::string problem;
     options.address = "here";
     EXPECT_EQ(Server::open(options, problem), nullptr);
