@@ -30,14 +30,14 @@ using Settings = std::tuple<std::string, std::string, int, double, double, doubl
                             double, double, double, std::string>;
 
 /// What the members hold before anything is read.
-const Settings DEFAULTS = settings();
+Settings const DEFAULTS = settings();
 
 class ConfigFileTest : public testing::Test {
 protected:
     ~ConfigFileTest() override { settings() = DEFAULTS; }
 
     bool parse(std::string const& text) {
-        const CapturedStream err(std::cerr);
+        CapturedStream const err(std::cerr);
         bool const ok = readConfFile(text, false, false);
         messages = err.text();
         return ok;
@@ -70,7 +70,7 @@ TEST_F(ConfigFileTest, EveryKeywordSetsItsOwnMember) {
 }
 
 TEST_F(ConfigFileTest, FilesThatCannotBeReadFailInSilence) {
-    const CapturedStream err(std::cerr);
+    CapturedStream const err(std::cerr);
     for (std::string const& path : {testing::TempDir() + "no_such_file", testing::TempDir()}) {
         EXPECT_FALSE(ConfigFile::parseConfigFile(path.c_str(), true, true)) << path;
     }
@@ -78,7 +78,7 @@ TEST_F(ConfigFileTest, FilesThatCannotBeReadFailInSilence) {
 }
 
 TEST_F(ConfigFileTest, Numbers) {
-    const std::pair<char const*, double> good[] = {
+    std::pair<char const*, double> const good[] = {
         {"40", 40}, {"40.0", 40},    {"-90.5# aside", -90.5}, {"1.5e-3", 0.0015},
         {"007", 7}, {"1.5E3", 1500}, {"-0.25e2", -25},        {"99999999999999999999", 1e20},
     };
@@ -100,7 +100,7 @@ TEST_F(ConfigFileTest, TextsCommentsAndRepetition) {
 }
 
 TEST_F(ConfigFileTest, MisplacedTokensAreQuoted) {
-    const std::pair<char const*, std::string> bad[] = {
+    std::pair<char const*, std::string> const bad[] = {
         {"", ""},
         {" \n# only a comment", ""},
         {"walkPower", ""},
@@ -121,7 +121,7 @@ TEST_F(ConfigFileTest, MisplacedTokensAreQuoted) {
 }
 
 TEST_F(ConfigFileTest, UnknownCharactersAreReportedTwice) {
-    const std::pair<char const*, std::vector<std::string>> bad[] = {
+    std::pair<char const*, std::vector<std::string>> const bad[] = {
         {"x", {"teamnamex: \"a\"", "xteamname: \"a\""}},
         {"W", {"WalkPower: 4"}},
         {"\"", {"sayID: \"\"", "sayID: \"open", "sayID: \"two\nlines\"", "sayID: \"1.0\""}},
@@ -148,10 +148,10 @@ TEST_F(ConfigFileTest, WhatStoodBeforeAnErrorStaysInForce) {
 }
 
 TEST_F(ConfigFileTest, TracesOnRequest) {
-    const CapturedStream scanned(std::cerr);
+    CapturedStream const scanned(std::cerr);
     EXPECT_TRUE(ConfigFile::parseConfigFile(SAMPLE_FILE, true, false));
     EXPECT_EQ(std::ranges::count(scanned.text(), '\n'), 3 * 21); // a line a token
-    const CapturedStream parsed(std::cerr);
+    CapturedStream const parsed(std::cerr);
     EXPECT_TRUE(ConfigFile::parseConfigFile(SAMPLE_FILE, false, true));
     EXPECT_TRUE(parsed.text().starts_with("Starting parse\nEntering state 0\nReading a token: "));
     EXPECT_TRUE(parsed.text().ends_with("Now at end of input.\n"));

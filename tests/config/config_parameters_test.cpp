@@ -15,7 +15,7 @@ using C = Configuration;
 float const& BOUND_BALL_DECAY = C::ballDecay;
 
 std::string printed(void (*print)()) {
-    const CapturedStream out(std::cout);
+    CapturedStream const out(std::cout);
     print();
     return out.text();
 }
@@ -48,7 +48,7 @@ TEST_F(ConfigurationTest, ServerParametersKeepTheirPlaces) {
     EXPECT_EQ(printed(C::printServerParam), numbersFrom(1, 103) + " \n");
     // Places counted by hand, all through the list: printing alone would not notice two names
     // swapped on both ways.
-    const std::pair<double, int> places[] = {
+    std::pair<double, int> const places[] = {
         {C::goalWidth, 1},       {C::playerDecay, 4},         {C::staminaMax, 9},
         {C::effortDecThr, 16},   {C::teamActuatorNoise, 22},  {C::ballSize, 27},
         {BOUND_BALL_DECAY, 28},  {C::dashPowerRate, 33},      {C::kickPowerRate, 34},

@@ -18,7 +18,7 @@ TEST_F(Angles, TrigonometryAgreesWithComplexNumbers) {
         ASSERT_NEAR(sinDeg(a), unit(a).imag(), 1e-6) << a;
         ASSERT_NEAR(tanDeg(a) * unit(a).real(), unit(a).imag(), 1e-6 * (1 + std::fabs(tanDeg(a))));
 
-        const Vector2D p = point();
+        Vector2D const p = point();
         ASSERT_LT(angleBetween(atan2Deg(p.y, p.x), std::arg(toComplex(p)) * 180 / PI), ROUNDING);
         ASSERT_NEAR(tanDeg(atanDeg(p.x)) / p.x, 1, 1e-5 * (1 + std::fabs(p.x)));
 

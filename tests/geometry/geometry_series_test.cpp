@@ -38,7 +38,7 @@ TEST_F(Series, SumsOutOfReachAndSenselessRatios) {
     EXPECT_EQ(Geometry::getLengthGeomSeries(2, 0.5F, 4), -1); // the limit itself
     EXPECT_EQ(Geometry::getLengthGeomSeries(2, 0.5F, 3), 2);
 
-    const CapturedStream err(std::cerr);
+    CapturedStream const err(std::cerr);
     EXPECT_EQ(Geometry::getSumInfGeomSeries(1, 1.5F), -2);
     EXPECT_EQ(Geometry::getFirstInfGeomSeries(1, 1.5F), -0.5F);
     EXPECT_EQ(Geometry::getLengthGeomSeries(1, -1, 1), -1);

@@ -28,18 +28,18 @@ std::string text(Shape const& shape) {
 
 TEST_F(Shapes, LineAgreesWithProjectionsOfVectors) {
     for (int i = 0; i < COUNT; ++i) {
-        const Vector2D p1 = point();
-        const Vector2D p2 = point();
-        const Vector2D pos = point();
+        Vector2D const p1 = point();
+        Vector2D const p2 = point();
+        Vector2D const pos = point();
         if (std::fabs(p1.x - p2.x) < 2)
             continue; // so steep that the float coefficients lose digits
 
-        const Complex along = toComplex(p2) - toComplex(p1);
+        Complex const along = toComplex(p2) - toComplex(p1);
         double const t = ((toComplex(pos) - toComplex(p1)) * std::conj(along)).real() /
                          std::norm(along); // 0 in p1, 1 in p2
-        const Complex foot = toComplex(p1) + t * along;
+        Complex const foot = toComplex(p1) + t * along;
 
-        const Line line = Line::makeLineFromTwoPoints(p1, p2);
+        Line const line = Line::makeLineFromTwoPoints(p1, p2);
         ASSERT_LT(std::abs(toComplex(line.getPointOnLineClosestTo(pos)) - foot), 2e-3);
         ASSERT_NEAR(line.distanceToPoint(pos), std::abs(toComplex(pos) - foot), 2e-3);
         ASSERT_NEAR(line.getYGivenX(p1.x), p1.y, 1e-3);
@@ -47,17 +47,17 @@ TEST_F(Shapes, LineAgreesWithProjectionsOfVectors) {
             ASSERT_EQ(line.isInBetween(pos, p1, p2), t > 0 && t < 1);
         }
 
-        const Line clockwise = Line::makeLineFromPositionAndAngle(p1, -p1.getDirection());
+        Line const clockwise = Line::makeLineFromPositionAndAngle(p1, -p1.getDirection());
         ASSERT_NEAR(clockwise.distanceToPoint(at(0, 0)), 0, 2e-2) << p1;
     }
 }
 
 TEST_F(Shapes, OddLines) {
-    const Line vertical = Line::makeLineFromTwoPoints(at(1, 0), at(1.00005F, 5));
+    Line const vertical = Line::makeLineFromTwoPoints(at(1, 0), at(1.00005F, 5));
     EXPECT_EQ(text(vertical), "x = 1.00005");
     EXPECT_EQ(vertical.getPointOnLineClosestTo(at(7, 3)), at(1.00005F, 3));
 
-    const Line horizontal = Line::makeLineFromTwoPoints(at(0, 0), at(1, 0));
+    Line const horizontal = Line::makeLineFromTwoPoints(at(0, 0), at(1, 0));
     EXPECT_EQ(horizontal.distanceToPoint(at(3, 2)), 2);
     EXPECT_EQ(horizontal.getIntersection(vertical), at(1.00005F, 0));
     EXPECT_EQ(vertical.getIntersection(horizontal), at(1.00005F, 0));
@@ -70,7 +70,7 @@ TEST_F(Shapes, OddLines) {
 }
 
 TEST_F(Shapes, LineQuestionsWithoutAnswerAreReported) {
-    const CapturedStream err(std::cerr);
+    CapturedStream const err(std::cerr);
     EXPECT_EQ(Line(0, 1, -3).getYGivenX(5), 0);
     EXPECT_EQ(Line(1, 0, -3).getXGivenY(5), 0);
     EXPECT_EQ(err.text(), "(Line::getYGivenX) Cannot calculate Y coordinate: x = 3\n"
@@ -80,12 +80,12 @@ TEST_F(Shapes, LineQuestionsWithoutAnswerAreReported) {
 
 TEST_F(Shapes, LineMeetsCircles) {
     for (int i = 0; i < COUNT; ++i) {
-        const Circle circle(point(), number(0.5F, 20));
-        const Vector2D from = point();
+        Circle const circle(point(), number(0.5F, 20));
+        Vector2D const from = point();
         // Every tenth line is vertical.
-        const Vector2D to = i % 10 == 0 ? at(from.x, from.y + 1) : point();
+        Vector2D const to = i % 10 == 0 ? at(from.x, from.y + 1) : point();
         if (i % 10 != 0 && std::fabs(from.x - to.x) < 5) continue;
-        const Line line = Line::makeLineFromTwoPoints(from, to);
+        Line const line = Line::makeLineFromTwoPoints(from, to);
 
         Vector2D points[2];
         int const count = line.getCircleIntersectionPoints(circle, &points[0], &points[1]);
@@ -112,8 +112,8 @@ double share(double radius, double toChord) {
 
 TEST_F(Shapes, CircleMeetsAndOverlapsCircles) {
     for (int i = 0; i < 2000; ++i) {
-        const Circle one(point(), number(1, 20));
-        const Circle two(one.center + Vector2D(number(1, 40), number(0, 360), POLAR),
+        Circle const one(point(), number(1, 20));
+        Circle const two(one.center + Vector2D(number(1, 40), number(0, 360), POLAR),
                          number(1, 20));
         double const d = one.center.getDistanceTo(two.center);
         double const r0 = one.radius;
@@ -124,7 +124,7 @@ TEST_F(Shapes, CircleMeetsAndOverlapsCircles) {
         Vector2D points[2];
         ASSERT_EQ(one.getIntersectionPoints(two, &points[0], &points[1]), clearance > 0 ? 2 : 0);
         // The point on the left of the way to the other center comes first.
-        const Complex way = toComplex(two.center - one.center);
+        Complex const way = toComplex(two.center - one.center);
         ASSERT_GT((toComplex(points[0] - points[1]) * std::conj(way)).imag(), -1e-3);
         for (Vector2D const& p : points) {
             if (clearance < 0) break;
@@ -140,7 +140,7 @@ TEST_F(Shapes, CircleMeetsAndOverlapsCircles) {
 }
 
 TEST_F(Shapes, Touching) {
-    const Circle one(at(0, 0), 1);
+    Circle const one(at(0, 0), 1);
     Vector2D p1;
     Vector2D p2;
     EXPECT_EQ(Line(1, 0, -1).getCircleIntersectionPoints(one, &p1, &p2), 1);
@@ -157,7 +157,7 @@ TEST_F(Shapes, Texts) {
     EXPECT_EQ(text(Line(1, 0, 0)), "y = ");
     EXPECT_EQ(text(Circle(at(1, 2), 0.5F)), "c:( 1, 2 ), r:0.5");
 
-    const CapturedStream out(std::cout);
+    CapturedStream const out(std::cout);
     EXPECT_EQ(text(BOX), ""); // to standard output, whatever it is given
     EXPECT_EQ(out.text(), "rect(( 10, -5 ) ( -10, 5 ))");
 }

@@ -28,8 +28,8 @@ TEST_F(Vector, PolarFormsAndFramesAgreeWithComplexNumbers) {
         orig.setVector2D_Orig(length, ang, POLAR);
         ASSERT_LT(distance(orig, Complex(length) * unit(ang)), TOLERANCE);
 
-        const Vector2D p = point();
-        const Vector2D origin = point();
+        Vector2D const p = point();
+        Vector2D const origin = point();
         Vector2D turned = p;
         ASSERT_EQ(turned.rotate(ang), turned);
         ASSERT_LT(distance(turned, toComplex(p) * unit(ang)), TOLERANCE);
@@ -45,13 +45,13 @@ TEST_F(Vector, PolarFormsAndFramesAgreeWithComplexNumbers) {
 TEST_F(Vector, LengthsDistancesAndFractions) {
     for (int i = 0; i < COUNT; ++i) {
         Vector2D p = point();
-        const Vector2D q = point();
+        Vector2D const q = point();
         ASSERT_NEAR(p.getDistanceTo(q), std::abs(toComplex(p) - toComplex(q)), TOLERANCE);
         float const frac = number(-1, 2);
-        const Complex between = toComplex(p) + (toComplex(q) - toComplex(p)) * Complex(frac);
+        Complex const between = toComplex(p) + (toComplex(q) - toComplex(p)) * Complex(frac);
         ASSERT_LT(distance(p.getVector2DOnLineFraction(q, frac), between), TOLERANCE);
 
-        const Complex direction = toComplex(p) / std::abs(toComplex(p));
+        Complex const direction = toComplex(p) / std::abs(toComplex(p));
         float const len = number(-100, 100); // a negative length turns round
         ASSERT_EQ(p.setLength(len), p);
         ASSERT_LT(distance(p, direction * Complex(len)), TOLERANCE);
@@ -70,8 +70,8 @@ TEST_F(Vector, InvalidVectors) {
 }
 
 TEST_F(Vector, Texts) {
-    const CapturedStream out(std::cout);
-    const Vector2D v(0.5F, -1234567, CARTESIAN);
+    CapturedStream const out(std::cout);
+    Vector2D const v(0.5F, -1234567, CARTESIAN);
     std::cout << v << "|";
     v.show(CARTESIAN);
     Vector2D().show(POLAR);
