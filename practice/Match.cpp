@@ -1,6 +1,7 @@
 #include "practice/Match.h"
 
 #include <algorithm>
+#include <iterator>
 #include <numeric>
 #include <utility>
 
@@ -174,7 +175,7 @@ struct Match::Execution {
     }
 
     void operator()(Say const& command) {
-        if (command.text.size() > wholeParameter("sayMsgSize")) return;
+        if (std::ssize(command.text) > wholeParameter("sayMsgSize")) return;
         ++me.counts.say;
         for (Player& listener : world.players)
             if (listener.active) tell(listener, command.text);
