@@ -10,11 +10,11 @@
 /// float. All state is static and constantly initialised, so that the constants of other classes
 /// may be references to it.
 ///
-/// Written by the thread that parses, when the messages arrive just after connecting, and read
-/// without a lock by everybody else later on.
+/// Written by the main thread when it integrates the messages, just after connecting, and read by
+/// it later on.
 class Configuration {
 public:
-    // --- Server parameters, in the order of the message ---
+    // --- Server parameters, in the order in which they are printed ---
 
     // Pitch and players (metres, metres per cycle, rates per cycle)
     inline static float goalWidth = 0;

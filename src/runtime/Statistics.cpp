@@ -88,6 +88,10 @@ void sigintHandler(int /*signal*/) {
     _exit(0);
 }
 
+void showHelp() {
+    print("usage: agent <host <teamname <-goalie>>>\n");
+}
+
 void terminate() {
     print("\n\nThe server probably dead: exiting\n");
     printStatistics();

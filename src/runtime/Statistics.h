@@ -7,6 +7,9 @@ void printStatistics();
 /// Handles SIGINT: prints the statistics and ends the process with status 0.
 void sigintHandler(int signal);
 
+/// Prints the usage line. Not called: a bad command line ends the program without a word.
+void showHelp();
+
 /// The end for a server that has died: says so, prints the statistics, ends the process with status
 /// 0. Not called: the main loop just returns.
 [[noreturn]] void terminate();

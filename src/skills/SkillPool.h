@@ -129,6 +129,8 @@ public:
 
 private:
     static bool atInitialPosition();
+    /// True when the agent is there; otherwise asks the server to put it there.
+    static bool takeInitialPosition();
     static void reportIfClosestToBall();
     /// Before the kick-off: whether the cycle goes to the timing of the sees.
     static bool profileSeeTiming();

@@ -89,9 +89,8 @@ void SkillPool::fieldPlayerGeneralBehaviour() {
     switch (worldModel->situation().playMode) {
     case PM_BEFORE_KICK_OFF:
         if (profileSeeTiming()) return; // the whole cycle, without a report
-        if (!atInitialPosition()) {
-            moveToInitialPosition();
-        } else if (ball->position.isInvalid()) {
+        if (!takeInitialPosition()) break;
+        if (ball->position.isInvalid()) {
             scanFieldWithBody();
         } else {
             faceNeckAndBodyToBall();
@@ -106,11 +105,7 @@ void SkillPool::fieldPlayerGeneralBehaviour() {
         kickOff(*worldModel);
         break;
     case PM_THEIR_KICK_OFF:
-        if (atInitialPosition()) {
-            faceNeckAndBodyToBall();
-        } else {
-            moveToInitialPosition();
-        }
+        if (takeInitialPosition()) faceNeckAndBodyToBall();
         break;
     case PM_OUR_KICK_IN:
         setPiece(*worldModel, 1.2F, clearTheBall);
@@ -129,11 +124,7 @@ void SkillPool::fieldPlayerGeneralBehaviour() {
         break;
     case PM_OUR_GOAL:
     case PM_THEIR_GOAL:
-        if (atInitialPosition()) {
-            faceNeckAndBodyToPoint(opponentGoalMid());
-        } else {
-            moveToInitialPosition();
-        }
+        if (takeInitialPosition()) faceNeckAndBodyToPoint(opponentGoalMid());
         break;
     case PM_OUR_PENALTY_KICK:
         setPiece(*worldModel, 1.2F, shoot);
@@ -150,7 +141,7 @@ void SkillPool::fieldPlayerGeneralBehaviour() {
         break;
     case PM_OUR_GOAL_SCORED:
     case PM_THEIR_GOAL_SCORED:
-        if (!atInitialPosition()) moveToInitialPosition();
+        takeInitialPosition();
         break;
     default:
         break;

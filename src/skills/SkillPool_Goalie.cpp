@@ -57,7 +57,7 @@ void SkillPool::goalieGeneralBehaviour() {
     switch (worldModel->situation().playMode) {
     case PM_BEFORE_KICK_OFF:
         if (profileSeeTiming()) return; // the whole cycle, without a report
-        if (!atInitialPosition()) moveToInitialPosition();
+        takeInitialPosition();
         break;
     case PM_PLAY_ON:
         goaliePlayOn();
@@ -94,7 +94,7 @@ void SkillPool::goalieGeneralBehaviour() {
         break;
     case PM_OUR_GOAL_SCORED:
     case PM_THEIR_GOAL_SCORED:
-        if (!atInitialPosition()) moveToInitialPosition();
+        takeInitialPosition();
         break;
     default:
         // Runs to its guard here, where after a goal it is put back; kept so.

@@ -94,6 +94,12 @@ void SkillPool::moveToInitialPosition() {
     effectors->queueMove(myself->initialPosition.x, myself->initialPosition.y);
 }
 
+bool SkillPool::takeInitialPosition() {
+    if (atInitialPosition()) return true;
+    moveToInitialPosition();
+    return false;
+}
+
 bool SkillPool::atInitialPosition() {
     constexpr float TOLERANCE = 1.0F;
     return myself->position.getDistanceTo(myself->initialPosition) <= TOLERANCE;
