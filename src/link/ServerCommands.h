@@ -74,16 +74,29 @@ struct ServerCommandHistory {
     void reset();
 };
 
-/// Commands of each kind since the start. Atomic, since the sender counts and the SIGINT handler
+/// A number that threads and signal handlers share: lock-free, and copied with the record it is in.
+class SharedInt : public std::atomic<int> {
+public:
+    constexpr SharedInt(int value = 0) : atomic(value) {}
+    SharedInt(SharedInt const& other) : atomic(other.load()) {}
+    SharedInt& operator=(SharedInt const& other) { return *this = other.load(); }
+    SharedInt& operator=(int value) {
+        store(value);
+        return *this;
+    }
+    ~SharedInt() = default;
+};
+
+/// Commands of each kind since the start. Shared, since the sender counts and the SIGINT handler
 /// reads, each in whichever thread it interrupted.
 struct ServerCommandCounters {
-    std::atomic<int> kick = 0;
-    std::atomic<int> dash = 0;
-    std::atomic<int> turn = 0;
-    std::atomic<int> say = 0;
-    std::atomic<int> turnNeck = 0;
-    std::atomic<int> goalieCatch = 0;
-    std::atomic<int> move = 0;
-    std::atomic<int> changeView = 0;
+    SharedInt kick;
+    SharedInt dash;
+    SharedInt turn;
+    SharedInt say;
+    SharedInt turnNeck;
+    SharedInt goalieCatch;
+    SharedInt move;
+    SharedInt changeView;
 };
 static_assert(std::atomic<int>::is_always_lock_free && std::atomic<bool>::is_always_lock_free);

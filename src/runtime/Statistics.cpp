@@ -43,7 +43,7 @@ private:
 
 struct Row {
     std::string_view label;
-    std::atomic<int> ServerCommandCounters::*count;
+    SharedInt ServerCommandCounters::*count;
 };
 
 // clang-format off

@@ -1,17 +1,15 @@
 #pragma once
 
-#include <atomic>
-
 #include "link/ServerCommands.h"
 
 /// The agent's latest sense_body report; all zero before the first. Written by the main thread when
 /// it integrates one. The view is read by the sense thread too, which times the cycle by it, and
-/// the counts by the SIGINT handler: those are atomic.
+/// the counts by the SIGINT handler: those are shared.
 class BodyInfo {
 public:
     int time = 0;                     ///< cycle of the report
-    std::atomic<int> viewQuality = 0; ///< a ViewQuality
-    std::atomic<int> viewWidth = 0;   ///< a ViewMode
+    SharedInt viewQuality; ///< a ViewQuality
+    SharedInt viewWidth;   ///< a ViewMode
     float stamina = 0;
     float effort = 0;
     float speedAmount = 0;    ///< metres per cycle, after decay

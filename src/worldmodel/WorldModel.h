@@ -38,7 +38,7 @@ private:
 ///
 /// The questions come in two forms, a yes or no and a reliability ending in `Rel`; a Rel form that
 /// says "not worked out" returns a constant. Sources: LowLevel (news and integration), Estimation
-/// (where am I, where is the ball), HighLevel (searches), Possession, Tactics, Positions.
+/// (where am I, where is the ball), HighLevel (searches), Possession, Tactics, Positions, Checks.
 class WorldModel {
 public:
     /// Cycles since the ball was heard of after which a see without it gives it up. When it was
@@ -255,6 +255,29 @@ public:
     /// Whether the agent's is the field player's home position nearest to `pos`; false for
     /// number 1.
     bool isMyHomePosClosestToPos(Vector2D pos) const;
+    /// @}
+
+    /// @name Tools for debugging (WorldModel_Checks.cpp), which nothing in play calls
+    /// A check aborts with an assertion's report at the first impossible value, in every build
+    /// type. It expects directions in [0, 360], so a see that tells a player's body or head stops
+    /// it: those are kept as the message has them.
+    /// @{
+    void checkBall();
+    void checkMyself();
+    void checkPlayer(Player const& p) const;
+    void checkTeammate(Player const& p) const;
+    void checkOpponent(Player const& p) const;
+    void checkMyTeam();
+    void checkTheirTeam();
+    void checkUnknownPlayers();
+    // Places for a breakpoint: each holds a copy of its object and prints nothing.
+    void printSenseBody();
+    void printMyself();
+    void printMyTeam();
+    void printTheirTeam();
+    void printUnknownPlayers();
+    void printBall();
+    void printInit();
     /// @}
 
 private:
