@@ -1,0 +1,33 @@
+#include "logging/AgentPlanLogger.h"
+
+#include <string>
+
+#include "worldmodel/WorldModel.h"
+
+AgentPlanLogger::AgentPlanLogger(WorldModel* wm) : worldModel(wm), number(wm->myself().unum) {
+    openFile();
+}
+
+void AgentPlanLogger::openFile() {
+    file.open("./agentplanlog/player" + std::to_string(number) + ".log");
+}
+
+void AgentPlanLogger::writeAgentPlan() {
+    if (!file.is_open()) return;
+    Myself const& me = worldModel->myself();
+    Vector2D const from = me.position;
+
+    auto const startRecord = [&](char const* shape) -> std::ostream& {
+        constexpr int LEVEL = 8; // the same for all that an agent draws
+        return file << worldModel->currentTime() << ' ' << number << ' ' << LEVEL << ' ' << shape;
+    };
+    auto const writeLine = [&](float length, float direction) {
+        Vector2D const to = from + Vector2D(length, direction, POLAR);
+        startRecord("line") << " (" << from.x << ',' << from.y << ") (" << to.x << ',' << to.y
+                            << ")\n";
+    };
+    startRecord("ellipse") << " (" << from.x - 1 << ',' << from.y - 1 << ") 2 2\n";
+    writeLine(1.5F, me.bodyDirection);
+    writeLine(1.0F, static_cast<float>(truncateToInt(me.headDirection)));
+    file.flush();
+}
