@@ -7,6 +7,14 @@ ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 # Where the two programs are; set from outside, for instance by a test, nothing is built.
 PROGRAMS=${PROGRAMS:-}
+# Where matches leave their files.
+WORK=$ROOT
+# An installed copy has no sources, but the programs nearby.
+if [[ ! -f $ROOT/CMakeLists.txt ]]; then
+    PROGRAMS=${PROGRAMS:-$(realpath "$ROOT/../../bin")}
+    # shellcheck disable=SC2034
+    WORK=$PWD
+fi
 
 readonly TEAM_SIZE=11
 readonly COMMAND_KINDS=(kicks dashes turns says turn_necks catches moves change_views)
@@ -22,10 +30,15 @@ fail() {
     exit 1
 }
 
-usage_error() { fail "$1" "Try ./${0##*/} --help"; }
+usage_error() { fail "$1" "Try $0 --help"; }
 
 # The comment block at the head of the script is its help.
-show_help() { awk 'NR > 1 { if (!/^#/) exit; sub(/^# ?/, ""); print }' "$0"; }
+show_help() {
+    awk -v name="${0##*/}" 'NR > 1 {
+        if (!/^#/) exit
+        sub(/^# ?/, ""); sub(/^usage: [^ ]*/, "usage: " name); print
+    }' "$0"
+}
 
 # ---------------------------------------------------------------- options
 
