@@ -60,8 +60,9 @@ float normalizeTo360Deg(float a) {
 
 float normalizeTo180Deg(float a) {
     // The remainder is exact, so it may stand for any number of whole turns; turn by turn, a marker
-    // like UNDEFINED_FLOAT, beside which 360 is lost in rounding, would never get here.
-    if (std::fabs(a) > 360) a = std::fmod(a, 360.0F);
+    // like UNDEFINED_FLOAT, beside which 360 is lost in rounding, would never get here. Adding 0
+    // makes whole turns backwards end, like the others, in a positive zero.
+    if (std::fabs(a) > 360) a = std::fmod(a, 360.0F) + 0.0F;
     if (a > 180) return a - 360;
     if (a < -180) return a + 360;
     return a;

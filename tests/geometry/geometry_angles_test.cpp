@@ -48,6 +48,7 @@ TEST_F(Angles, BoundsAndMarkers) {
         EXPECT_EQ(normalizeTo180Deg(bound), bound);
         EXPECT_EQ(normalizeTo180Deg(3 * bound), bound);
     }
+    EXPECT_FALSE(std::signbit(normalizeTo180Deg(-720)));
     EXPECT_LE(std::fabs(normalizeTo180Deg(-UNDEFINED_FLOAT)), 180); // and ends
     EXPECT_TRUE(std::isnan(normalizeTo180Deg(INF)));
     EXPECT_TRUE(std::isnan(normalizeTo360Deg(-INF)));
