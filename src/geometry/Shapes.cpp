@@ -22,9 +22,10 @@ float sectorMinusTriangle(float radius, float halfChord, float centerToChord) {
 
 Line Line::makeLineFromTwoPoints(Vector2D pos1, Vector2D pos2) {
     Vector2D const d = pos2 - pos1;
-    bool const vertical = isNearZero(d.x);
-    float const a = vertical ? 0.0F : 1.0F;
-    float const b = vertical ? 1.0F : -d.y / d.x;
+    // Asked this way round, so that points without a distance between them make a vertical line.
+    bool const sloped = std::fabs(d.x) >= EPSILON;
+    float const a = sloped ? 1.0F : 0.0F;
+    float const b = sloped ? -d.y / d.x : 1.0F;
     return Line{a, b, -a * pos2.y - b * pos2.x};
 }
 

@@ -56,6 +56,7 @@ TEST_F(Shapes, OddLines) {
     Line const vertical = Line::makeLineFromTwoPoints(at(1, 0), at(1.00005F, 5));
     EXPECT_EQ(text(vertical), "x = 1.00005");
     EXPECT_EQ(vertical.getPointOnLineClosestTo(at(7, 3)), at(1.00005F, 3));
+    EXPECT_EQ(Line::makeLineFromTwoPoints(at(NAN, 0), at(0, 0)).a, 0); // no slope to be had
 
     Line const horizontal = Line::makeLineFromTwoPoints(at(0, 0), at(1, 0));
     EXPECT_EQ(horizontal.distanceToPoint(at(3, 2)), 2);
