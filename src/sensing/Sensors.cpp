@@ -1,7 +1,5 @@
 #include "sensing/Sensors.h"
 
-#include <string_view>
-
 RCC_Parser Sensors::parser(0, "", 0);
 
 std::vector<RCC_Line> Sensors::lines = roomForOneSee<RCC_Line>();
@@ -45,7 +43,7 @@ Sensors::Sensors(Communicator* link, char const* teamname) {
 }
 
 void Sensors::sense() {
-    int const length = comm->getNextMessage(message.data());
-    RCC_String const text(std::string_view(message.data(), static_cast<std::size_t>(length)));
+    comm->getNextMessage(message.data());
+    RCC_String const text(message.data()); // ends at the first NUL, whatever the datagram holds
     RCC_Memory::remove(parser.parse(text));
 }
