@@ -56,7 +56,7 @@ inline constexpr std::array<bool, 12> behindBall =
     {false, true, true, true, true, true, false, false, false, false, false, false};
 // clang-format on
 
-/// Play mode in which everybody stays behind the ball: offside against the other team.
+/// Play mode in which nobody runs ahead of the ball: our offside, after which the others have it.
 inline constexpr int BEHIND_BALL_MODE = 17;
 
 constexpr bool isShirtNumber(int unum) {
