@@ -210,7 +210,8 @@ bool kick(World& world, Player const& player, double power, double dirDeg, Rando
         0.5 + 0.5 * world.ball.vel.length() / (parameter("ballSpeedMax") * parameter("ballDecay"));
     double const noise = parameter("kickRandom") * (p / maxPower) * (awkwardness + ballRush);
     world.ball.acc += polar(strength, player.body + dir);
-    world.ball.acc += polar(random.uniform(0.0, noise), random.direction());
+    double const jolt = random.uniform(0.0, noise);
+    world.ball.acc += polar(jolt, random.direction());
     return true;
 }
 

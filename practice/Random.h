@@ -10,7 +10,8 @@ namespace practice {
 
 // The only source of chance in a match. Numbers are made by hand from the engine's bits, because
 // the standard distributions differ between libraries and a seed must give the same match
-// everywhere.
+// everywhere. For the same reason draw only one number in an argument list: compilers differ in the
+// order in which they work one out.
 class Random {
 public:
     explicit Random(std::uint64_t seed) : engine_(seed) {}
