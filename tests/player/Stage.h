@@ -34,9 +34,9 @@ inline double turned(double degrees) {
 
 /// An agent that knows everything exactly, on a pitch whose physics carry out what it queues. It
 /// plays from the left, so that its frame is the pitch's.
-class Stage : public support::AgentHarness {
+class Stage : public support::LinkedAgent {
 public:
-    explicit Stage(int unum = 10, bool keeper = false) : AgentHarness(keeper) {
+    explicit Stage(int unum = 10, bool keeper = false) : LinkedAgent(keeper) {
         join('l', unum);
         startCycle();
         world.situation().playMode = PM_PLAY_ON;

@@ -24,7 +24,7 @@ protected:
         return texts;
     }
 
-    support::AgentHarness agent;
+    support::LinkedAgent agent;
     Effectors& effectors = agent.effectors;
     ServerCommandHistory& history = agent.world.situation().commandHistory;
     ServerCommandCounters& counters = agent.world.queuedCommands();

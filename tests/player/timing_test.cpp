@@ -72,7 +72,7 @@ public:
         EXPECT_GE(left, delay - (Clock::now() - lastSent) - ROUNDING);
     }
 
-    support::AgentHarness agent;
+    support::LinkedAgent agent;
 
 private:
     Clock::time_point lastSent;

@@ -9,12 +9,11 @@
 
 namespace support {
 
-AgentHarness::AgentHarness(bool goalie, char const* team)
-    : link("127.0.0.1", server.port()),
-      effectors(&link, world.situation().commandHistory, world.queuedCommands()) {
+AgentHarness::AgentHarness(bool goalie, char const* team, Communicator* link)
+    : effectors(link, world.situation().commandHistory, world.queuedCommands()) {
     world.setGoalie(goalie);
     world.setTeamname(team);
-    static Sensors const sensors(&link, team); // registers its handlers once
+    static Sensors const sensors(link, team); // registers its handlers once
     Sensors::parser.teamName = team;
     Sensors::newSenseBody = Sensors::newVisual = Sensors::newRefAudio = false;
     SkillPool::initialize(&world, &effectors);

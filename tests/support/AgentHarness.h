@@ -15,13 +15,15 @@ namespace support {
 /// the commands queued. The server's parameters are integrated from the start.
 ///
 /// The agent's classes keep their state in statics, so there can be one at a time; each new one
-/// starts with a fresh world model, link and queue.
+/// starts with a fresh world model and queue.
 class AgentHarness {
 public:
     static constexpr char const* TEAM = "Ours";
     static constexpr char const* OTHER_TEAM = "Theirs";
 
-    explicit AgentHarness(bool goalie = false, char const* team = TEAM);
+    /// Without a link nothing can be sent or received in earnest.
+    explicit AgentHarness(bool goalie = false, char const* team = TEAM,
+                          Communicator* link = nullptr);
 
     /// Parses one message and lets its handler keep it, as the sense thread does.
     void receive(std::string_view message);
@@ -47,10 +49,20 @@ public:
     void addTeammate(int unum, float x, float y);
     void addOpponent(int unum, float x, float y, bool goalie = false);
 
-    ServerEnd server;
     WorldModel world;
-    Communicator link;
     Effectors effectors;
+};
+
+/// A link on loopback with both its ends.
+struct Wire {
+    ServerEnd server;
+    Communicator link{"127.0.0.1", server.port()};
+};
+
+/// An agent with a server's end to send to and to receive from.
+class LinkedAgent : public Wire, public AgentHarness {
+public:
+    explicit LinkedAgent(bool goalie = false) : AgentHarness(goalie, TEAM, &link) {}
 };
 
 } // namespace support
