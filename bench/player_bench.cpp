@@ -2,30 +2,12 @@
 
 #include <benchmark/benchmark.h>
 
+#include "AllocationCount.h"
 #include "sensing/Sensors.h"
 #include "support/AgentHarness.h"
-#include "support/Allocations.h"
 #include "support/Scenes.h"
 
 namespace {
-
-/// Counts what is allocated while it lives and shows it per iteration.
-class AllocationCount {
-public:
-    explicit AllocationCount(benchmark::State& benchState)
-        : state(benchState), before(support::allocationCount()) {}
-    ~AllocationCount() {
-        state.counters["allocations"] =
-            benchmark::Counter(static_cast<double>(support::allocationCount() - before),
-                               benchmark::Counter::kAvgIterations);
-    }
-    AllocationCount(AllocationCount const&) = delete;
-    AllocationCount& operator=(AllocationCount const&) = delete;
-
-private:
-    benchmark::State& state;
-    long before;
-};
 
 /// Number 10 in the middle of a crowded pitch, with all of it integrated.
 class PlayingAgent : public support::AgentHarness {
@@ -44,19 +26,6 @@ support::AgentHarness& playingAgent() {
     static PlayingAgent agent;
     return agent;
 }
-
-void parseSee(benchmark::State& state) {
-    playingAgent();
-    RCC_String const message(support::largestSee());
-    {
-        AllocationCount const count(state);
-        for ([[maybe_unused]] auto _ : state) {
-            RCC_Memory::remove(Sensors::parser.parse(message));
-        }
-    }
-    state.SetBytesProcessed(state.iterations() * static_cast<long>(message.view().size()));
-}
-BENCHMARK(parseSee);
 
 void integrateSee(benchmark::State& state) {
     support::AgentHarness& agent = playingAgent();

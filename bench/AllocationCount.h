@@ -1,0 +1,23 @@
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include "support/Allocations.h"
+
+/// Counts what is allocated while it lives and shows it per iteration.
+class AllocationCount {
+public:
+    explicit AllocationCount(benchmark::State& benchState)
+        : state(benchState), before(support::allocationCount()) {}
+    ~AllocationCount() {
+        state.counters["allocations"] =
+            benchmark::Counter(static_cast<double>(support::allocationCount() - before),
+                               benchmark::Counter::kAvgIterations);
+    }
+    AllocationCount(AllocationCount const&) = delete;
+    AllocationCount& operator=(AllocationCount const&) = delete;
+
+private:
+    benchmark::State& state;
+    long before;
+};
