@@ -20,27 +20,26 @@ bool RCC_Scanner::finish() {
     return cursor == end;
 }
 
+std::string_view RCC_Scanner::takeWhile(unsigned classes) {
+    char const* const first = cursor;
+    cursor = std::find_if_not(cursor, end, [=](char c) { return rcc::is(classes, c); });
+    return between(first, cursor);
+}
+
 std::string_view RCC_Scanner::word() {
     peek();
-    char const* const first = cursor;
-    cursor = std::find_if_not(cursor, end, isWordPart);
-    return between(first, cursor);
+    return takeWhile(rcc::DIGIT | rcc::LETTER);
 }
 
 bool RCC_Scanner::textUpToClose(std::string_view& text) {
     peek();
-    char const* const first = cursor;
-    cursor =
-        std::find_if(cursor, end, [](char c) { return c == '(' || c == ')' || !isPrintable(c); });
-    text = between(first, cursor);
+    text = takeWhile(rcc::SPACE | rcc::DIGIT | rcc::QUOTE | rcc::LETTER);
     return atClose();
 }
 
 bool RCC_Scanner::quoted(std::string_view& text) {
     if (!take('"')) return false;
-    char const* const first = cursor;
-    cursor = std::find_if(cursor, end, [](char c) { return c == '"' || !isPrintable(c); });
-    text = between(first, cursor);
+    text = takeWhile(rcc::SPACE | rcc::DIGIT | rcc::PARENTHESIS | rcc::LETTER);
     return take('"');
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "parser/CharClasses.h"
 #include "parser/RCC_Angle.h"
+#include "parser/ShortDecimal.h"
 
 #include <charconv>
 #include <concepts>
@@ -33,14 +35,16 @@ public:
     bool atOpen() { return peek() == '('; }
     bool atClose() { return peek() == ')'; }
     bool atQuote() { return peek() == '"'; }
-    bool atNumber() { return isDigit(peek()) || peek() == '-' || peek() == '.'; }
+    bool atNumber() { return rcc::is(rcc::DIGIT, peek()) || peek() == '-' || peek() == '.'; }
 
     /// The next character that is not blank, NUL at the end of the message.
     char peek() {
-        while (cursor != end && isBlank(*cursor)) {
-            ++cursor;
+        char const* at = cursor; // a copy, because a char may alias the cursor itself
+        while (at != end && rcc::is(rcc::SPACE | rcc::OTHER_BLANK, *at)) {
+            ++at;
         }
-        return cursor == end ? '\0' : *cursor;
+        cursor = at;
+        return at == end ? '\0' : *at;
     }
 
     /// A run of printable characters other than blanks, quotes and parentheses; empty if there is
@@ -63,10 +67,13 @@ public:
     /// A finite decimal number; infinities, nan and hexadecimal are not numbers.
     template <std::floating_point T>
     bool real(T& value) {
-        if (!startsNumber()) return false;
-        auto const [rest, error] = std::from_chars(cursor, end, value);
+        peek();
+        T number = 0;
+        char const* const rest = rcc::readShortDecimal(cursor, end, number);
+        if (rest == nullptr || !isDelimiter(rest)) return anyReal(value);
         cursor = rest;
-        return error == std::errc{} && atDelimiter();
+        value = number;
+        return true;
     }
 
     /// A number without fraction in [low, high], in whatever form a real may have.
@@ -84,15 +91,6 @@ public:
     static bool isTurn(float degrees) { return degrees >= -FULL_TURN && degrees <= FULL_TURN; }
 
 private:
-    static constexpr bool isBlank(char c) {
-        return c == ' ' || c == '\n' || c == '\t' || c == '\r';
-    }
-    static constexpr bool isDigit(char c) { return c >= '0' && c <= '9'; }
-    static constexpr bool isPrintable(char c) { return c >= ' ' && c <= '~'; }
-    static constexpr bool isWordPart(char c) {
-        return isPrintable(c) && c != ' ' && c != '(' && c != ')' && c != '"';
-    }
-
     bool take(char expected) {
         if (peek() != expected || cursor == end) return false;
         ++cursor;
@@ -101,11 +99,26 @@ private:
 
     bool startsNumber() {
         char const first = peek();
-        if (first != '-') return isDigit(first) || first == '.';
-        return end - cursor > 1 && (isDigit(cursor[1]) || cursor[1] == '.');
+        if (first != '-') return rcc::is(rcc::DIGIT, first) || first == '.';
+        return end - cursor > 1 && (rcc::is(rcc::DIGIT, cursor[1]) || cursor[1] == '.');
     }
 
-    bool atDelimiter() const { return cursor == end || !(isWordPart(*cursor) || *cursor == '"'); }
+    /// Whether a number may end here.
+    bool isDelimiter(char const* at) const {
+        return at == end || !rcc::is(rcc::DIGIT | rcc::LETTER | rcc::QUOTE, *at);
+    }
+
+    /// A number that is long, has an exponent, or is none.
+    template <std::floating_point T>
+    [[gnu::noinline]] bool anyReal(T& value) {
+        if (!startsNumber()) return false;
+        auto const [rest, error] = std::from_chars(cursor, end, value);
+        cursor = rest;
+        return error == std::errc{} && isDelimiter(cursor);
+    }
+
+    /// The run of characters of these classes here.
+    std::string_view takeWhile(unsigned classes);
 
     bool skipAtom();
 
