@@ -16,7 +16,7 @@ namespace rcc {
 /// the one rounding is that of the division, and the result the number nearest to the decimal.
 template <std::floating_point T>
 char const* readShortDecimal(char const* first, char const* last, T& value) {
-    constexpr std::array<T, 8> POWERS = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000};
+    static constexpr std::array<T, 8> POWERS = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000};
     constexpr std::ptrdiff_t MOST_DIGITS = POWERS.size() - 1;
 
     std::uint32_t number = 0; // wraps when there are too many digits
