@@ -1,6 +1,9 @@
-// Nanoseconds and heap allocations of the road of one cycle: parse a see, integrate it, decide.
+// Nanoseconds and heap allocations of the road of one cycle: keep a see, integrate it, decide, and
+// all of it together. The situations are those that cost most among many random ones.
 
 #include <benchmark/benchmark.h>
+
+#include <string>
 
 #include "AllocationCount.h"
 #include "sensing/Sensors.h"
@@ -9,26 +12,78 @@
 
 namespace {
 
-/// Number 10 in the middle of a crowded pitch, with all of it integrated.
+/// A player on a crowded pitch: number 10, or the goalkeeper.
 class PlayingAgent : public support::AgentHarness {
 public:
-    PlayingAgent() {
-        join('l', 10, "play_on");
-        receiveSenseBody("(sense_body 100 (view_mode high wide) (stamina 8000 1) (speed 0.2 3) "
-                         "(head_angle 0) (kick 0) (dash 0) (turn 0) (say 0) (turn_neck 0) "
-                         "(catch 0) (move 0) (change_view 0))");
-        receiveSee(support::largestSee());
+    explicit PlayingAgent(bool goalie) : AgentHarness(goalie) {
+        join('l', goalie ? 1 : 10, "play_on");
+        world.setSeeTimingSettled();
+        hearSenseBody();
+        see();
+    }
+
+    void hearSenseBody() {
+        receiveSenseBody(senseBody);
         world.integrateSensorInfo();
     }
+
+    void see() {
+        receiveSee(largestSee);
+        world.integrateSensorInfo();
+    }
+
+    /// The words of what is queued, to tell what was decided.
+    std::string decision() const {
+        std::string words;
+        for (std::string const& command : allCommands()) {
+            words += command.substr(0, command.find(' ')) + ") ";
+        }
+        return words;
+    }
+
+private:
+    std::string const senseBody = support::senseBody(0, "high wide", "0.2 3");
+    std::string const largestSee = support::largestSee();
 };
 
-support::AgentHarness& playingAgent() {
-    static PlayingAgent agent;
-    return agent;
+/// Sets up what the messages alone do not lead to.
+using Situation = void (*)(support::AgentHarness&);
+
+constexpr bool FIELD_PLAYER = false;
+constexpr bool GOALIE = true;
+
+void asSeen(support::AgentHarness& /*agent*/) {}
+
+void ballAtFoot(support::AgentHarness& agent) {
+    agent.placeBall(agent.world.myself().position.x + 0.5F, agent.world.myself().position.y);
 }
 
+/// Nearer to the agent than to its team-mates, and gone before it arrives: the search for a place
+/// to intercept it looks at all cycles.
+void ballRollsAway(support::AgentHarness& agent) {
+    agent.placeMyself(-40.0F, 0.0F, 90.0F);
+    agent.placeBall(-42.0F, 4.0F, -1.9F, 1.9F);
+}
+
+/// The same before the goal, where the goalkeeper searches twice.
+void ballRollsThroughTheArea(support::AgentHarness& agent) {
+    agent.placeMyself(-45.0F, 0.0F, 90.0F);
+    agent.placeBall(-42.0F, 4.0F, -1.9F, 1.9F);
+}
+
+/// The string, the parser and the copies of the handler.
+void keepSee(benchmark::State& state) {
+    PlayingAgent agent(FIELD_PLAYER);
+    std::string const text = support::largestSee();
+    AllocationCount const count(state);
+    for ([[maybe_unused]] auto _ : state) {
+        agent.receive(text);
+    }
+}
+BENCHMARK(keepSee);
+
 void integrateSee(benchmark::State& state) {
-    support::AgentHarness& agent = playingAgent();
+    PlayingAgent agent(FIELD_PLAYER);
     AllocationCount const count(state);
     for ([[maybe_unused]] auto _ : state) {
         Sensors::newVisual = true;
@@ -37,30 +92,38 @@ void integrateSee(benchmark::State& state) {
 }
 BENCHMARK(integrateSee);
 
-/// The whole behaviour of a cycle of play with the ball out of reach (positioning).
-void decideCycle(benchmark::State& state) {
-    support::AgentHarness& agent = playingAgent();
-    AllocationCount const count(state);
-    for ([[maybe_unused]] auto _ : state) {
-        agent.decide();
-    }
-}
-BENCHMARK(decideCycle);
-
-/// The same with the ball at the foot: shoot, pass or dribble, with its look at every pass line.
-void decideWithBall(benchmark::State& state) {
-    support::AgentHarness& agent = playingAgent();
-    Vector2D const me = agent.world.myself().position;
-    Vector2D const before = agent.world.ball().position;
-    agent.placeBall(me.x + 0.5F, me.y);
+void decide(benchmark::State& state, bool goalie, Situation prepare) {
+    PlayingAgent agent(goalie);
+    prepare(agent);
     {
         AllocationCount const count(state);
         for ([[maybe_unused]] auto _ : state) {
             agent.decide();
         }
     }
-    agent.placeBall(before.x, before.y);
+    state.SetLabel(agent.decision());
 }
-BENCHMARK(decideWithBall);
+BENCHMARK_CAPTURE(decide, playerInPosition, FIELD_PLAYER, asSeen);
+BENCHMARK_CAPTURE(decide, playerAtBall, FIELD_PLAYER, ballAtFoot);
+BENCHMARK_CAPTURE(decide, playerChasing, FIELD_PLAYER, ballRollsAway);
+BENCHMARK_CAPTURE(decide, goalieGuarding, GOALIE, asSeen);
+BENCHMARK_CAPTURE(decide, goalieChasing, GOALIE, ballRollsThroughTheArea);
+
+/// All of a cycle but the system calls: a sense_body and the largest see from the datagrams to the
+/// queued commands, decided upon twice.
+void cycle(benchmark::State& state, bool goalie, Situation prepare) {
+    PlayingAgent agent(goalie);
+    AllocationCount const count(state);
+    for ([[maybe_unused]] auto _ : state) {
+        agent.hearSenseBody();
+        agent.decide();
+        agent.see();
+        prepare(agent);
+        agent.decide();
+    }
+}
+BENCHMARK_CAPTURE(cycle, playerAtBall, FIELD_PLAYER, ballAtFoot);
+BENCHMARK_CAPTURE(cycle, playerChasing, FIELD_PLAYER, ballRollsAway);
+BENCHMARK_CAPTURE(cycle, goalieChasing, GOALIE, ballRollsThroughTheArea);
 
 } // namespace
