@@ -5,7 +5,6 @@
 Vector2D Ball::predictedPosition(int cycles, float kickAngle, float kickPower, float ballDistance,
                                  float directionDifference) const {
     if (position.isInvalid() || velocity.isInvalid()) return position;
-    Vector2D predicted = position;
     Vector2D v = velocity;
     if (kickAngle != NO_KICK && kickPower != NO_KICK) {
         // Not limited by ACCEL_MAX, on purpose.
@@ -13,10 +12,16 @@ Vector2D Ball::predictedPosition(int cycles, float kickAngle, float kickPower, f
                                    kickPower * Configuration::kickPowerRate;
         v += Vector2D(acceleration, convertAngleTo360(kickAngle), POLAR);
     }
+    RollingBall rolling(position, v);
     for (int i = 0; i < cycles; ++i) {
-        clampSpeed(v, SPEED_MAX);
-        predicted += v;
-        v *= DECAY;
+        rolling.roll();
     }
-    return predicted;
+    return rolling.position();
+}
+
+void RollingBall::roll() {
+    if (!rolls) return;
+    clampSpeed(velocity, Ball::SPEED_MAX);
+    place += velocity;
+    velocity *= Ball::DECAY;
 }

@@ -30,3 +30,23 @@ public:
         return predictedPosition(cycles, NO_KICK, NO_KICK, NO_KICK, NO_KICK);
     }
 };
+
+/// A ball that nobody kicks, followed cycle by cycle. One whose position or velocity is unknown
+/// stays where it is.
+class RollingBall {
+public:
+    explicit RollingBall(Ball const& ball)
+        : place(ball.position), velocity(ball.velocity),
+          rolls(!ball.position.isInvalid() && !ball.velocity.isInvalid()) {}
+    /// From a known position with a known velocity.
+    RollingBall(Vector2D const& start, Vector2D const& startVelocity)
+        : place(start), velocity(startVelocity) {}
+
+    Vector2D const& position() const { return place; }
+    void roll();
+
+private:
+    Vector2D place;
+    Vector2D velocity;
+    bool rolls = true;
+};

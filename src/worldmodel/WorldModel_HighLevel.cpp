@@ -180,8 +180,9 @@ Player const* WorldModel::getPassCand(bool wellPositioned) const {
 
 bool WorldModel::interceptionPoint(Player const& p, Vector2D& point, int& cycles,
                                    bool useKickableMargin) const {
-    for (int i = 0; i <= INTERCEPTION_CYCLES; ++i) {
-        point = ball().rollingPosition(i);
+    RollingBall rolling(ball());
+    for (int i = 0; i <= INTERCEPTION_CYCLES; ++i, rolling.roll()) {
+        point = rolling.position();
         cycles = p.predictedCyclesToPoint(point, useKickableMargin);
         if (cycles <= i) return true;
     }
@@ -191,8 +192,9 @@ bool WorldModel::interceptionPoint(Player const& p, Vector2D& point, int& cycles
 Player const* WorldModel::fastestTeammateInterceptingBall() const {
     Player const* result = nullptr;
     // The last cycle in which anybody gets there decides, not the first.
-    for (int i = 0; i <= INTERCEPTION_CYCLES; ++i) {
-        Vector2D const point = ball().rollingPosition(i);
+    RollingBall rolling(ball());
+    for (int i = 0; i <= INTERCEPTION_CYCLES; ++i, rolling.roll()) {
+        Vector2D const point = rolling.position();
         auto const found =
             std::find_if(teammates().begin(), teammates().end(), [&](Player const& player) {
                 return player.predictedCyclesToPoint(point, false) <= i;
