@@ -6,7 +6,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <netdb.h>
+#include <netinet/in.h>
 #include <string>
+#include <sys/socket.h>
 #include <unistd.h>
 
 namespace {
@@ -46,8 +48,18 @@ void reportError(char const* prefix) {
     writeToStandardError("\n");
 }
 
-bool sameAddress(sockaddr_in const& a, sockaddr_in const& b) {
-    return a.sin_port == b.sin_port && a.sin_addr.s_addr == b.sin_addr.s_addr;
+constexpr unsigned PORT_BITS = 16;
+
+std::uint64_t packed(sockaddr_in const& address) {
+    return std::uint64_t{address.sin_addr.s_addr} << PORT_BITS | address.sin_port;
+}
+
+sockaddr_in unpacked(std::uint64_t address) {
+    sockaddr_in result{};
+    result.sin_family = AF_INET;
+    result.sin_addr.s_addr = static_cast<in_addr_t>(address >> PORT_BITS);
+    result.sin_port = static_cast<in_port_t>(address);
+    return result;
 }
 
 } // namespace
@@ -61,7 +73,9 @@ Communicator::~Communicator() {
 }
 
 void Communicator::openConnection(char const* host, int port) {
-    in_addr_t const address = resolve(host);
+    sockaddr_in peer{};
+    peer.sin_addr.s_addr = resolve(host);
+    peer.sin_port = htons(static_cast<in_port_t>(port));
 
     int const descriptor = socket(AF_INET, SOCK_DGRAM, 0);
     if (descriptor < 0 || setsockopt(descriptor, SOL_SOCKET, SO_RCVBUF, &RECEIVE_BUFFER_BYTES,
@@ -78,11 +92,7 @@ void Communicator::openConnection(char const* host, int port) {
     }
 
     ownSocket = descriptor;
-    hostAddress = {};
-    hostAddress.sin_family = AF_INET;
-    hostAddress.sin_addr.s_addr = address;
-    hostAddress.sin_port = htons(static_cast<in_port_t>(port));
-    lengthOfHostAddress = sizeof hostAddress;
+    hostAddress = packed(peer);
 }
 
 void Communicator::closeConnection() {
@@ -92,23 +102,23 @@ void Communicator::closeConnection() {
 
 void Communicator::sendMessage(char const* message) const {
     std::size_t const length = std::strlen(message);
-    ssize_t const sent =
-        sendto(ownSocket, message, length, 0, reinterpret_cast<sockaddr const*>(&hostAddress),
-               sizeof hostAddress);
+    sockaddr_in const peer = unpacked(hostAddress);
+    ssize_t const sent = sendto(ownSocket, message, length, 0,
+                                reinterpret_cast<sockaddr const*>(&peer), sizeof peer);
     if (sent != static_cast<ssize_t>(length)) reportError("sending failed: ");
 }
 
 int Communicator::getNextMessage(char* buffer) const {
     sockaddr_in sender{};
-    lengthOfHostAddress = sizeof sender;
+    socklen_t lengthOfSender = sizeof sender;
     ssize_t const length = recvfrom(ownSocket, buffer, MAX_MESSAGE_LENGTH, 0,
-                                    reinterpret_cast<sockaddr*>(&sender), &lengthOfHostAddress);
+                                    reinterpret_cast<sockaddr*>(&sender), &lengthOfSender);
     if (length < 1) {
         std::perror("reading failed: ");
         // Not exit(): the main thread still runs and must not lose its statics to destructors.
         std::quick_exit(FAILURE_STATUS);
     }
-    if (!sameAddress(sender, hostAddress)) hostAddress = sender;
+    hostAddress = packed(sender);
     buffer[length] = '\0';
     return static_cast<int>(length);
 }

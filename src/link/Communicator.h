@@ -1,7 +1,7 @@
 #pragma once
 
-#include <netinet/in.h>
-#include <sys/socket.h>
+#include <atomic>
+#include <cstdint>
 
 /// The UDP link to the soccer server: one socket, plain texts, one message a datagram.
 ///
@@ -38,9 +38,8 @@ public:
 
 private:
     inline static int ownSocket = -1;
-    /// Where messages go. Written by the sense thread, and only when the sender changes, which it
-    /// does once, at the first reply; read by whoever sends. No lock: a send at that very moment
-    /// could at worst go astray.
-    inline static sockaddr_in hostAddress{};
-    inline static socklen_t lengthOfHostAddress = 0;
+    /// Where messages go: address and port, packed so that the sense thread can replace both at
+    /// once while the main thread or the signal handler sends.
+    inline static std::atomic<std::uint64_t> hostAddress = 0;
+    static_assert(std::atomic<std::uint64_t>::is_always_lock_free);
 };
