@@ -44,6 +44,7 @@ Sensors::Sensors(Communicator* link, char const* teamname) {
 
 void Sensors::sense() {
     comm->getNextMessage(message.data());
+    static_cast<void>(readings.load(std::memory_order_acquire)); // see doneReading()
     RCC_String const text(message.data()); // ends at the first NUL, whatever the datagram holds
     RCC_Memory::remove(parser.parse(text));
 }

@@ -12,10 +12,11 @@
 /// record of every kind of message, and a flag for each that says that it is new.
 ///
 /// Created by `Agent`; all state is class-level. The sense thread writes the records and raises the
-/// flags; the main thread clears a flag and then reads its record. There is no lock: a record may
-/// be overwritten while it is read, and then mixes two messages of its kind. What keeps that
-/// harmless is that records own fixed storage at a fixed address, that the vectors have room for
-/// the largest see from the start and never move, and that main reads right after it is woken.
+/// flags; the main thread clears a flag, reads its record and then says that it is done. There is
+/// no lock: a record may be overwritten while it is read, and then mixes two messages of its kind.
+/// What keeps that harmless is that records own fixed storage at a fixed address, that the vectors
+/// have room for the largest see from the start and never move, and that main reads right after it
+/// is woken.
 class Sensors {
 public:
     /// Gives the parser the team name, by which it sorts players, and registers the handlers.
@@ -23,6 +24,9 @@ public:
 
     /// Blocks for one message, parses it and lets its handler keep it. Sense thread.
     static void sense();
+    /// What was read until now is read: orders it before whatever is kept from now on, so that only
+    /// reading while a record is overwritten remains a race. Main thread.
+    static void doneReading() { readings.fetch_add(1, std::memory_order_release); }
 
     // What was seen last; each see replaces all seven.
     static std::vector<RCC_Line> lines;
@@ -66,6 +70,7 @@ public:
 
 private:
     inline static Communicator* comm = nullptr;
+    inline static std::atomic<unsigned> readings = 0;
     inline static std::array<char, Communicator::MESSAGE_BUFFER_SIZE> message{};
 
     static VisualHandler vih;

@@ -121,6 +121,7 @@ bool WorldModel::integrateSensorInfo() {
     if (take(Sensors::newServerParam)) Configuration::integrateServerParam(*Sensors::serverParam);
     if (take(Sensors::newPlayerParam)) Configuration::integratePlayerParam(*Sensors::playerParam);
     if (take(Sensors::newPlayerType)) Configuration::addPlayerType(*Sensors::playerType);
+    Sensors::doneReading();
     return integrated;
 }
 
