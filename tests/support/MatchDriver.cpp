@@ -8,7 +8,7 @@ practice::MatchOptions optionsOf(MatchDriver::Setup const& setup) {
     practice::MatchOptions options;
     options.halfCycles = setup.halfCycles;
     options.seed = setup.seed;
-    options.kickOff.players = setup.unum + setup.opponents;
+    options.kickOff.players = setup.scripted ? practice::maxPlayers : setup.unum + setup.opponents;
     return options;
 }
 
@@ -21,7 +21,8 @@ std::string initText(std::string const& team, bool goalie) {
 MatchDriver::MatchDriver(Setup const& setup)
     : match(optionsOf(setup)), agent(setup.goalie), id(practice::nobody) {
     auto const joinOpponents = [&] {
-        for (int i = 0; i < setup.opponents; ++i) {
+        int const opponents = setup.scripted ? practice::playersPerTeam : setup.opponents;
+        for (int i = 0; i < opponents; ++i) {
             match.join(initText(AgentHarness::OTHER_TEAM, i == 0));
         }
     };
@@ -31,7 +32,11 @@ MatchDriver::MatchDriver(Setup const& setup)
         match.join(initText(AgentHarness::TEAM, i == 1 && !setup.goalie));
     }
     id = match.join(initText(AgentHarness::TEAM, setup.goalie)).player;
+    for (int i = setup.unum; setup.scripted && i < practice::playersPerTeam; ++i) {
+        match.join(initText(AgentHarness::TEAM, false));
+    }
     if (!setup.right) joinOpponents();
+    if (setup.scripted) others.emplace(match, id);
     agent.world.setSeeTimingSettled(); // no clock here that sees could be late by
     deliver();
 }
@@ -39,6 +44,7 @@ MatchDriver::MatchDriver(Setup const& setup)
 std::vector<std::string> MatchDriver::step() {
     std::vector<std::string> sent;
     bool stepped = false;
+    announced.clear();
     for (int poll = 0; !stepped; ++poll) {
         constexpr int LAST_POLL = 9;
         if (poll == LAST_POLL) {
@@ -46,6 +52,7 @@ std::vector<std::string> MatchDriver::step() {
                 match.receive(id, command);
             }
             sent.swap(pending);
+            if (others) others->act();
         }
         stepped = match.poll();
         deliver();
@@ -63,6 +70,11 @@ void MatchDriver::kickOff() {
 void MatchDriver::deliver() {
     for (practice::Outgoing const& message : match.takeOutbox()) {
         if (message.player != id) continue;
+        constexpr std::string_view REFEREE = " referee ";
+        if (std::size_t const at = message.text.find(REFEREE); at != std::string::npos) {
+            announced.push_back(message.text.substr(at + REFEREE.size()));
+            announced.back().pop_back(); // the parenthesis
+        }
         bool const senseBody = message.text.starts_with("(sense_body");
         bool const see = message.text.starts_with("(see");
         if (senseBody) {

@@ -1,15 +1,17 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "practice/Match.h"
 #include "support/AgentHarness.h"
+#include "support/Script.h"
 
 namespace support {
 
 /// One agent in a match of the practice server, in process and without a clock: the same seed gives
-/// the same match. The others on the pitch join and then do nothing.
+/// the same match. The others on the pitch join and then do nothing, or play by a script.
 class MatchDriver {
 public:
     struct Setup {
@@ -19,6 +21,7 @@ public:
         int opponents = 0;
         int halfCycles = 3000;
         unsigned seed = 1;
+        bool scripted = false; ///< two whole teams whose other players play
     };
 
     explicit MatchDriver(Setup const& setup);
@@ -31,14 +34,14 @@ public:
 
     practice::Match match;
     AgentHarness agent;
-    int id; ///< the agent's index in the practice server's world
+    int id;                             ///< the agent's index in the practice server's world
+    std::vector<std::string> announced; ///< the referee's words in the last step
 
 private:
     /// Hands over what the server has sent to the agent and decides on it, as the main loop would.
     void deliver();
-    void join(std::string const& team, bool goalie);
-
     std::vector<std::string> pending;
+    std::optional<Script> others;
 };
 
 } // namespace support
