@@ -1,4 +1,4 @@
-# Shared by ./play, ./team and ./check. Source it from a script that has set -euo pipefail.
+# Shared by ./play, ./team, ./check and ./fuzz. Source it from a script that has set -euo pipefail.
 # Needs nothing but bash, coreutils, awk and /proc.
 # shellcheck shell=bash
 

@@ -1,0 +1,78 @@
+// Any line is a datagram that the player takes over and decides upon: what a hostile message tells
+// goes through all of the arithmetic.
+
+#include <csignal>
+#include <cstdlib>
+#include <optional>
+#include <sys/time.h>
+
+#include "config/ConfigFile.h"
+#include "config/Configuration.h"
+#include "fuzzing/Lines.h"
+#include "sensing/Sensors.h"
+#include "skills/SkillPool.h"
+#include "support/AgentHarness.h"
+
+namespace {
+
+/// libFuzzer watches for hangs by the signal that an agent takes for its timer: stops that watch
+/// while an agent is made, and gives it the signal back.
+class WatchStopped {
+public:
+    WatchStopped() {
+        itimerval const never{};
+        setitimer(ITIMER_REAL, &never, &timer);
+        struct sigaction ignore {};
+        ignore.sa_handler = SIG_IGN; // drops a signal on its way
+        sigaction(SIGALRM, &ignore, &handler);
+    }
+    ~WatchStopped() {
+        sigaction(SIGALRM, &handler, nullptr);
+        setitimer(ITIMER_REAL, &timer, nullptr);
+    }
+    WatchStopped(WatchStopped const&) = delete;
+    WatchStopped& operator=(WatchStopped const&) = delete;
+
+private:
+    itimerval timer{};
+    struct sigaction handler {};
+};
+
+/// What outlives an agent: the dice of the kick-off and how far a set piece has come.
+void forgetLastInput() {
+    srandom(1);
+    Configuration::playerTypesV.clear();
+    SkillPool::resetGoalieFlags();
+    support::AgentHarness referee;
+    referee.join('l', 4, "play_on");
+    referee.decide();
+}
+
+void hear(support::AgentHarness& agent, std::string_view datagram) {
+    agent.receive(datagram);
+    if (Sensors::newSenseBody) agent.world.setTimeLastSB();
+    if (Sensors::newVisual) agent.world.setTimeLastSee();
+    // Main may be late, so that messages come together: a blank ahead holds one back.
+    if (datagram.starts_with(' ')) return;
+    if (agent.world.integrateSensorInfo()) agent.decide();
+}
+
+/// The first line names the kind of player: "goalie" or anything else.
+void start(std::optional<support::AgentHarness>& agent, bool goalie) {
+    WatchStopped const stopped;
+    forgetLastInput();
+    agent.emplace(goalie);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
+    // A set piece is then over within the few cycles of an input.
+    ConfigFile::passMinDelay = ConfigFile::passScanDelay = 2.0;
+    std::string_view const text(reinterpret_cast<char const*>(data), size);
+    std::optional<support::AgentHarness> agent;
+    start(agent, text.starts_with("goalie"));
+    forEachLine(data, size, [&agent](std::string_view line) { hear(*agent, line); });
+    agent->world.integrateSensorInfo();
+    return 0;
+}
