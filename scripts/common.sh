@@ -144,7 +144,7 @@ build_programs() {
     local missing
     mapfile -t missing < <(missing_build_tools)
     install_packages "to build the player" "${missing[@]}"
-    build build all -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF -DBUILD_BENCH=OFF
+    build build all --preset play
 }
 
 # ---------------------------------------------------------------- processes
