@@ -209,10 +209,23 @@ void Match::receive(int player, std::string_view datagram) {
     if (world_.player(player).active) inbox_[player].emplace_back(datagram);
 }
 
+// A player acts once in a cycle: on what it sees or, when half of the cycle has brought no sight,
+// on what it feels. What comes sooner, or once more, was meant for the cycle before.
+void Match::noteAnswer(Player& player) {
+    bool const goesOn = player.lastAnswer == polls_ - 1; // the rest of what came at the last poll
+    player.lastAnswer = polls_;
+    if (goesOn) return;
+    ++player.answers;
+    bool const early = (polls_ - 1) % pollsPerStep < pollsPerStep / 2 - 1 && !player.sightSent;
+    if (early || player.answered) ++player.lateAnswers;
+    player.answered = true;
+}
+
 void Match::executeReceived() {
     if (std::ranges::all_of(inbox_, &std::vector<std::string>::empty)) return;
     for (int const id : everybodyInRandomOrder(random_)) {
         Player& player = world_.player(id);
+        if (!inbox_[id].empty()) noteAnswer(player);
         for (std::string const& datagram : std::exchange(inbox_[id], {})) {
             CommandReader reader(datagram);
             while (auto const command = player.active ? reader.next() : std::nullopt)
@@ -252,6 +265,7 @@ void Match::sendSights() {
     for (Player& p : world_.players) {
         if (!p.active || ++p.ticksSinceSee < seeInterval(p.view)) continue;
         p.ticksSinceSee = 0;
+        p.sightSent = true;
         send(p, seeMessage(world_, p, random_));
     }
 }

@@ -261,7 +261,7 @@ void recoverAll(World& world) {
         for (int& capacity : p.hearing)
             capacity = std::min(capacity + wholeParameter("hearInc"), wholeParameter("hearMax"));
         p.catchBan = std::max(0, p.catchBan - 1);
-        p.bodyUsed = p.neckUsed = p.dashing = false;
+        p.answered = p.sightSent = p.bodyUsed = p.neckUsed = p.dashing = false;
     }
 }
 

@@ -112,7 +112,8 @@ std::string results(World const& world, Statistics const& statistics) {
         if (!p.joined) continue;
         auto const& [kick, dash, turn, say, turnNeck, catches, move, changeView] = p.counts;
         appendRow(out, "player", letter(p.side), p.unum, kick, dash, turn, say, turnNeck, catches,
-                  move, changeView, p.refused, p.lost ? 1 : 0, p.spareNeckTurns);
+                  move, changeView, p.refused, p.lost ? 1 : 0, p.spareNeckTurns, p.answers,
+                  p.lateAnswers);
     }
     return out;
 }

@@ -96,9 +96,13 @@ struct Player : Movable {
     Table<int, 2> hearing{1, 1}; // capacity for messages of own team, of opponents
     int refused = 0;             // datagrams that could not be understood
     int spareNeckTurns = 0;      // beyond the one that a cycle allows
+    int answers = 0;             // bundles of datagrams, one for a cycle
+    int lateAnswers = 0;         // of these, not in the cycle for which they were meant
+    long lastAnswer = 0;         // the poll at which it came
     bool lost = false;           // it left before the end of the match
 
     // Commands of the running cycle, cleared by the step.
+    bool answered = false, sightSent = false;
     bool bodyUsed = false, neckUsed = false, dashing = false;
     double dashPower = 0.0;
     double dashDir = 0.0;                        // radians, relative to the body

@@ -185,6 +185,24 @@ TEST(Match, OneBodyCommandACycleAndOnlyWhatWorksCounts) {
         EXPECT_EQ(g.count(0, once), 1) << once;
 }
 
+TEST(Match, KnowsWhichAnswersMissedTheirCycle) {
+    Game g(22);
+    g.join("Alpha");
+    struct Case {
+        int poll, answers, late;
+    };
+    // Steps at 10, 20 and 30; sights at 15 and 30, after the step.
+    int now = 0;
+    for (auto const& [poll, answers, late] :
+         {Case{6, 1, 0}, {7, 1, 0}, {9, 2, 1}, {13, 3, 2}, {16, 4, 3}, {26, 5, 3}, {31, 6, 3}}) {
+        g.poll(poll - 1 - now);
+        g.execute(0, "(turn 0)");
+        now = poll;
+        EXPECT_EQ(g.world.player(0).answers, answers) << poll;
+        EXPECT_EQ(g.world.player(0).lateAnswers, late) << poll;
+    }
+}
+
 TEST(Match, HearingIsLimitedPerTeamAndRelativeToTheBody) {
     Game g(22);
     for (char const* team : {"Alpha", "Alpha", "Alpha", "Beta"})
@@ -218,7 +236,7 @@ TEST(Match, CountsWhatASpectatorWould) {
     std::string const results = practice::results(g.world, g.match.statistics());
     EXPECT_TRUE(results.starts_with("score\t0\t0\ncycles\t5\nteam\tl\tAlpha\t0\t60\t1\t1\n"
                                     "team\tr\tBeta\t0\t40\t0\t0\n"
-                                    "player\tl\t1\t2\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0\n"))
+                                    "player\tl\t1\t2\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t2\t2\n"))
         << results;
 }
 
