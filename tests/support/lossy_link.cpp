@@ -1,0 +1,174 @@
+// lossy-link PORT SERVERPORT SEED: a bad network on one machine, for ./play --lossy.
+//
+// Players take PORT for the server's. Whatever passes, either way, meets the dice; only the
+// introductions come through unharmed, since a player says hello once. Ends on SIGTERM or when
+// nothing comes any more, and prints what it did.
+
+#include <array>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <thread>
+#include <vector>
+
+#include "practice/Random.h"
+#include "practice/Socket.h"
+
+namespace {
+
+using namespace practice;
+using Clock = std::chrono::steady_clock;
+using Direction = std::size_t;
+
+constexpr Direction TO_SERVER = 0, TO_PLAYER = 1;
+constexpr double LONGEST_DELAY = 150.0; // milliseconds
+constexpr std::chrono::seconds SILENCE{20};
+
+enum Fate : std::size_t { lost, doubled, late, cut, garbled, intact, FATES };
+struct Share {
+    char const* name;
+    double upTo; // of a number from 0 to 1
+};
+constexpr std::array<Share, FATES> SHARES = {{{"lost", 0.10},
+                                              {"doubled", 0.20},
+                                              {"late", 0.30},
+                                              {"cut", 0.32},
+                                              {"garbled", 0.34},
+                                              {"intact", 1.0}}};
+
+volatile std::sig_atomic_t stopRequested = 0;
+
+class LossyLink {
+public:
+    LossyLink(Socket&& entrance, Address const& serverAddress, std::uint64_t seed)
+        : door(std::move(entrance)), server(serverAddress), any(serverAddress), random(seed) {
+        any.sin_port = 0;
+    }
+
+    /// Passes on what waits; false when nothing has come for long.
+    bool poll() {
+        Address sender{};
+        std::string_view datagram;
+        while (door.receive(buffer, datagram, sender) == Socket::Arrival::datagram) {
+            if (Player* const player = playerAt(sender)) pass(*player, TO_SERVER, datagram);
+        }
+        for (Player& player : players) {
+            while (player.socket[TO_SERVER].receive(buffer, datagram, player.server) ==
+                   Socket::Arrival::datagram) {
+                pass(player, TO_PLAYER, datagram);
+            }
+            while (player.socket[TO_PLAYER].receive(buffer, datagram, sender) ==
+                   Socket::Arrival::datagram) {
+                pass(player, TO_SERVER, datagram);
+            }
+        }
+        std::erase_if(waiting, [this](Late const& item) {
+            bool const due = item.due <= Clock::now();
+            if (due) deliver(players[item.player], item.direction, item.text);
+            return due;
+        });
+        return Clock::now() < lastArrival + SILENCE;
+    }
+
+    void printFigures() const {
+        constexpr std::array<char const*, 2> NAMES = {"to the server", "to the players"};
+        for (Direction const direction : {TO_SERVER, TO_PLAYER}) {
+            std::printf("link %s:", NAMES[direction]);
+            for (std::size_t fate = 0; fate < FATES; ++fate) {
+                std::printf(" %d %s", counts[direction][fate], SHARES[fate].name);
+            }
+            std::printf("\n");
+        }
+    }
+
+private:
+    /// The two sockets through which one player and the server know each other.
+    struct Player {
+        Address address, server;
+        std::array<Socket, 2> socket;
+    };
+    struct Late {
+        Clock::time_point due;
+        std::size_t player;
+        Direction direction;
+        std::string text;
+    };
+
+    Player* playerAt(Address const& sender) {
+        for (Player& player : players) {
+            if (player.address.sin_port == sender.sin_port) return &player;
+        }
+        auto inner = Socket::bound(any);
+        auto outer = Socket::bound(any);
+        if (!inner || !outer) return nullptr;
+        return &players.emplace_back(
+            Player{sender, server, {std::move(*inner), std::move(*outer)}});
+    }
+
+    Fate drawFate(std::string_view text) {
+        if (text.starts_with("(init")) return intact;
+        double const drawn = random.uniform(0.0, 1.0);
+        std::size_t fate = 0;
+        while (drawn >= SHARES[fate].upTo) {
+            ++fate;
+        }
+        return static_cast<Fate>(fate);
+    }
+
+    void pass(Player const& player, Direction direction, std::string_view datagram) {
+        lastArrival = Clock::now();
+        std::string text(datagram.substr(0, datagram.find('\0'))); // the socket adds it again
+        Fate const fate = drawFate(text);
+        ++counts[direction][fate];
+        auto const place = [&] {
+            return static_cast<std::size_t>(random.uniform(0.0, static_cast<double>(text.size())));
+        };
+        if (fate == lost) return;
+        if (fate == late) {
+            std::chrono::duration<double, std::milli> const delay(
+                random.uniform(0.0, LONGEST_DELAY));
+            waiting.push_back({lastArrival + std::chrono::duration_cast<Clock::duration>(delay),
+                               static_cast<std::size_t>(&player - players.data()), direction,
+                               std::move(text)});
+            return;
+        }
+        if (fate == cut) text.resize(place());
+        for (int i = 0; fate == garbled && !text.empty() && i < 3; ++i) {
+            text[place()] = static_cast<char>(random.uniform(0.0, 256.0));
+        }
+        deliver(player, direction, text);
+        if (fate == doubled) deliver(player, direction, text);
+    }
+
+    static void deliver(Player const& player, Direction direction, std::string const& text) {
+        player.socket[direction].send(text,
+                                      direction == TO_SERVER ? &player.server : &player.address);
+    }
+
+    Socket door;
+    Address server;
+    Address any; // ours, any port
+    Random random;
+    std::vector<Player> players;
+    std::vector<Late> waiting;
+    std::array<std::array<int, FATES>, 2> counts{};
+    Clock::time_point lastArrival = Clock::now();
+    std::array<char, 8192> buffer{};
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 4) return 2;
+    auto const own = makeAddress("127.0.0.1", std::atoi(argv[1]));
+    auto const server = makeAddress("127.0.0.1", std::atoi(argv[2]));
+    auto door = Socket::bound(*own);
+    if (!door) return 1;
+    std::signal(SIGTERM, [](int) { stopRequested = 1; });
+    LossyLink link(std::move(*door), *server, std::strtoull(argv[3], nullptr, 10));
+    while (stopRequested == 0 && link.poll()) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    link.printFigures();
+}
