@@ -87,7 +87,7 @@ private:
     int status = -1;
 };
 
-/// A server that says what the test tells it to.
+/// A server that says what the test tells it to, from another port than the one it is greeted at.
 class ProcessTest : public testing::Test {
 protected:
     std::string conf() const {
@@ -96,6 +96,10 @@ protected:
     }
     void welcome() {
         ASSERT_TRUE(server.receive(5000));
+        server.changePort();
+        answerInit();
+    }
+    void answerInit() const {
         server.send("(init l 5 before_kick_off)");
         server.send(practice::serverParamMessage(3000));
         server.send(practice::playerParamMessage());
@@ -204,6 +208,26 @@ TEST_F(ProcessTest, InterruptPrintsTheStatistics) {
     row("change_views queued: ", "change_view", 8);
     expected << rule << "\n\n";
     EXPECT_EQ(expected.str(), agent.output());
+}
+
+TEST_F(ProcessTest, BearsAServerThatIsSlowRepeatsItselfMovesAndFloods) {
+    int const nobody = support::ServerEnd().port();
+    AgentProcess lonely({"localhost"}, ("serverPort: " + std::to_string(nobody) + "\n").c_str());
+    AgentProcess agent({}, conf().c_str());
+    ASSERT_TRUE(server.receive(5000));
+    poll(nullptr, 0, 1000);
+    answerInit();
+    answerInit();
+    EXPECT_TRUE(play("move", 1));
+    server.send("(hear 1 referee play_on)");
+    EXPECT_TRUE(play("say", 2));
+    server.changePort();
+    EXPECT_TRUE(play("say", 2));
+    EXPECT_TRUE(play("say", 2, 500)); // of each message, in every cycle
+    EXPECT_TRUE(play("say", 2));
+    EXPECT_TRUE(agent.isRunning());
+    EXPECT_EQ(0, lonely.waitForEnd());
+    EXPECT_EQ("", lonely.output() + lonely.errors());
 }
 
 TEST_F(ProcessTest, SurvivesAFloodButNoEmptyDatagram) {

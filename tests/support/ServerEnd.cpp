@@ -6,6 +6,7 @@
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
+#include <utility>
 
 namespace support {
 
@@ -26,6 +27,11 @@ int ServerEnd::port() const {
     socklen_t length = sizeof own;
     getsockname(descriptor, reinterpret_cast<sockaddr*>(&own), &length);
     return ntohs(own.sin_port);
+}
+
+void ServerEnd::changePort() {
+    ServerEnd fresh;
+    std::swap(descriptor, fresh.descriptor);
 }
 
 std::optional<std::string> ServerEnd::receive(int timeoutMsec) {

@@ -22,6 +22,8 @@ public:
     void send(std::string_view datagram) const;
     /// Speaks from now on to whom `other` speaks to, as a server does from another port.
     void takeOverFrom(ServerEnd const& other) { client = other.client; }
+    /// Closes its port and goes on from another one.
+    void changePort();
 
 private:
     int descriptor;
