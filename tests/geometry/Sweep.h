@@ -14,9 +14,19 @@ inline Complex toComplex(Vector2D const& v) {
     return {v.x, v.y};
 }
 
+/// Counter-clockwise direction in degrees.
+inline double degrees(Complex v) {
+    return std::arg(v) * 180 / std::acos(-1.0);
+}
+
 /// Unit vector of a counter-clockwise direction in degrees.
 inline Complex unit(double degrees) {
     return std::polar(1.0, degrees * std::acos(-1.0) / 180);
+}
+
+/// Up to a few roundings of float coordinates within 100 m, and of float angles.
+inline bool agree(Vector2D const& v, Complex expected, double tolerance = 2e-4) {
+    return std::abs(toComplex(v) - expected) < tolerance;
 }
 
 /// How far two directions in degrees are apart, whatever their turns: 0 to 180.

@@ -2,63 +2,57 @@
 
 #include <gtest/gtest.h>
 
+#include "geometry/Sweep.h"
 #include "player/Stage.h"
 #include "skills/SkillPool.h"
 
-TEST(Utils, AnglesToPointsAgreeWithAtan2) {
-    auto const directionOf = [](Vector2D from, Vector2D to) { // clockwise, in [0, 360)
-        double const degrees = practice::toDeg(std::atan2(from.y - to.y, to.x - from.x));
-        return degrees < 0.0 ? degrees + 360.0 : degrees;
+using Calculations = Sweep;
+
+TEST_F(Calculations, AnglesAgreeWithComplexNumbers) {
+    auto const snapped = [](double angle) { // clockwise, in [0, 360), nearly 0 snapped
+        double const turned = std::fmod(720 - angle, 360.0);
+        return turned < 0.5 ? 0.0 : turned;
     };
-    auto const snap = [](double degrees) { return degrees < 0.5 ? 0.0 : degrees; };
     Stage stage;
-    Draw draw;
+    Myself& me = stage.world.myself();
     for (int i = 0; i < 5000; ++i) {
-        stage.placeMyself(draw.real(-50, 50), draw.real(-30, 30), draw.real(0, 360));
-        Vector2D const p(draw.real(-50, 50), draw.real(-30, 30), CARTESIAN);
-        Myself& me = stage.world.myself();
-        me.headDirection = draw.real(0, 360);
+        Vector2D const p = point();
+        stage.placeMyself(number(-50, 50), number(-30, 30), number(0, 360));
+        me.headDirection = number(0, 360);
         stage.world.ball().position = p;
-
-        double const absolute = directionOf(me.position, p);
-        auto const relative = [&](double base) {
-            return snap(absolute - base + (absolute < base ? 360.0 : 0.0));
-        };
-        EXPECT_NEAR(Utils::calcAngleToPoint(p), snap(absolute), 2e-3);
-        EXPECT_NEAR(Utils::calcAngleToPoint(p, me.position), snap(directionOf(p, me.position)),
-                    2e-3);
-        EXPECT_NEAR(Utils::calcAngleToBallRel2Body(), relative(me.bodyDirection), 2e-3);
-        EXPECT_NEAR(Utils::calcAngleToBallRel2Head(), relative(me.headDirection), 2e-3);
+        double const way = degrees(toComplex(p) - toComplex(me.position));
+        EXPECT_NEAR(Utils::calcAngleToBall(), snapped(way), 2e-3);
+        EXPECT_NEAR(Utils::calcAngleToPoint(p, me.position), snapped(way + 180), 2e-3);
+        EXPECT_NEAR(Utils::calcAngleToBallRel2Body(), snapped(way + me.bodyDirection), 2e-3);
+        EXPECT_NEAR(Utils::calcAngleToBallRel2Head(), snapped(way + me.headDirection), 2e-3);
     }
-}
-
-TEST(Utils, AnglesAtTheBounds) {
-    Stage stage;
     stage.placeMyself(0, 0);
-    for (auto const& [point, angle] :
-         {std::pair(at(10, 0), 0.0F), std::pair(at(0, -10), 90.0F), std::pair(at(-10, 0), 180.0F),
-          std::pair(at(0, 10), 270.0F), std::pair(Vector2D(50, 0.3F, POLAR), 0.0F)}) {
-        EXPECT_EQ(Utils::calcAngleToPoint(point), angle);
+    for (int quarter = 0; quarter < 4; ++quarter) {
+        Complex const axis = std::pow(Complex(0, -1), quarter);
+        EXPECT_EQ(Utils::calcAngleToPoint(at(axis.real(), axis.imag())), 90 * quarter);
     }
     EXPECT_TRUE(std::isnan(Utils::calcAngleToPoint(Vector2D())));
     // Just below a full turn: none relative to the head, nearly all of it relative to the body.
-    stage.world.myself().bodyDirection = stage.world.myself().headDirection = 0.00005F;
+    me.bodyDirection = me.headDirection = 0.00005F;
     stage.placeBall(50, 0);
     EXPECT_EQ(Utils::calcAngleToBallRel2Head(), 0.0F);
     EXPECT_GT(Utils::calcAngleToBallRel2Body(), 359.0F);
 }
 
-TEST(Utils, SpeedsAndTimes) {
-    Stage stage;
+TEST_F(Calculations, SpeedsAndTimes) {
+    Stage const stage; // for the decay
     EXPECT_NEAR(Utils::calcKickSpeedToTravel(10, 0), 0.6, 1e-5);
     EXPECT_NEAR(Utils::calcKickSpeedToTravel(-100, 1), 0.94, 1e-5); // cannot be reached
 
-    timeval const late{6, 1999};
-    timeval const early{5, 999000};
-    timeval const sum = Utils::timerAddMsec(&early, 1);
-    EXPECT_TRUE(sum.tv_sec == 6 && sum.tv_usec == 0);
-    EXPECT_EQ(Utils::timerDiffMsec(&late, &early), 2); // of 2.999
-    EXPECT_EQ(Utils::timerDiffMsec(&early, &late), -3);
+    auto const micro = [](timeval t) { return t.tv_sec * 1000000 + t.tv_usec; };
+    timeval const noon{6, 500000};
+    for (int i = 0; i < 5000; ++i) {
+        timeval const t{5 + i % 3, i * 199};
+        timeval const sum = Utils::timerAddMsec(&t, i % 1000);
+        EXPECT_TRUE(micro(sum) - micro(t) == i % 1000 * 1000 && sum.tv_usec < 1000000) << i;
+        EXPECT_EQ(Utils::timerDiffMsec(&t, &noon),
+                  (micro(t) - micro(noon) + 5000000) / 1000 - 5000);
+    }
 }
 
 TEST(Report, SymbolsThereAndBack) {
@@ -78,18 +72,14 @@ TEST(Report, SymbolsThereAndBack) {
 
 TEST(Report, SaysTheBall) {
     Stage stage;
-    using Texts = std::vector<std::string>;
-    struct Case {
-        float x, y, vx, vy;
-        Texts said;
-    };
-    for (Case const& c : {Case{-30.2F, 10.9F, 0.5F, -0.07F, {"(say \"vyUxAxAy1\")"}},
-                          Case{0, 0, 0, 0, {"(say \"vx0x0x0x0\")"}},
-                          Case{52, -33, -2.7F, 2.76F, {"(say \"vxqyXysxs\")"}},
-                          Case{UNDEFINED_FLOAT, UNDEFINED_FLOAT, 0, 0, {}}}) {
-        stage.placeBall(c.x, c.y, c.vx, c.vy);
+    auto const said = [&](float x, float y, float vx, float vy) {
+        stage.placeBall(x, y, vx, vy);
         stage.startCycle();
         SkillPool::reportWorldModelStatus();
-        EXPECT_EQ(stage.otherCommands(), c.said);
-    }
+        return stage.otherCommands();
+    };
+    using Texts = std::vector<std::string>;
+    EXPECT_EQ(said(-30.2F, 10.9F, 0.5F, -0.07F), Texts{"(say \"vyUxAxAy1\")"});
+    EXPECT_EQ(said(52, -33, -2.7F, 2.76F), Texts{"(say \"vxqyXysxs\")"});
+    EXPECT_EQ(said(UNDEFINED_FLOAT, UNDEFINED_FLOAT, 0, 0), Texts{});
 }
