@@ -43,16 +43,12 @@ protected:
 
 TEST_F(ConfigFileTest, SampleFileNamesEverySettingAtItsDefault) {
     settings() = std::decay_t<decltype(DEFAULTS)>(); // whatever the sample leaves out shows
-    CapturedStream const scanned(std::cerr);
+    CapturedStream const trace(std::cerr);
     EXPECT_TRUE(F::parseConfigFile(SAMPLE_FILE, true, false));
     EXPECT_EQ(settings(), DEFAULTS);
     EXPECT_TRUE(parse("dribbleAreaX:11 stopBallPowerThr:12")); // of the same default
     EXPECT_EQ(F::dribbleAreaX, 11);
-    EXPECT_EQ(std::ranges::count(scanned.text(), '\n'), 3 * 21); // a line a token
-    CapturedStream const parsed(std::cerr);
-    EXPECT_TRUE(F::parseConfigFile(SAMPLE_FILE, false, true));
-    EXPECT_TRUE(parsed.text().starts_with("Starting parse\nEntering state 0\nReading a token: "));
-    EXPECT_TRUE(parsed.text().ends_with("Now at end of input.\n"));
+    EXPECT_EQ(std::ranges::count(trace.text(), '\n'), 3 * 21); // a line a token
 }
 
 TEST_F(ConfigFileTest, FilesThatCannotBeReadFailInSilence) {

@@ -6,6 +6,7 @@
 
 #include <iostream>
 #include <string>
+#include <tuple>
 
 namespace {
 
@@ -45,24 +46,16 @@ TEST_F(ConfigurationTest, ParametersKeepTheirPlaces) {
     expectPrinted(C::printPlayerParam, numbersFrom(201, 19));
     // Places counted by hand, all through the lists: printing alone would not notice two names
     // swapped on both ways.
-    std::pair<double, int> const places[] = {
-        {C::goalWidth, 1},           {C::playerDecay, 4},
-        {C::staminaMax, 9},          {C::effortDecThr, 16},
-        {C::teamActuatorNoise, 22},  {C::ballSize, 27},
-        {BOUND_BALL_DECAY, 28},      {C::dashPowerRate, 33},
-        {C::kickPowerRate, 34},      {C::kickableMargin, 35},
-        {C::controlRadiusWidth, 37}, {C::maxPower, 38},
-        {C::minPower, 39},           {C::minMoment, 41},
-        {C::minNeckMoment, 43},      {C::maxNeckAngle, 44},
-        {C::visibleAngle, 46},       {C::visibleDist, 47},
-        {C::kickableArea, 52},       {C::catchAreaLength, 53},
-        {C::halfTime, 70},           {C::audioDist, 85},
-        {C::dropBallTime, 103},      {C::dirQuantizeStepRight, 94},
-        {C::playerTypesMax, 203},    {C::playerSizeDeltaFactor, 212},
-    };
-    for (auto const& [value, place] : places) {
-        EXPECT_EQ(value, place);
-    }
+    EXPECT_EQ(std::tuple(C::goalWidth, C::playerDecay, C::staminaMax, C::effortDecThr,
+                         C::teamActuatorNoise, C::ballSize, BOUND_BALL_DECAY, C::dashPowerRate,
+                         C::kickPowerRate, C::kickableMargin, C::controlRadiusWidth),
+              std::tuple(1, 4, 9, 16, 22, 27, 28, 33, 34, 35, 37));
+    EXPECT_EQ(std::tuple(C::maxPower, C::minPower, C::minMoment, C::minNeckMoment, C::maxNeckAngle,
+                         C::visibleAngle, C::visibleDist, C::kickableArea, C::catchAreaLength),
+              std::tuple(38, 39, 41, 43, 44, 46, 47, 52, 53));
+    EXPECT_EQ(std::tuple(C::halfTime, C::audioDist, C::dirQuantizeStepRight, C::dropBallTime,
+                         C::playerTypesMax, C::playerSizeDeltaFactor),
+              std::tuple(70, 85, 94, 103, 203, 212));
     receiveServerParam(" (wind_force 0.1)(half_time 2000000001)");
     EXPECT_TRUE(C::windForce == 0.1F && C::halfTime == 2'000'000'001);
     receiveServerParam(" (half_time 1)");
