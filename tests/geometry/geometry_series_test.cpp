@@ -32,31 +32,30 @@ TEST_F(Series, AgreesWithAddingUpTermByTerm) {
 
 TEST_F(Series, SumsOutOfReachAndSenselessRatios) {
     EXPECT_EQ(Geometry::getLengthGeomSeries(2, 0.5F, 4), -1); // the limit itself
+    EXPECT_TRUE(std::isinf(Geometry::getSumInfGeomSeries(1, 1)));
     CapturedStream const err(std::cerr);
     EXPECT_EQ(Geometry::getSumInfGeomSeries(1, 1.5F), -2);
     EXPECT_EQ(Geometry::getFirstInfGeomSeries(1, 1.5F), -0.5F);
     EXPECT_EQ(Geometry::getLengthGeomSeries(1, -1, 1), -1);
-    EXPECT_TRUE(std::isinf(Geometry::getSumInfGeomSeries(1, 1)));
     EXPECT_EQ(err.text(), "(Geometry:CalcLengthGeomSeries): series does not converge\n"
                           "(Geometry:getFirstInfGeomSeries):series does not converge\n"
                           "(Geometry:getLengthGeomSeries): negative ratio\n");
 }
 
 TEST_F(Quadratic, FindsRootsAndWritesNothingElse) {
-    float s1 = 0;
-    float s2 = 0;
+    float s[2];
     for (int i = 0; i < COUNT; ++i) {
         float const x1 = number(-10, 10);
         float const x2 = x1 - number(0.1F, 10);
         float const a = i % 2 == 0 ? number(0.5F, 3) : number(-3, -0.5F);
-        ASSERT_EQ(Geometry::abcFormula(a, -a * (x1 + x2), a * x1 * x2, &s1, &s2), 2);
-        ASSERT_NEAR(s1, a > 0 ? x1 : x2, 1e-3); // the plus sign first, not the greater one
-        ASSERT_NEAR(s2, a > 0 ? x2 : x1, 1e-3);
+        ASSERT_EQ(Geometry::abcFormula(a, -a * (x1 + x2), a * x1 * x2, &s[0], &s[1]), 2);
+        ASSERT_NEAR(s[0], a > 0 ? x1 : x2, 1e-3); // the plus sign first, not the greater one
+        ASSERT_NEAR(s[1], a > 0 ? x2 : x1, 1e-3);
     }
-    s2 = 8;
-    EXPECT_EQ(Geometry::abcFormula(1, 0, 1, &s1, &s2), 0);
-    EXPECT_EQ(Geometry::abcFormula(1, -2, 1.00002F, &s1, &s2), 1); // discriminant -0.00008
-    EXPECT_TRUE(s1 == 1 && s2 == 8);
+    s[1] = 8;
+    EXPECT_EQ(Geometry::abcFormula(1, 0, 1, &s[0], &s[1]), 0);
+    EXPECT_EQ(Geometry::abcFormula(1, -2, 1.00002F, &s[0], &s[1]), 1); // discriminant -0.00008
+    EXPECT_TRUE(s[0] == 1 && s[1] == 8);
 }
 
 } // namespace
