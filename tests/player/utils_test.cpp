@@ -57,12 +57,11 @@ TEST_F(Calculations, SpeedsAndTimes) {
 
 TEST(Report, SymbolsThereAndBack) {
     std::string const symbols = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrs";
-    for (int value = 0; value < 60; ++value) {
-        auto const number = static_cast<float>(value);
-        char const symbol = symbols[static_cast<std::size_t>(std::min(value, 54))];
-        EXPECT_EQ(SkillPool::do_ascii(number + 0.99F), symbol);
-        EXPECT_EQ(SkillPool::do_ascii(-number), symbol);
-        EXPECT_EQ(Utils::doAsciiToFloat(symbol), std::min(number, 54.0F));
+    for (float value = 0; value < 60; ++value) {
+        char const symbol = symbols[static_cast<std::size_t>(std::min(value, 54.0F))];
+        EXPECT_EQ(SkillPool::do_ascii(value + 0.99F), symbol);
+        EXPECT_EQ(SkillPool::do_ascii(-value), symbol);
+        EXPECT_EQ(Utils::doAsciiToFloat(symbol), std::min(value, 54.0F));
     }
     for (char const other : {'t', ' ', '\0', '@', '['}) {
         EXPECT_EQ(Utils::doAsciiToFloat(other), 999.0F);
