@@ -211,7 +211,7 @@ void Match::receive(int player, std::string_view datagram) {
 
 // A player acts once in a cycle: on what it sees or, when half of the cycle has brought no sight,
 // on what it feels. What comes sooner, or once more, was meant for the cycle before.
-void Match::noteAnswer(Player& player) {
+void Match::noteAnswer(Player& player) const {
     bool const goesOn = player.lastAnswer == polls_ - 1; // the rest of what came at the last poll
     player.lastAnswer = polls_;
     if (goesOn) return;

@@ -60,7 +60,7 @@ private:
     Side sideOf(std::string const& team);
     int freeNumber(Introduction const& client, Side side) const;
     void send(Player const& player, std::string text);
-    void noteAnswer(Player& player);
+    void noteAnswer(Player& player) const;
     void executeReceived();
     void step();
     void sendSights();
