@@ -29,7 +29,7 @@
 
 namespace {
 
-constexpr int HALF_CYCLES = 1500;
+constexpr int HALF_CYCLES = 1000;
 constexpr int LAST_CYCLES = 20; ///< after the end
 
 /// FNV-1a.
