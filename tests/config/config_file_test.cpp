@@ -49,13 +49,11 @@ TEST_F(ConfigFileTest, SampleFileNamesEverySettingAtItsDefault) {
     EXPECT_TRUE(parse("dribbleAreaX:11 stopBallPowerThr:12")); // of the same default
     EXPECT_EQ(F::dribbleAreaX, 11);
     EXPECT_EQ(std::ranges::count(trace.text(), '\n'), 3 * 21); // a line a token
-}
 
-TEST_F(ConfigFileTest, FilesThatCannotBeReadFailInSilence) {
-    CapturedStream const err(std::cerr);
+    CapturedStream const silence(std::cerr);
     EXPECT_FALSE(F::parseConfigFile("no_such_file", true, true));
     EXPECT_FALSE(F::parseConfigFile(".", true, true)); // a folder
-    EXPECT_EQ(err.text(), "");
+    EXPECT_EQ(silence.text(), "");
 }
 
 TEST_F(ConfigFileTest, NumbersTextsCommentsAndRepetition) {
