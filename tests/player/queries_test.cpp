@@ -49,7 +49,8 @@ protected:
     /// The next scene: the agent, the ball, and up to five more players a side, some of the same
     /// shirt. False after the last one.
     bool scatter() {
-        focus = at(10 * std::round(number(-10, 5)), 30 * std::round(number(-1, 1)));
+        constexpr std::array<double, 6> FOCI{-100, -50, -30, 0, 30, 50};
+        focus = at(FOCI.at(static_cast<std::size_t>(number(0, 6))), 30 * std::round(number(-1, 1)));
         spread = number(0, 2) < 1 ? 4 : 40;
         me = place();
         ball = place();
@@ -145,9 +146,7 @@ TEST_F(Queries, TacticsAgreeWithPlainArithmetic) {
         ASSERT_EQ(world.beingOnField(), std::abs(me.x) <= 52 && std::abs(me.y) <= 34);
         Players const keepers = kept(opponents, [](Player const& q) { return q.goalie; });
         bool const atKeeper = !keepers.empty() && me.getDistanceTo(keepers[0]->position) < 5;
-        bool const shoot = me.getDistanceTo(at(52, 0)) <= 22 || atKeeper;
-        ASSERT_EQ(world.isAGoodPointToScore(at(-50, 0)), atKeeper); // the agent is, not the point
-        ASSERT_EQ(world.beingInOptimalPosition(), shoot && !pressed);
+        ASSERT_EQ(world.beingInOptimalPosition(), world.isAGoodPointToScore(me) && !pressed);
 
         world.myself().homePosition = world.myself().attackPosition = place();
         Vector2D const off = me - world.myself().homePosition;
@@ -168,6 +167,8 @@ TEST_F(Queries, TacticsAgreeWithPlainArithmetic) {
                       holds(at(x - 1.5, y - 1.5), at(y + 1.5, x + 1.5), marker));
             ASSERT_EQ(world.isNotMarked(*p), // the name says the reverse
                       marker == nullptr || distanceTo(p->position)(*marker) < 3);
+            ASSERT_EQ(world.isAGoodPointToScore(p->position), // the agent is at the keeper, not p
+                      distanceTo(at(52, 0))(*p) <= 22 || atKeeper);
             ASSERT_EQ(world.isAtGoodPointToScore(*p), distanceTo(at(52.5, 0))(*p) < 20 && !pressed);
             ASSERT_EQ(world.isCloseToOwnGoalOutLine(*p), x < -32);
             ASSERT_EQ(world.isCloseToOpponentGoalOutLine(*p), x > 32);
@@ -212,30 +213,29 @@ TEST_F(Queries, PassesAreBlockedInAWedge) {
 TEST_F(Queries, InterceptionIsTheFirstCycleInWhichTheBallIsReached) {
     while (scatter()) {
         bool margin = scenes % 2 == 0;
-        auto const inTime = [&](int cycle) {
-            Vector2D const there = world.ball().rollingPosition(cycle);
-            return kept(mates, [&](Player const& p) {
-                return p.predictedCyclesToPoint(there, margin) <= cycle;
+        auto const inTime = [&](Players const& players, int cycle) {
+            Players const quick = kept(players, [&](Player const& p) {
+                return p.predictedCyclesToPoint(world.ball().rollingPosition(cycle), margin) <=
+                       cycle;
             });
+            return quick.empty() ? nullptr : quick[0];
         };
-        Players const team = std::exchange(mates, {all.back()});
+        Player const& one = *all.back();
         int first = 0;
-        while (first < 24 && inTime(first).empty())
+        while (first < 24 && !inTime({&one}, first))
             ++first;
         Vector2D point;
         int cycles = -1;
-        ASSERT_EQ(world.interceptionPoint(*mates[0], point, cycles, margin),
-                  !inTime(first).empty());
+        ASSERT_EQ(world.interceptionPoint(one, point, cycles, margin),
+                  inTime({&one}, first) == &one);
         ASSERT_EQ(point, world.ball().rollingPosition(first));
-        ASSERT_EQ(cycles, mates[0]->predictedCyclesToPoint(point, margin));
+        ASSERT_EQ(cycles, one.predictedCyclesToPoint(point, margin));
 
-        mates = team; // of whom the last cycle decides in which anybody gets there
         margin = false;
-        int last = 24;
-        while (last > 0 && inTime(last).empty())
+        int last = 24; // decides for the team, if anybody gets there in it
+        while (last > 0 && !inTime(mates, last))
             --last;
-        Players const found = inTime(last);
-        ASSERT_EQ(world.fastestTeammateInterceptingBall(), found.empty() ? nullptr : found[0]);
+        ASSERT_EQ(world.fastestTeammateInterceptingBall(), inTime(mates, last));
     }
 }
 
