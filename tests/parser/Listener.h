@@ -1,6 +1,6 @@
 #pragma once
 
-#include "parser/RCC_Parser.h"
+#include "Rows.h"
 
 #include <gtest/gtest.h>
 
@@ -8,53 +8,58 @@
 #include <string_view>
 #include <vector>
 
-/// Counts the records of one kind, on the listener's account too, and keeps a copy of the latest.
+/// What handlers were called with.
+struct Log {
+    int calls = 0;
+    std::string row; ///< of the latest record
+};
+
+/// Keeps a copy of the latest record of one kind.
 template <class T>
 struct Recorder : RCC_Handler<RCC_Pointer<T>> {
-    Recorder(RCC_Parser::Handlers<T>& handlers, int& total) : allCalls(total) {
+    Recorder(RCC_Parser::Handlers<T>& handlers, Log& common) : log(common) {
         handlers.push_back(this);
     }
 
     void handle(RCC_Pointer<T> const& record) override {
-        ++calls;
-        ++allCalls;
         last = *record;
+        log.row = Row::of(last);
+        ++log.calls;
     }
 
-    int calls = 0;
-    int& allCalls;
+    Log& log;
     T last;
 };
 
 /// A parser of the team Alpha with a handler for every kind.
 struct Listener {
     RCC_Parser parser{0, "Alpha", 0};
-    int calls = 0;
-    Recorder<RCC_Visual> visual{parser.visualHandlers, calls};
-    Recorder<RCC_SenseBody> senseBody{parser.senseBodyHandlers, calls};
-    Recorder<RCC_RefAudio> refAudio{parser.refAudioHandlers, calls};
-    Recorder<RCC_SelfAudio> selfAudio{parser.selfAudioHandlers, calls};
-    Recorder<RCC_PlayerAudio> playerAudio{parser.playerAudioHandlers, calls};
-    Recorder<RCC_CoachAudio> coachAudio{parser.coachAudioHandlers, calls};
-    Recorder<RCC_Score> score{parser.scoreHandlers, calls};
-    Recorder<RCC_Substitution> substitution{parser.substitutionHandlers, calls};
-    Recorder<RCC_Error> error{parser.errorHandlers, calls};
-    Recorder<RCC_InitMsg> initMsg{parser.initMsgHandlers, calls};
-    Recorder<RCC_ServerParam> serverParam{parser.serverParamHandlers, calls};
-    Recorder<RCC_PlayerParam> playerParam{parser.playerParamHandlers, calls};
-    Recorder<RCC_PlayerType> playerType{parser.playerTypeHandlers, calls};
-    Recorder<RCC_FullState> fullState{parser.fullStateHandlers, calls};
+    Log log;
+    Recorder<RCC_Visual> visual{parser.visualHandlers, log};
+    Recorder<RCC_SenseBody> senseBody{parser.senseBodyHandlers, log};
+    Recorder<RCC_RefAudio> refAudio{parser.refAudioHandlers, log};
+    Recorder<RCC_SelfAudio> selfAudio{parser.selfAudioHandlers, log};
+    Recorder<RCC_PlayerAudio> playerAudio{parser.playerAudioHandlers, log};
+    Recorder<RCC_CoachAudio> coachAudio{parser.coachAudioHandlers, log};
+    Recorder<RCC_Score> score{parser.scoreHandlers, log};
+    Recorder<RCC_Substitution> substitution{parser.substitutionHandlers, log};
+    Recorder<RCC_Error> error{parser.errorHandlers, log};
+    Recorder<RCC_InitMsg> initMsg{parser.initMsgHandlers, log};
+    Recorder<RCC_ServerParam> serverParam{parser.serverParamHandlers, log};
+    Recorder<RCC_PlayerParam> playerParam{parser.playerParamHandlers, log};
+    Recorder<RCC_PlayerType> playerType{parser.playerTypeHandlers, log};
+    Recorder<RCC_FullState> fullState{parser.fullStateHandlers, log};
 
-    /// Whether exactly one handler was called and a record returned, or neither (then false).
-    bool hears(std::string_view message) {
-        int const before = calls;
+    /// The row of the record that the message has become: exactly one handler was called and the
+    /// record returned, or neither.
+    std::string heard(std::string_view message) {
+        int const before = log.calls;
         RCC_Object* const record = parser.parse(RCC_String(message));
         RCC_Memory::remove(record);
-        if (calls != before + (record != nullptr ? 1 : 0)) {
-            throw RCC_Exception("a record was returned without a call, or a call made without it");
-        }
-        return record != nullptr;
+        EXPECT_EQ(before + (record != nullptr ? 1 : 0), log.calls) << message;
+        return record != nullptr ? log.row : "dropped";
     }
+    bool hears(std::string_view message) { return heard(message) != "dropped"; }
 };
 
 /// A test of what a listener hears.

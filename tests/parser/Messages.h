@@ -1,0 +1,156 @@
+#pragma once
+
+#include "Listener.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <random>
+#include <string>
+#include <vector>
+
+// Messages drawn at random in the forms that a server writes, each with the row of its record.
+
+struct Written {
+    std::string text;
+    std::string row;
+};
+
+/// Always draws the same for one seed.
+class Draw {
+public:
+    explicit Draw(unsigned seed) : random(seed) {}
+
+    int upTo(int most) { return static_cast<int>(random() % (static_cast<unsigned>(most) + 1)); }
+    bool oneIn(int number) { return upTo(number - 1) == 0; }
+    auto const& of(auto const& choice) { return choice[random() % std::size(choice)]; }
+
+    /// A number between low and 360.
+    std::string number(int low) {
+        std::string const whole = std::to_string(low + upTo(359 - low));
+        return of(std::array{whole, whole + "." + std::to_string(upTo(999)), std::string("-0"),
+                             whole + "e-0" + std::to_string(upTo(6))});
+    }
+
+    std::string text(int length) {
+        std::string said(static_cast<std::size_t>(length), ' ');
+        std::ranges::generate(said, [&] { return static_cast<char>(' ' + upTo('~' - ' ')); });
+        std::ranges::replace(said, '"', ')');
+        return said;
+    }
+
+    /// Fills in whole numbers for %, numbers for #, or + when not negative, and quoted texts for $,
+    /// of which 512 characters are kept.
+    Written fill(std::string_view pattern) {
+        Written message;
+        for (char const c : pattern) {
+            std::string const value = c == '%'               ? std::to_string(upTo(6000))
+                                      : c == '#' || c == '+' ? number(c == '#' ? -359 : 0)
+                                      : c == '$' ? text(oneIn(4) ? 510 + upTo(5) : upTo(20))
+                                                 : std::string(1, c);
+            message.text += c == '$' ? '"' + value + '"' : value;
+            if (c == '%' || c == '$') message.row += row(value.substr(0, 512));
+            if (c == '#' || c == '+') message.row += row(std::strtof(value.c_str(), nullptr));
+        }
+        return message;
+    }
+
+private:
+    std::mt19937 random;
+};
+
+// clang-format off
+constexpr std::array LANDMARKS = {
+    48, 58, 6, 26, 36, 24, 34, 25, 35, 247, 647, 347, 257, 657, 357, 248, 348, 258, 358,
+    2, 1042, 2042, 3042, 4042, 5042, 1052, 2052, 3052, 4052, 5052,
+    3, 1043, 2043, 3043, 4043, 5043, 1053, 2053, 3053, 4053, 5053,
+    4, 1024, 2024, 3024, 1034, 2034, 3034,  5, 1025, 2025, 3025, 1035, 2035, 3035,
+};
+inline std::array<Written, 8> const OTHERS = {{
+    {"b", "ball "},     {"B", "ball "},     {"F", "flag 1 "},   {"G", "goal 1 "},
+    {"l t", "line 2 "}, {"l b", "line 3 "}, {"l l", "line 4 "}, {"l r", "line 5 "},
+}};
+// clang-format on
+
+/// The name that a landmark's code stands for, read from its last digit on: 2 top, 3 bottom,
+/// 4 left, 5 right, 6 centre, 7 penalty area, 8 goal; thousands are tens of metres.
+inline std::string nameOf(int code) {
+    std::string name = "f";
+    for (int digits = code % 1000; digits > 0; digits /= 10) {
+        if (digits % 10 != 0) name.append(" ").append(1, "  tblrcpg"[digits % 10]);
+    }
+    if (code >= 1000) name.append(" ").append(std::to_string(code / 1000)).append("0");
+    if (code < 10 && code != 6) name += " 0";
+    return code == 48 || code == 58 ? name.substr(2) : name;
+}
+
+/// The name of something in a see, and how its row begins.
+inline Written drawFixed(Draw& draw) {
+    int const code = draw.of(LANDMARKS);
+    Written const landmark = {nameOf(code), row(code == 48 || code == 58 ? "goal" : "flag", code)};
+    return draw.oneIn(4) ? draw.of(OTHERS) : landmark;
+}
+
+inline Written drawPlayer(Draw& draw, std::string const& ownTeam) {
+    std::string const team = draw.of(std::array<std::string, 6>{
+        "", ownTeam, ownTeam + "x", ownTeam.substr(1), "A (b)", std::string(40, 'y')});
+    if (team.empty()) return {draw.oneIn(2) ? "p" : "P", row("neut", "", 0, 0)};
+    int const unum = draw.upTo(11);
+    bool const goalie = unum > 0 && draw.oneIn(4);
+    std::string name = "p \"";
+    name.append(team).append("\"");
+    if (unum > 0) name.append(" ").append(std::to_string(unum));
+    if (goalie) name += " goalie";
+    return {name, row(team == ownTeam ? "ally" : "enemy", team.substr(0, 31), unum, goalie)};
+}
+
+inline Written drawSee(Draw& draw, std::string const& ownTeam = "Alpha") {
+    auto [text, whole] = draw.fill("%");
+    std::map<std::string, std::string> rows; // of each kind
+    for (int i = draw.upTo(40); i > 0; --i) {
+        bool const player = draw.oneIn(3);
+        auto const object = player ? drawPlayer(draw, ownTeam) : drawFixed(draw);
+        int const form = draw.upTo(2);
+        auto const values = draw.fill(std::array{"#", "+ #", "+ # # #"}[form]);
+        auto const facing = draw.fill(player && form == 2 ? " # #" : "");
+        text += " ((" + object.text + ") " + values.text + facing.text;
+        if (!facing.row.empty()) text += draw.of(std::array{"", " t", " k", " f", " 30", " -30 t"});
+        text += ')';
+        std::string const absent = "inf inf ";
+        rows[object.row.substr(0, object.row.find(' '))] +=
+            object.row + (form == 0 ? "inf " : "") + values.row + (form < 2 ? absent : "") +
+            (player && form < 2 ? absent : facing.row);
+    }
+    for (char const* kind : {"line", "flag", "goal", "ally", "enemy", "neut", "ball"}) {
+        whole += rows[kind];
+    }
+    return {"(see " + text + ")", "see " + whole};
+}
+
+inline Written drawSenseBody(Draw& draw) {
+    auto const time = draw.fill("(sense_body % (view_mode ");
+    int const quality = draw.upTo(1);
+    int const width = draw.upTo(2);
+    auto const rest =
+        draw.fill(") (stamina # #) (speed # #) (head_angle #) (kick %) (dash %) "
+                  "(turn %) (say %) (turn_neck %) (catch %) (move %) (change_view %))");
+    return {time.text + std::array{"high ", "low "}[quality] +
+                std::array{"narrow", "normal", "wide"}[width] + rest.text,
+            "body " + time.row + row(quality, width) + rest.row};
+}
+
+/// What an ordinary match brings, one at least of each kind that has a handler.
+inline std::vector<std::string> samples(Draw& draw) {
+    std::vector<std::string> messages = {drawSee(draw).text, drawSenseBody(draw).text};
+    for (char const* pattern :
+         {"(hear % self $)", "(hear % # $)", "(hear % coach $)", "(hear % referee goal_l_%)",
+          "(hear % online_coach_left (freeform $))", "(score % % %)", "(change_player_type 4 %)",
+          "(error too_many_moves)", "(init l 1 play_on)",
+          "(fullstate % (ball # # # #) (l_1 # #))"}) {
+        messages.push_back(draw.fill(pattern).text);
+    }
+    messages.push_back("(server_param" + numbersFrom(1, 103) + ")");
+    messages.push_back("(player_param" + numbersFrom(1, 19) + ")");
+    messages.push_back("(player_type" + numbersFrom(1, 12) + ")");
+    return messages;
+}
