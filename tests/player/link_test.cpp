@@ -5,6 +5,9 @@
 #include <functional>
 #include <gtest/gtest.h>
 #include <limits>
+#include <map>
+#include <random>
+#include <tuple>
 
 #include "config/Configuration.h"
 #include "support/AgentHarness.h"
@@ -15,140 +18,136 @@ using Texts = std::vector<std::string>;
 
 class LinkTest : public testing::Test {
 protected:
-    /// What reaches the server; ends when nothing more comes.
-    Texts received() {
-        Texts texts;
-        while (auto text = agent.server.receive(20)) {
-            texts.push_back(*text);
-        }
-        return texts;
-    }
-
     support::LinkedAgent agent;
     Effectors& effectors = agent.effectors;
     ServerCommandHistory& history = agent.world.situation().commandHistory;
     ServerCommandCounters& counters = agent.world.queuedCommands();
 };
 
-TEST_F(LinkTest, TextsHistoryAndCounterOfEachCommand) {
+struct Kind {
+    Command command;
+    char const* word;
+    std::size_t numbers;
+    SharedInt ServerCommandCounters::*counter;
+    std::function<void(float a, float b)> queue;
+};
+
+TEST_F(LinkTest, SendsWhatWasQueuedOnceForEachPermission) {
     using Counters = ServerCommandCounters;
-    using enum Command;
-    constexpr float NO = NO_ARGUMENT;
-    struct Case {
-        char const* text;
-        std::function<void(Effectors&)> queue;
-        std::array<Command, 3> kinds; ///< main, other, say
-        std::array<float, 4> arguments;
-        std::atomic<int> Counters::*counter;
-    };
+    std::string said;
     // clang-format off
-    std::vector<Case> const cases = {
-        {"(move -10.500000 3.250000)",   [](auto& e) { e.queueMove(-10.5F, 3.25F); },   {move},              {-10.5F, 3.25F, NO, NO}, &Counters::move},
-        {"(kick 100.000000 -45.500000)", [](auto& e) { e.queueKick(100.0F, -45.5F); },  {kick},              {100, -45.5F, NO, NO},   &Counters::kick},
-        {"(dash -0.125000)",             [](auto& e) { e.queueDash(-0.125F); },         {dash},              {-0.125F, NO, NO, NO},   &Counters::dash},
-        {"(turn 3.000000)",              [](auto& e) { e.queueTurn(3.0F, 0.0F); },      {turn},              {3, NO, NO, NO},         &Counters::turn},
-        {"(catch 12.000000)",            [](auto& e) { e.queueGoalieCatch(12.0F); },    {goalieCatch},       {12, NO, NO, NO},        &Counters::goalieCatch},
-        {"(turn_neck 361.000000)",       [](auto& e) { e.queueTurnNeck(361.0F); },      {none, turnNeck},    {NO, NO, 361, NO},       &Counters::turnNeck},
-        {"(change_view narrow high)",    [](auto& e) { e.queueChangeView(ViewMode::narrow, ViewQuality::high); }, {none, changeView}, {NO, NO, 0, 0}, &Counters::changeView},
-        {"(change_view wide low)",       [](auto& e) { e.queueChangeView(ViewMode::wide, ViewQuality::low); },    {none, changeView}, {NO, NO, 2, 1}, &Counters::changeView},
-        {"(change_view normal low)",     [](auto& e) { e.queueChangeView(ViewMode::normal, ViewQuality::low); },  {none, changeView}, {NO, NO, 1, 1}, &Counters::changeView},
-        {"(say \"abc\")",                [](auto& e) { e.queueSay("abc"); },            {none, none, say},   {NO, NO, NO, NO},        &Counters::say},
-        {"(score)",                      [](auto& e) { e.queueScore(); },               {none, score, none}, {NO, NO, NO, NO},        nullptr},
-    };
+    std::array<Kind, 9> const kinds = {{
+        {Command::move,        "move",        2, &Counters::move,        [&](float a, float b) { effectors.queueMove(a, b); }},
+        {Command::kick,        "kick",        2, &Counters::kick,        [&](float a, float b) { effectors.queueKick(a, b); }},
+        {Command::dash,        "dash",        1, &Counters::dash,        [&](float a, float) { effectors.queueDash(a); }},
+        {Command::turn,        "turn",        1, &Counters::turn,        [&](float a, float) { effectors.queueTurn(a, 0); }},
+        {Command::goalieCatch, "catch",       1, &Counters::goalieCatch, [&](float a, float) { effectors.queueGoalieCatch(a); }},
+        {Command::turnNeck,    "turn_neck",   1, &Counters::turnNeck,    [&](float a, float) { effectors.queueTurnNeck(a); }},
+        {Command::changeView,  "change_view", 2, &Counters::changeView,  [&](float a, float b) { effectors.queueChangeView(ViewMode(int(a)), ViewQuality(int(b))); }},
+        {Command::say,         "say",         0, &Counters::say,         [&](float, float) { effectors.queueSay(said.c_str()); }},
+        {Command::score,       "score",       0, nullptr,                [&](float, float) { effectors.queueScore(); }},
+    }};
     // clang-format on
-    for (Case const& c : cases) {
-        SCOPED_TRACE(c.text);
+    std::array const widths = {" narrow", " normal", " wide"};
+    std::array const qualities = {" high", " low"};
+    std::mt19937 random(1);
+    auto const below = [&](std::size_t limit) { return random() % limit; };
+    std::array<int, 9> counted{};
+    for (int cycle = 0; cycle < 500; ++cycle) {
         agent.startCycle();
-        c.queue(effectors);
-        EXPECT_EQ(c.kinds, (std::array{history.mainKind, history.otherKind, history.sayKind}));
-        EXPECT_EQ(c.arguments, (std::array{history.mainArgument1, history.mainArgument2,
-                                           history.otherArgument1, history.otherArgument2}));
-        EXPECT_STREQ(c.kinds[2] == say ? "abc" : "", history.sayText.data());
-        auto const count = [&] { return c.counter == nullptr ? -1 : (counters.*c.counter).load(); };
-        int const before = count();
-        effectors.grantSend();
-        effectors.sendAllCommands();
-        EXPECT_EQ(c.text, agent.server.receive());
-        EXPECT_EQ(c.counter == nullptr ? -1 : before + 1, count());
+        ServerCommandHistory expected;
+        std::map<std::size_t, std::pair<std::string, std::size_t>>
+            queue; // main first, and its kind
+        std::size_t others = 0;
+        for (std::size_t calls = below(12); calls > 0; --calls) {
+            std::size_t const number = below(kinds.size());
+            Kind const& kind = kinds[number];
+            std::size_t const width = below(3);
+            std::size_t const quality = below(2);
+            std::array values = {static_cast<float>(below(9000)) / 64 - 70.1F,
+                                 quality == 0 ? -1e38F : 0.5F};
+            said.assign(below(9) == 0 ? 600 : below(9), 'x');
+            std::string text = std::string("(") + kind.word;
+            if (kind.command == Command::changeView) {
+                values = {static_cast<float>(width), static_cast<float>(quality)};
+                text.append(widths[width]).append(qualities[quality]);
+            } else {
+                for (std::size_t i = 0; i < kind.numbers; ++i)
+                    text.append(" ").append(std::to_string(values[i]));
+            }
+            bool const isSay = kind.command == Command::say;
+            if (isSay) text += " \"" + said + "\"";
+            kind.queue(values[0], values[1]);
+
+            bool const isMain = kind.command < Command::turnNeck;
+            if (!isMain && ++others > 6) continue;
+            queue[isMain ? 0 : others] = {(text + ")").substr(0, isMain ? 63 : 511), number};
+            if (isSay) std::snprintf(expected.sayText.data(), 512, "%s", said.c_str());
+            (isMain  ? expected.mainKind
+             : isSay ? expected.sayKind
+                     : expected.otherKind) = kind.command;
+            if (kind.numbers > 0)
+                (isMain ? expected.mainArgument1 : expected.otherArgument1) = values[0];
+            if (kind.numbers > 1)
+                (isMain ? expected.mainArgument2 : expected.otherArgument2) = values[1];
+        }
+        auto const all = [](ServerCommandHistory const& h) {
+            return std::tuple(h.mainKind, h.otherKind, h.sayKind, h.mainArgument1, h.mainArgument2,
+                              h.otherArgument1, h.otherArgument2, std::string(h.sayText.data()));
+        };
+        ASSERT_EQ(all(expected), all(history));
+
+        Texts sent;
+        if (below(4) > 0) {
+            effectors.grantSend();
+            for (auto const& [slot, command] : queue) {
+                sent.push_back(command.first);
+                ++counted[command.second];
+            }
+        }
+        below(2) == 0 ? effectors.sendAllCommands() : static_cast<void>(std::raise(SIGALRM));
+        effectors.sendAllCommands(); // without a permission
+        if (!sent.empty()) effectors.grantSend();
+        std::raise(SIGALRM); // all is sent already
+        effectors.sendCommandDirect("(end)");
+        sent.emplace_back("(end)");
+        for (std::string const& text : sent)
+            ASSERT_EQ(text, agent.server.receive());
+    }
+    for (std::size_t i = 0; kinds[i].counter != nullptr; ++i) {
+        EXPECT_EQ(counted[i], counters.*kinds[i].counter) << kinds[i].word;
     }
 }
 
 TEST_F(LinkTest, TurnsSendTheMomentAndRecordTheAngle) {
-    constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
-    struct Case {
-        float angle, speed, minMoment, maxMoment;
-        char const* text;
-        float expectedAngle = NO_ARGUMENT;
-    };
-    // Inertia 5 and decay 0.4 make the moment three times the angle at speed 1.
-    // clang-format off
-    for (Case const& c : {
-        Case{   30, 1, -180, 180, "(turn 90.000000)",      30},
-        Case{   90, 1, -180, 180, "(turn 180.000000)",     60},
-        Case{  -90, 1, -180, 180, "(turn -180.000000)",   -60},
-        Case{   10, 1,   50,  40, "(turn 40.000000)",  40/3.F},
-        Case{  -90, 1, -210, 200, "(turn -180.000000)",   -70},
-        Case{  200, 0, -180, 180, "(turn 180.000000)",    200},
-        Case{0.03F, 1, -180, 180, ""},
-        Case{-0.1F, 0, -180, 180, ""},
-        Case{0.11F, 0, -180, 180, "(turn 0.110000)",    0.11F},
-        Case{NOT_A_NUMBER, 0, -180, 180, ""},
-        Case{   10, NOT_A_NUMBER, -180, 180, ""}}) {
-        // clang-format on
+    std::mt19937 random(1);
+    std::uniform_real_distribution<float> share(-1, 1);
+    for (int round = 0; round < 5000; ++round) {
+        float const angle = share(random) * (round % 4 == 0 ? 0.2F : 220.0F);
+        float const speed = std::max(0.0F, share(random));
+        float const least = Configuration::minMoment = 210 * share(random);
+        float const most = Configuration::maxMoment = 210 * share(random);
+        double const effort = 1 + 5 * 0.4 * speed; // inertia and decay
+        double const wanted = angle * effort;
+        double const limited =
+            speed > 0 ? std::min<double>(std::max<double>(wanted, least), most) : wanted;
+        double const moment = std::min(180.0, std::max(-180.0, limited));
         agent.startCycle();
-        Configuration::minMoment = c.minMoment;
-        Configuration::maxMoment = c.maxMoment;
-        effectors.queueTurn(c.angle, c.speed);
-        EXPECT_EQ(c.text, agent.mainCommand()) << c.angle;
-        EXPECT_FLOAT_EQ(c.expectedAngle, history.mainArgument1) << c.angle;
+        effectors.queueTurn(angle, speed);
+        std::string const text = agent.mainCommand();
+        bool const sent = std::abs(moment) > 0.1;
+        ASSERT_EQ(sent, !text.empty()) << angle << ' ' << speed;
+        ASSERT_NEAR(sent ? moment : 0, sent ? std::stod(text.substr(6)) : 0, 1e-4);
+        ASSERT_NEAR(sent ? limited / effort : NO_ARGUMENT, history.mainArgument1, 1e-4);
     }
-}
-
-TEST_F(LinkTest, OneSendPerPermission) {
-    effectors.queueDash(50.0F);
-    effectors.queueTurnNeck(1.0F);
-    effectors.queueKick(10.0F, 0.0F);
-    effectors.queueTurnNeck(2.0F);
-    effectors.sendAllCommands();
-    EXPECT_EQ(Texts{}, received());
-
-    effectors.grantSend();
-    effectors.sendAllCommands();
-    effectors.sendAllCommands();
-    effectors.grantSend();
-    effectors.sendAllCommands(); // all is sent already
-    EXPECT_EQ((Texts{"(kick 10.000000 0.000000)", "(turn_neck 1.000000)", "(turn_neck 2.000000)"}),
-              received());
-    EXPECT_EQ(0, counters.dash);
-
-    // The timer's signal sends as well.
-    effectors.clearQueue();
-    effectors.queueSay("x");
-    std::raise(SIGALRM);
-    EXPECT_EQ(Texts{}, received());
-    effectors.grantSend();
-    std::raise(SIGALRM);
-    effectors.sendAllCommands();
-    effectors.sendCommandDirect("(direct)");
-    EXPECT_EQ((Texts{"(say \"x\")", "(direct)"}), received());
-}
-
-TEST_F(LinkTest, FullQueueAndLongTexts) {
-    effectors.queueSay(std::string(600, 'a').c_str());
-    for (int i = 1; i <= 6; ++i) {
-        effectors.queueTurnNeck(static_cast<float>(i));
+    float const none = std::numeric_limits<float>::quiet_NaN();
+    for (auto const& [angle, speed] :
+         {std::pair(-0.1F, 0.0F), {0.1F, 0.0F}, {none, 0.0F}, {9.0F, none}}) {
+        agent.startCycle();
+        effectors.queueTurn(angle, speed);
+        EXPECT_EQ("", agent.mainCommand()) << angle;
+        EXPECT_EQ(Command::none, history.mainKind);
     }
-    effectors.queueSay("seventh");
-    EXPECT_EQ(5.0F, history.otherArgument1);
-    EXPECT_EQ(std::string(511, 'a'), history.sayText.data());
-    effectors.queueMove(-std::numeric_limits<float>::max(), std::numeric_limits<float>::max());
-    effectors.grantSend();
-    effectors.sendAllCommands();
-    Texts const texts = received();
-    ASSERT_EQ(7U, texts.size());
-    EXPECT_EQ(63U, texts[0].size());
-    EXPECT_EQ("(say \"" + std::string(505, 'a'), texts[1]);
-    EXPECT_EQ("(turn_neck 5.000000)", texts[6]);
 }
 
 TEST_F(LinkTest, FollowsTheServerToAnotherPortAndCutsLongDatagrams) {
