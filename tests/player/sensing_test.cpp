@@ -4,6 +4,7 @@
 #include <atomic>
 #include <functional>
 #include <gtest/gtest.h>
+#include <tuple>
 
 #include "practice/Parameters.h"
 #include "sensing/Sensors.h"
@@ -71,22 +72,29 @@ TEST(Sensing, EachKindRaisesItsOwnFlagAndKeepsItsAddress) {
 /// Main may still be reading a vector while the next see is copied into it.
 TEST(Sensing, VectorsNeverMove) {
     AgentHarness agent;
-    auto const ofAllSeen = [](auto what) {
-        return std::array{what(Sensors::lines),  what(Sensors::flags),   what(Sensors::goals),
-                          what(Sensors::allies), what(Sensors::enemies), what(Sensors::neuts),
-                          what(Sensors::balls)};
+    auto const places = [] {
+        return std::tuple(Sensors::lines.data(), Sensors::flags.data(), Sensors::goals.data(),
+                          Sensors::allies.data(), Sensors::enemies.data(), Sensors::neuts.data(),
+                          Sensors::balls.data());
     };
-    auto const sizes = [](auto const& seen) { return static_cast<int>(seen.size()); };
-    auto const addresses = [](auto const& seen) { return static_cast<void const*>(seen.data()); };
-
-    auto const before = ofAllSeen(addresses);
+    auto const before = places();
     std::string see = "(see 1";
     for (std::size_t i = 0; i < RCC_Visual::MAX_OBJECTS; ++i) {
         see += "((l t) 1)((F) 2)((P) 3)";
     }
     agent.receive(see + ")");
-    EXPECT_EQ((std::array{128, 128, 0, 0, 0, 128, 0}), ofAllSeen(sizes));
-    EXPECT_EQ(before, ofAllSeen(addresses));
+    EXPECT_EQ(before, places());
+    EXPECT_EQ((std::array{128UL, 128UL, 128UL}),
+              (std::array{Sensors::lines.size(), Sensors::flags.size(), Sensors::neuts.size()}));
+}
+
+TEST(Sensing, ATextEndsAtItsNul) {
+    AgentHarness agent;
+    agent.link.sendMessage("(hello)");
+    agent.server.receive();
+    agent.server.send(std::string_view("(score 1 7 3)\0left over", 22));
+    Sensors::sense();
+    EXPECT_EQ(7, Sensors::score->ours);
 }
 
 TEST(Sensing, NullHandlesThrowAndLeaveTheSeeBefore) {
