@@ -5,7 +5,8 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <set>
+#include <map>
+#include <unistd.h>
 
 #include "player/Stage.h"
 
@@ -115,7 +116,6 @@ TEST(FieldPlayer, PassesFromSetPiecesAndLeavesThemToOthers) {
 
 TEST(FieldPlayer, KicksOffToEitherCorner) {
     Stage stage(10);
-    std::set<double> aims;
     for (unsigned seed = 0; seed < 20; ++seed) {
         atSetPiece(stage, 0);
         srandom(seed);
@@ -123,49 +123,61 @@ TEST(FieldPlayer, KicksOffToEitherCorner) {
         srandom(seed);
         decided(stage, PM_OUR_KICK_OFF);
         EXPECT_NEAR(stage.number(1), practice::toDeg(std::atan2(corner, 52)), 0.1);
-        aims.insert(corner);
     }
-    EXPECT_EQ(aims.size(), 2U);
+    stage.show(-9, 0, 0, 0, 0);
+    decided(stage, PM_OUR_KICK_OFF);
+    EXPECT_EQ(stage.mainCommand(), "(dash 50.000000)"); // walks to the ball
 }
 
-TEST(FieldPlayer, PlaysOn) {
-    struct Case {
-        char const* what;
-        int unum;
-        double x, ballX;
-        char const* words;
-        double power, aimX = 0, aimY = 0;
-        bool attacked = false;
-    };
-    constexpr double ANY = 0;
-    // clang-format off
-    for (Case const& c : {
-        Case{"shoots",                          10, 35, 35.4, "kick",           200, 52, 5.51},
-        Case{"is attacked and plays on",        10, 35, 35.4, "kick+turn_neck", 200, 52, 5.51, true},
-        Case{"dribbles",                        10, 16, 16.4, "kick",            30, 40, 0},
-        Case{"shoots from afar as number 10",   10, 10, 10.4, "kick+turn_neck", 200, 52, 5.51},
-        Case{"shoots from its own half",         7, -5, -4.6, "kick+turn_neck", 200, 52, 5.51},
-        Case{"plays to number 10",               7, 10, 10.4, "kick",           ANY, 40, 0},
-        Case{"runs for the ball",                7,  0,    9, "dash+turn_neck", 100}}) {
-        // clang-format on
-        Stage stage(c.unum);
-        stage.show(c.x, 0, 0, c.ballX, 0);
-        if (c.attacked) stage.addOpponent(4, static_cast<float>(c.x), 2);
-        stage.world.myself().headDirection = 10; // so that the neck has something to do
-        EXPECT_EQ(decided(stage, PM_PLAY_ON), c.words) << c.what;
-        EXPECT_TRUE(c.power == ANY || std::abs(stage.number(0) - c.power) < 0.1) << c.what;
-        if (c.aimX != 0) {
-            double const direction = practice::toDeg(std::atan2(c.aimY, c.aimX - c.x));
-            EXPECT_NEAR(stage.number(1), direction, 0.1) << c.what;
+TEST(FieldPlayer, PlaysOnByTheFirstThingThatApplies) {
+    Draw draw;
+    std::map<std::string, int> done;
+    for (int i = 0; i < 1500; ++i) {
+        Stage stage(i % 2 == 0 ? 10 : 7);
+        double const x = std::rint(draw(-3, 40)); // whole metres, so as to meet the limits
+        stage.show(x - 0.4, draw(-20, 20), draw(-180, 180), x, 0);
+        stage.putBall(x, stage.body().pos.y);
+        stage.perceive();
+        stage.world.myself().headDirection = 100; // so that the neck has something to do
+        if (i % 3 == 0) stage.addTeammate(9, draw.real(30, 50), draw.real(-20, 20));
+        for (int n = 2; n < 4; ++n) {
+            stage.addOpponent(n, draw.real(-3, 50), draw.real(-20, 20));
         }
+        if (i % 4 == 0)
+            stage.addOpponent(4, static_cast<float>(x), stage.world.ball().position.y + 2);
+
+        Vector2D const ahead = at(34, 0) + 0.15F * stage.world.calcSBSPPosition(10);
+        Player const* const mate = stage.world.getPassCand(true);
+        std::string what = "just shoots";
+        if (stage.world.beingAtGoodPointToScore()) {
+            what = "shoots";
+        } else if (mate != nullptr) {
+            what = "passes";
+            SkillPool::passBallToPos(mate->position, 1.2F);
+        } else if (x > 15 && !stage.world.beingFrontalAttacked()) {
+            what = "dribbles";
+            SkillPool::simpleDribbleToPoint(at(40, 0), 100);
+        } else if (x >= 0 && x <= 15 && i % 2 == 1) {
+            what = "plays to number 10";
+            SkillPool::passBallToPos(ahead, 1);
+        }
+        if (stage.mainCommand().empty()) SkillPool::scoreGoal();
+        std::vector<double> const kick = numbersIn(stage.mainCommand());
+        EXPECT_EQ(decided(stage, PM_PLAY_ON), what == "just shoots" ? "kick+turn_neck" : "kick");
+        EXPECT_NEAR(stage.number(0), kick[0], 1e-3) << what << ' ' << x;
+        EXPECT_NEAR(stage.number(1), kick[1], 1e-3) << what << ' ' << x;
+        ++done[what];
     }
+    EXPECT_EQ(done.size(), 5U);
+}
+
+TEST(FieldPlayer, PlaysOnWithoutTheBall) {
     Stage stage(7);
-    stage.show(0, 0, 0, 0.4, 0);
-    stage.addTeammate(9, 30, 20);
-    EXPECT_EQ(decided(stage, PM_PLAY_ON), "kick"); // to the free one
-    EXPECT_NEAR(stage.number(1), practice::toDeg(std::atan2(20, 30)), 0.1);
+    stage.show(0, 0, 0, 15, -1);
+    EXPECT_EQ(decided(stage, PM_PLAY_ON), "dash+turn_neck"); // for the ball
+    EXPECT_EQ(stage.number(0), 100);
     stage.show(0, 0, 0, 15, -3);
-    EXPECT_EQ(decided(stage, PM_PLAY_ON), "turn"); // for the ball
+    EXPECT_EQ(decided(stage, PM_PLAY_ON), "turn");
     EXPECT_NEAR(stage.number(0), practice::toDeg(std::atan2(-3, 15)), 0.1);
     stage.addTeammate(8, 15, 1); // nearer to it, so to its own place, with an eye on the ball
     EXPECT_EQ(decided(stage, PM_PLAY_ON), "dash+turn_neck");
@@ -213,6 +225,10 @@ TEST(FieldPlayer, AsksForWellTimedSeesBeforeTheKickOff) {
     EXPECT_EQ(decided(stage, PM_BEFORE_KICK_OFF), "+change_view");
     info.viewWidth = static_cast<int>(ViewMode::wide);
     stage.world.setTimeLastSee(); // too many in one cycle
+    EXPECT_EQ(decided(stage, PM_BEFORE_KICK_OFF), "");
+    stage.world.setTimeLastSB();
+    usleep(12000);
+    stage.world.setTimeLastSee(); // too late in the cycle
     EXPECT_EQ(decided(stage, PM_BEFORE_KICK_OFF), "");
     EXPECT_EQ(stage.server.receive(20), std::nullopt);
     seeRightAfterSenseBody();

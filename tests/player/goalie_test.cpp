@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <tuple>
+#include <array>
 
 #include "player/Stage.h"
 
@@ -43,65 +43,64 @@ TEST(Goalie, CatchesAndWaitsForTheBanToEnd) {
 }
 
 TEST(Goalie, RunsOutOnlyForBallsInItsArea) {
-    struct Case {
-        double x, y, vx, vy;
-        bool runsOut;
+    Keeper keeper;
+    Draw draw;
+    auto const inArea = [](Vector2D p) {
+        return p.x > -52 && p.x < -35.5F && std::abs(p.y) < 20.16F;
     };
-    for (Case const& c :
-         {Case{-40, 15, 0, 0, true}, Case{-34, 15, 0, 0, false}, Case{-34, 15, -1, -0.5, true},
-          Case{-34, 15, 1, 0.5, false}, Case{-40, 21, 0, 0, false}}) {
-        Keeper keeper;
-        practice::Vec const guard = practice::polar(7.01, std::atan2(c.y, c.x + 52));
-        keeper.show(guard.x - 52, guard.y, 0, c.x, c.y, c.vx, c.vy);
-        EXPECT_EQ(decided(keeper, PM_PLAY_ON, 50), c.runsOut ? "turn" : "") << c.x << ' ' << c.y;
+    for (int i = 0; i < 2000; ++i) {
+        keeper.show(-48, 0, 0, draw(-46, -30), draw(-23, 23), draw(-1, 1), draw(-1, 1));
+        Vector2D point;
+        int cycles = 0;
+        bool const reachable =
+            keeper.world.interceptionPoint(keeper.world.myself(), point, cycles, true);
+        if (inArea(keeper.world.ball().position) || (reachable && inArea(point))) {
+            SkillPool::getBall(100, true, WALK_TO_BALL);
+        } else {
+            SkillPool::goaliePositioning();
+        }
+        std::string const command = keeper.mainCommand();
+        decided(keeper, PM_PLAY_ON, 50);
+        EXPECT_EQ(keeper.mainCommand(), command) << point;
     }
 }
 
 TEST(Goalie, GuardsTheLineBetweenBallAndGoal) {
     Keeper keeper;
     Draw draw;
-    for (int i = 0; i < 2000; ++i) {
-        double const ballX = draw(-45, 50);
-        double const ballY = draw(-33, 33);
-        practice::Vec const motion{draw(-1, 1), draw(-1, 1)};
-        // As many cycles ahead as the ball at full speed needs to the goal.
-        int const ahead = static_cast<int>(std::hypot(ballX + 52, ballY) / 3.0);
-        double const angle = std::atan2(ballY + ahead * motion.y, ballX + ahead * motion.x + 52);
-        double const other = angle + practice::toRad(180);
-        // Inside the field lies the end of the line that points away from the goal line.
-        double const way = std::abs(angle) < practice::toRad(90) ? angle : other;
-        double const x = -52 + 7.01 * std::cos(way);
-        double const y = 7.01 * std::sin(way);
-        if (x < -50) continue; // too steep to say
-
+    int backwards = 0;
+    for (int i = 0; i < 4000; ++i) {
         practice::Vec const me{draw(-51, -30), draw(-20, 20)};
-        keeper.show(me.x, me.y, draw(-180, 180), ballX, ballY, motion.x, motion.y);
-        SkillPool::goaliePositioning();
-        std::string const command = keeper.mainCommand();
-        double const distance = std::hypot(x - me.x, y - me.y);
-        EXPECT_EQ(command.empty(), distance < 1) << distance;
-        if (command.empty()) continue;
-
+        practice::Vec const ball{draw(-45, 50), draw(-33, 33)};
+        practice::Vec const motion{draw(-1, 1), draw(-1, 1)};
+        practice::Vec const goal{-52, 0};
+        // As many cycles ahead as the ball at full speed needs to the goal; of the line there the
+        // end inside the field.
+        practice::Vec way = ball + motion * std::trunc(distance(ball, goal) / 3) - goal;
+        if (way.x < 0) way *= -1;
+        practice::Vec const target = goal + way * (7.01 / way.length());
+        if (target.x < -50) continue; // too steep to say
+        keeper.show(me.x, me.y, draw(-180, 180), ball.x, ball.y, motion.x, motion.y);
         // Backwards when ball and target lie on different sides, so as to keep the ball in view.
-        double const toTarget = practice::toDeg(std::atan2(y - me.y, x - me.x));
-        double const toBall = practice::toDeg(std::atan2(ballY - me.y, ballX - me.x));
-        double const between = std::abs(turned(toTarget - toBall));
-        if (std::abs(between - 100) < 1) continue; // angles below half a degree count as none
-        bool const backwards = between > 100;
-        double const turn =
-            turned(toTarget - practice::toDeg(keeper.body().body) + (backwards ? 180 : 0));
-        if (std::abs(std::abs(turn) - 8) < 0.1 || std::abs(turn) > 179.9) continue;
-        if (std::abs(turn) < 8) {
-            EXPECT_EQ(command, backwards ? "(dash -100.000000)" : "(dash 100.000000)");
-        } else {
-            EXPECT_NEAR(keeper.number(0), turn, 0.05 + 0.1 / distance);
-        }
+        double const between =
+            std::abs(turned(practice::toDeg((ball - me).angle() - (target - me).angle())));
+        if (std::abs(between - 100) < 0.6) continue; // angles below half a degree count as none
+        float const power = between > 100 ? -100 : 100;
+        bool const there = SkillPool::goToPoint(at(target.x, target.y), 1, power);
+        std::string const word = keeper.word();
+        double const number = keeper.number(0);
+        keeper.startCycle();
+        SkillPool::goaliePositioning();
+        EXPECT_EQ(keeper.word(), word) << distance(me, target);
+        EXPECT_TRUE(there || std::abs(turned(keeper.number(0) - number)) < 0.01) << number;
+        backwards += number == -100;
     }
+    EXPECT_GT(backwards, 10);
 }
 
 TEST(Goalie, TakesItsFreeKickAfterFiftyCycles) {
     Keeper keeper;
-    keeper.takeBall(-48, 0, 11);
+    keeper.takeBall(-48, 4, 11);
     for (int call = 1; call <= 50; ++call) {
         EXPECT_EQ(decided(keeper, PM_OUR_FREE_KICK, 200 + call), "") << call;
     }
@@ -111,43 +110,46 @@ TEST(Goalie, TakesItsFreeKickAfterFiftyCycles) {
         keeper.takeBall(-48, 0, facing);
         EXPECT_EQ(decided(keeper, PM_OUR_FREE_KICK, 252), "move");
         EXPECT_EQ(keeper.mainCommand(), "(move -38.000000 -12.000000)");
+        keeper.takeBall(-38, -8.9, facing);
+        EXPECT_EQ(decided(keeper, PM_OUR_FREE_KICK, 252), "move");
         keeper.takeBall(-38, -9.1, facing);
         EXPECT_EQ(decided(keeper, PM_OUR_FREE_KICK, 253), "kick");
     }
+    keeper.addTeammate(9, 0, 9);
+    EXPECT_EQ(decided(keeper, PM_OUR_FREE_KICK, 253), "kick");
+    EXPECT_NEAR(turned(keeper.number(1) - 9.9), practice::toDeg(std::atan2(18.1, 38)), 0.1);
     // For five cycles it does not catch its own kick, but goes after it.
     keeper.takeBall(-38, -9.1);
     EXPECT_NE(decided(keeper, PM_PLAY_ON, 257), "catch");
     EXPECT_EQ(decided(keeper, PM_PLAY_ON, 258), "catch");
     EXPECT_EQ(decided(keeper, PM_OUR_FREE_KICK, 259), ""); // waits again after play on
-    keeper.show(-38, -9.1, 0, -30, 0);
-    EXPECT_NE(decided(keeper, PM_OUR_FREE_KICK, 260), ""); // not its own
+    keeper.show(-48, 20, 0, -46.1, 20);                    // still its own, and not any more
+    EXPECT_EQ(decided(keeper, PM_OUR_FREE_KICK, 259), "");
+    keeper.show(-48, 20, 0, -45.9, 20);
+    EXPECT_NE(decided(keeper, PM_OUR_FREE_KICK, 260), "");
 }
 
 TEST(Goalie, KicksOffFromTheSideWithFewerOpponentsForEachTeamMate) {
-    struct Case {
-        int opponentsLeft, opponentsRight, matesLeft, matesRight;
-        bool right;
-    };
-    for (Case const& c :
-         {Case{0, 0, 0, 9, false}, Case{0, 3, 0, 0, false}, Case{1, 0, 5, 0, true},
-          Case{2, 2, 2, 2, true}, Case{1, 1, 1, 2, true}, Case{1, 1, 2, 1, false},
-          Case{1, 2, 1, 2, false}, Case{2, 1, 2, 1, true}, Case{3, 2, 1, 1, true}}) {
+    Draw draw;
+    for (int i = 0; i < 300; ++i) {
         Keeper keeper;
         keeper.show(-48, 30, 0, 0, 0);
-        // Where the two spaces do not overlap.
-        for (auto const& [opponents, mates, y] :
-             {std::tuple(c.opponentsLeft, c.matesLeft, -20.0F),
-              std::tuple(c.opponentsRight, c.matesRight, 20.0F)}) {
-            for (int i = 0; i < opponents; ++i) {
-                keeper.addOpponent(2 + i, -20.0F, y);
-            }
-            for (int i = 0; i < mates; ++i) {
-                keeper.addTeammate(2 + i, -20.0F, y);
-            }
+        std::array<double, 2> opponents{};
+        std::array<double, 2> mates{}; // where the two spaces do not overlap
+        for (std::size_t side : {0U, 1U}) {
+            opponents[side] = std::floor(draw(0, 4));
+            mates[side] = std::floor(draw(0, 4));
+            float const y = side == 0 ? -20.0F : 20.0F;
+            for (int n = 0; n < opponents[side]; ++n)
+                keeper.addOpponent(2 + n, -20, y);
+            for (int n = 0; n < mates[side]; ++n)
+                keeper.addTeammate(2 + n, -20, y);
         }
-        Vector2D const point = SkillPool::findGoalieKickOffPoint();
-        EXPECT_EQ(point, at(-38, c.right ? 12 : -12))
-            << c.opponentsLeft << c.opponentsRight << c.matesLeft << c.matesRight;
+        double const left = mates[0] * opponents[1];
+        double const right = mates[1] * opponents[0];
+        bool const better = left < right || (left == right && mates[1] <= mates[0]);
+        bool const onRight = opponents[0] > 0 && (opponents[1] == 0 || better);
+        EXPECT_EQ(SkillPool::findGoalieKickOffPoint(), at(-38, onRight ? 12 : -12));
     }
 }
 

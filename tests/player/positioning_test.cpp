@@ -3,86 +3,100 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <vector>
 
 #include "player/Stage.h"
-#include "worldmodel/Formation.h"
 
 namespace {
 
+// x and y by shirt number; the corner positions from number 2 on.
+using Places = std::vector<double>;
+Places const HOMES = {-45, 0, -17, -21, -18, -5, -18, 5,  -17, 21, 0,
+                      -15, 0, 0,   0,   15,  15, -20, 20, 0,   15, 20};
+Places const INITIAL = {-50, 0,   -15, -16, -17, -5, -17, 5,  -15, 16, -10,
+                        -20, -10, 0,   -10, 20,  -1, -23, -2, 0,   -1, 23};
+Places const OUR_CORNER = {0,   0,  30, -15, 30, -6, 30, 6,  30, 15, 42,
+                           -20, 42, 0,  42,  20, 45, -9, 45, 0,  45, 9};
+Places const THEIR_CORNER = {0,   0,   -45, -15, -51, -6,  -51, 6,   -45, 15,  -45,
+                             -25, -40, 0,   -45, 25,  -35, -20, -35, 0,   -35, 20};
+
+practice::Vec placeOf(int n, Places const& places) {
+    auto const i = static_cast<std::size_t>(2 * n);
+    return {places[i - 2], places[i - 1]};
+}
+
 /// Where number n stands, drawn from `from`: by the lines of the team instead of by number.
-Vector2D strategic(int n, Vector2D from, Vector2D ball, bool offside) {
+practice::Vec strategic(int n, practice::Vec from, practice::Vec ball, bool offside) {
     bool const keeper = n == 1;
     bool const back = n >= 2 && n <= 5;
     bool const striker = n >= 9;
-    double const pullX = keeper ? 0.1 : striker ? 0.6 : 0.5;
-    double const pullY = keeper ? 0.1 : 0.25;
-    Vector2D const home = Formation::homePosition(n);
-    double x = home.x + pullX * (ball.x - from.x);
-    double y = home.y + pullY * (ball.y - from.y);
-    if (y > 24 || y < -24) y -= pullY * (ball.y - from.y) / 2;
-    if (offside || ((keeper || back) && ball.x < x)) x = ball.x;
-    double const low = keeper ? -52.5 : back ? -41 : striker ? -25 : -38;
-    double const high = keeper ? -30 : back ? -10 : striker ? 42 : 35;
-    return at(std::clamp(x, low, high), y);
+    double const pull = (keeper ? 0.1 : 0.25) * (ball.y - from.y);
+    double const middle = (keeper ? 0.1 : striker ? 0.6 : 0.5) * (ball.x - from.x);
+    practice::Vec place = placeOf(n, HOMES) + practice::Vec{middle, pull};
+    if (std::abs(place.y) > 24) place.y -= pull / 2;
+    if (offside || ((keeper || back) && ball.x < place.x)) place.x = ball.x;
+    return {std::clamp(place.x,
+                       keeper    ? -52.5
+                       : back    ? -41.0
+                       : striker ? -25.0
+                                 : -38.0,
+                       keeper    ? -30.0
+                       : back    ? -10.0
+                       : striker ? 42.0
+                                 : 35.0),
+            place.y};
 }
 
 } // namespace
 
 TEST(Positioning, StrategicPositionsOfAllNumbers) {
     Draw draw;
-    for (int n = 1; n <= 11; ++n) {
+    for (int i = 0; i < 6000; ++i) {
+        int const n = i % 11 + 1;
         Stage stage(n);
-        for (int i = 0; i < 500; ++i) {
-            Vector2D const me = at(draw(-50, 50), draw(-33, 33));
-            Vector2D const ball = at(draw(-52, 52), draw(-34, 34));
-            bool const offside = i % 4 == 0;
-            stage.show(me.x, me.y, 0, ball.x, ball.y);
-            stage.world.situation().playMode = offside ? 17 : i % 3 == 0 ? 18 : 3;
+        practice::Vec const me{draw(-50, 50), draw(-33, 33)};
+        practice::Vec const ball{draw(-52, 52), draw(-34, 34)};
+        bool const offside = i % 4 == 0;
+        stage.show(me.x, me.y, 0, ball.x, ball.y);
+        stage.world.situation().playMode = offside ? 17 : i % 3 == 0 ? 18 : 3;
 
-            // Team-mates are expected by their home, the agent itself goes by where it is.
-            expectNear(strategic(n, Formation::homePosition(n), ball, offside),
-                       stage.world.calcSBSPPosition(n));
-            Vector2D const way = strategic(n, me, ball, offside) - me;
-            double const turn = practice::toDeg(std::atan2(way.y, way.x));
-            bool const there = way.getLength() < 3;
-            EXPECT_EQ(SkillPool::goToStrategicPosition(), there);
-            if (stage.word() == "turn") {
-                EXPECT_NEAR(stage.number(0), turn, 0.01);
-            } else {
-                EXPECT_EQ(stage.mainCommand(), there ? "" : "(dash 100.000000)");
-                EXPECT_TRUE(there || std::abs(turn) <= 8.01) << turn;
-            }
-        }
+        // Team-mates are expected by their home, the agent itself goes by where it is.
+        practice::Vec const expected = strategic(n, placeOf(n, HOMES), ball, offside);
+        expectNear(at(expected.x, expected.y), stage.world.calcSBSPPosition(n));
+        practice::Vec const way = strategic(n, me, ball, offside) - me;
+        double const turn = practice::toDeg(way.angle());
+        bool const there = way.length() < 3;
+        // Away from its place its neck, there its body too follows the ball.
+        SkillPool::doPositioning();
+        double const wanted = there ? practice::toDeg((ball - me).angle()) : turn;
+        bool const straight = std::abs(wanted) < (there ? 5 : 8);
+        EXPECT_EQ(stage.word(), !straight ? "turn" : there ? "" : "dash") << wanted;
+        EXPECT_TRUE(straight || std::abs(stage.number(0) - wanted) < 0.01);
+        EXPECT_EQ(SkillPool::goToStrategicPosition(), there);
     }
 }
 
 TEST(Positioning, FixedPlaces) {
-    struct Case {
-        int unum;
-        double advance, ourCornerY, theirCornerX;
-    };
-    for (Case const& c : {Case{1, 0, NAN, NAN}, Case{2, 30, -15, -45}, Case{11, 30, 9, -35}}) {
-        Stage stage(c.unum);
-        Vector2D const home = Formation::homePosition(c.unum);
-        EXPECT_EQ(stage.world.myself().homePosition, home);
-        EXPECT_EQ(stage.world.myself().attackPosition, home + at(c.advance, 0));
-        SkillPool::moveToInitialPosition();
-        EXPECT_EQ(at(stage.number(0), stage.number(1)), Formation::initialPosition(c.unum));
-        for (auto const& [off, command] :
-             {std::pair(0.99, ""), std::pair(1.01, "(dash 60.000000)")}) {
-            bool const keeper = c.unum == 1; // has no place
-            stage.show(c.unum == 11 ? 45 - off : 30 - off, c.ourCornerY, 0, 0, 0);
-            EXPECT_EQ(SkillPool::goToPositionOurCKick(), keeper || off < 1);
-            EXPECT_EQ(stage.mainCommand(), keeper ? "" : command);
-            stage.show(c.theirCornerX - off, c.unum == 11 ? 20 : -15, 0, 0, 0);
-            EXPECT_EQ(SkillPool::goToPositionTheirCKick(), keeper || off < 1);
-            EXPECT_EQ(stage.mainCommand(), keeper ? "" : command);
-        }
-    }
     for (int n = 1; n <= 11; ++n) {
         Stage stage(n);
+        practice::Vec const home = placeOf(n, HOMES);
+        EXPECT_EQ(stage.world.myself().homePosition, at(home.x, home.y));
+        EXPECT_EQ(stage.world.myself().attackPosition, at(home.x + (n == 1 ? 0 : 30), home.y));
+        SkillPool::moveToInitialPosition();
+        EXPECT_EQ((practice::Vec{stage.number(0), stage.number(1)}), placeOf(n, INITIAL)) << n;
+        for (double const off : {-1.01, -0.99, 0.99, 1.01}) {
+            bool const there = n == 1 || std::abs(off) < 1; // the goalkeeper has no place
+            for (bool const ours : {true, false}) {
+                practice::Vec const corner = placeOf(n, ours ? OUR_CORNER : THEIR_CORNER);
+                stage.show(corner.x + off, corner.y, off > 0 ? 180 : 0, 0, 0);
+                EXPECT_EQ(ours ? SkillPool::goToPositionOurCKick()
+                               : SkillPool::goToPositionTheirCKick(),
+                          there);
+                EXPECT_EQ(stage.mainCommand(), there ? "" : "(dash 60.000000)") << n;
+            }
+        }
         for (int other = 2; other <= 11; ++other) {
-            Vector2D const near = Formation::homePosition(other) + at(2, 0);
+            Vector2D const near = at(placeOf(other, HOMES).x + 2, placeOf(other, HOMES).y);
             EXPECT_EQ(stage.world.isMyHomePosClosestToPos(near), n == other) << n;
         }
         // Of two equally near the lower number, and the goalkeeper never.

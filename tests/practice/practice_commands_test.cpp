@@ -28,27 +28,23 @@ T first(std::string_view datagram) {
 
 } // namespace
 
-TEST(Commands, NumbersInAllTheirForms) {
+TEST(Commands, AreReadInAllTheirForms) {
     EXPECT_EQ(first<Turn>("(turn 10)").moment, 10.0);
     EXPECT_EQ(first<Turn>("( turn\t+.5 )\n").moment, 0.5);
     EXPECT_EQ(first<Dash>("(dash -1.5e1)").power, -15.0);
     EXPECT_EQ(first<Dash>("(dash 50 -90)").dir, -90.0);
     EXPECT_EQ(first<Kick>("(kick 100 -30.000000)").dir, -30.0);
     EXPECT_EQ(first<Move>("(move -10 5)").pos, (Vec{-10.0, 5.0}));
-}
-
-TEST(Commands, SayWithAndWithoutQuotes) {
     EXPECT_EQ(first<Say>("(say \"a(b) c\")").text, "a(b) c");
     EXPECT_EQ(first<Say>("(say  go)(turn 5)").text, " go)(turn 5");
-    EXPECT_EQ(read("(say \"x\")(turn 5)"), Read(2, false));
-}
-
-TEST(Commands, SeveralInADatagramUpToTheFirstBadOne) {
-    EXPECT_EQ(read("(turn 10)(turn_neck 5) \n(change_view narrow low)\0"sv), Read(3, false));
-    EXPECT_EQ(read("(dash 50)(fly 3)(turn 10)"), Read(1, true));
-    EXPECT_EQ(read(""), Read(0, false));
     EXPECT_EQ(first<ChangeView>("(change_view wide)").view.quality, Quality::high);
     EXPECT_EQ(first<Request>("(attentionto (our) 5)"), Request::nothing);
+    for (auto const& [datagram, expected] :
+         {std::pair{"(turn 10)(turn_neck 5) \n(change_view narrow low)\0"sv, Read(3, false)},
+          {"(say \"x\")(turn 5)"sv, Read(2, false)},
+          {"(dash 50)(fly 3)(turn 10)"sv, Read(1, true)}, // up to the first bad one
+          {""sv, Read(0, false)}})
+        EXPECT_EQ(read(datagram), expected) << datagram;
 }
 
 TEST(Commands, NonsenseIsRefused) {

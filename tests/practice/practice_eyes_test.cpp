@@ -65,8 +65,8 @@ TEST(Eyes, DistancesFallOnTheKnownSteps) {
 TEST(Eyes, NearObjectsTellTheirChanges) {
     Scene s;
     s.world.ball.pos = {18.0, 0.0};
-    s.world.ball.vel = {-0.36, 0.0628};
-    EXPECT_EQ(s.seen("b"), "((b) 18.2 0 -0.364 0.2)");
+    s.world.ball.vel = {-0.36, 0.0942};
+    EXPECT_EQ(s.seen("b"), "((b) 18.2 0 -0.364 0.3)");
     s.me.vel = {-0.001, 0.0}; // the velocity of the world is relative to mine
     s.world.ball.vel = {};
     EXPECT_EQ(s.seen("b"), "((b) 18.2 0 0 0)");

