@@ -13,7 +13,7 @@
 
 namespace {
 
-using support::AgentHarness;
+using support::LinkedAgent;
 
 struct Kind {
     std::string message;
@@ -50,7 +50,7 @@ long raisedFlags() {
 }
 
 TEST(Sensing, EachKindRaisesItsOwnFlagAndKeepsItsAddress) {
-    AgentHarness agent;
+    LinkedAgent agent;
     for (Kind const& kind : KINDS) {
         lowerAllFlags();
         agent.receive(kind.message);
@@ -71,7 +71,7 @@ TEST(Sensing, EachKindRaisesItsOwnFlagAndKeepsItsAddress) {
 
 /// Main may still be reading a vector while the next see is copied into it.
 TEST(Sensing, VectorsNeverMove) {
-    AgentHarness agent;
+    LinkedAgent agent;
     auto const places = [] {
         return std::tuple(Sensors::lines.data(), Sensors::flags.data(), Sensors::goals.data(),
                           Sensors::allies.data(), Sensors::enemies.data(), Sensors::neuts.data(),
@@ -89,7 +89,7 @@ TEST(Sensing, VectorsNeverMove) {
 }
 
 TEST(Sensing, ATextEndsAtItsNul) {
-    AgentHarness agent;
+    LinkedAgent agent;
     agent.link.sendMessage("(hello)");
     agent.server.receive();
     agent.server.send(std::string_view("(score 1 7 3)\0left over", 22));
@@ -98,7 +98,7 @@ TEST(Sensing, ATextEndsAtItsNul) {
 }
 
 TEST(Sensing, NullHandlesThrowAndLeaveTheSeeBefore) {
-    AgentHarness agent;
+    LinkedAgent agent;
     agent.receive("(see 1 ((l t) 30 90) ((b) 5 5))");
     lowerAllFlags();
     EXPECT_THROW(SenseBodyHandler().handle({}), RCC_MemoryException);
