@@ -15,37 +15,14 @@
 
 namespace {
 
-/// libFuzzer watches for hangs by the signal that an agent takes for its timer: stops that watch
-/// while an agent is made, and gives it the signal back.
-class WatchStopped {
-public:
-    WatchStopped() {
-        itimerval const never{};
-        setitimer(ITIMER_REAL, &never, &timer);
-        struct sigaction ignore {};
-        ignore.sa_handler = SIG_IGN; // drops a signal on its way
-        sigaction(SIGALRM, &ignore, &handler);
-    }
-    ~WatchStopped() {
-        sigaction(SIGALRM, &handler, nullptr);
-        setitimer(ITIMER_REAL, &timer, nullptr);
-    }
-    WatchStopped(WatchStopped const&) = delete;
-    WatchStopped& operator=(WatchStopped const&) = delete;
-
-private:
-    itimerval timer{};
-    struct sigaction handler {};
-};
-
 /// What outlives an agent: the dice of the kick-off and how far a set piece has come.
 void forgetLastInput() {
     srandom(1);
     Configuration::playerTypesV.clear();
     SkillPool::resetGoalieFlags();
-    support::AgentHarness referee;
-    referee.join('l', 4, "play_on");
-    referee.decide();
+    support::LinkedAgent first;
+    first.join('l', 4, "play_on");
+    first.decide();
 }
 
 void hear(support::AgentHarness& agent, std::string_view datagram) {
@@ -57,20 +34,30 @@ void hear(support::AgentHarness& agent, std::string_view datagram) {
     if (agent.world.integrateSensorInfo()) agent.decide();
 }
 
-/// The first line names the kind of player: "goalie" or anything else.
-void start(std::optional<support::AgentHarness>& agent, bool goalie) {
-    WatchStopped const stopped;
+/// libFuzzer watches for hangs by the signal that an agent takes for its timer: that watch stops
+/// while the agents are made, and then gets the signal back.
+void start(std::optional<support::LinkedAgent>& agent, bool goalie) {
+    itimerval const never{};
+    itimerval timer{};
+    setitimer(ITIMER_REAL, &never, &timer);
+    struct sigaction ignore {};
+    struct sigaction handler {};
+    ignore.sa_handler = SIG_IGN; // drops a signal on its way
+    sigaction(SIGALRM, &ignore, &handler);
     forgetLastInput();
     agent.emplace(goalie);
+    sigaction(SIGALRM, &handler, nullptr);
+    setitimer(ITIMER_REAL, &timer, nullptr);
 }
 
 } // namespace
 
+/// The first line names the kind of player: "goalie" or anything else.
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
     // A set piece is then over within the few cycles of an input.
     ConfigFile::passMinDelay = ConfigFile::passScanDelay = 2.0;
     std::string_view const text(reinterpret_cast<char const*>(data), size);
-    std::optional<support::AgentHarness> agent;
+    std::optional<support::LinkedAgent> agent;
     start(agent, text.starts_with("goalie"));
     forEachLine(data, size, [&agent](std::string_view line) { hear(*agent, line); });
     agent->world.integrateSensorInfo();
