@@ -60,7 +60,7 @@ protected:
         for (Team* const team : {&world.situation().myTeam, &world.situation().theirTeam}) {
             bool const theirs = !all.empty();
             team->players.resize(theirs ? 0 : 1);
-            for (float i = number(0, 6); i >= 1; --i) {
+            for (auto i = static_cast<int>(number(0, 6)); i > 0; --i) {
                 team->players.emplace_back(place(), Vector2D(), number(0, 360), 0.0F,
                                            static_cast<int>(number(1, 12)), number(0, 4) < 1,
                                            theirs);

@@ -46,9 +46,9 @@ TEST_F(Calculations, SpeedsAndTimes) {
 
     auto const micro = [](timeval t) { return t.tv_sec * 1000000 + t.tv_usec; };
     timeval const noon{6, 500000};
-    for (int i = 0; i < 5000; ++i) {
+    for (long i = 0; i < 5000; ++i) {
         timeval const t{5 + i % 3, i * 200};
-        timeval const sum = Utils::timerAddMsec(&t, i % 1000);
+        timeval const sum = Utils::timerAddMsec(&t, static_cast<int>(i % 1000));
         EXPECT_TRUE(micro(sum) - micro(t) == i % 1000 * 1000 && sum.tv_usec < 1000000) << i;
         EXPECT_EQ(Utils::timerDiffMsec(&t, &noon),
                   (micro(t) - micro(noon) + 5000000) / 1000 - 5000);
@@ -57,8 +57,9 @@ TEST_F(Calculations, SpeedsAndTimes) {
 
 TEST(Report, SymbolsThereAndBack) {
     std::string const symbols = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrs";
-    for (float value = 0; value < 60; ++value) {
-        char const symbol = symbols[static_cast<std::size_t>(std::min(value, 54.0F))];
+    for (int i = 0; i < 60; ++i) {
+        auto const value = static_cast<float>(i);
+        char const symbol = symbols[static_cast<std::size_t>(std::min(i, 54))];
         EXPECT_EQ(SkillPool::do_ascii(value + 0.99F), symbol);
         EXPECT_EQ(SkillPool::do_ascii(-value), symbol);
         EXPECT_EQ(Utils::doAsciiToFloat(symbol), std::min(value, 54.0F));
