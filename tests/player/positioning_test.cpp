@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <vector>
 
 #include "player/Stage.h"
@@ -21,30 +22,21 @@ Places const THEIR_CORNER = {0,   0,   -45, -15, -51, -6,  -51, 6,   -45, 15,  -
                              -25, -40, 0,   -45, 25,  -35, -20, -35, 0,   -35, 20};
 
 practice::Vec placeOf(int n, Places const& places) {
-    auto const i = static_cast<std::size_t>(2 * n);
+    std::size_t const i = 2 * static_cast<std::size_t>(n);
     return {places[i - 2], places[i - 1]};
 }
 
 /// Where number n stands, drawn from `from`: by the lines of the team instead of by number.
 practice::Vec strategic(int n, practice::Vec from, practice::Vec ball, bool offside) {
-    bool const keeper = n == 1;
-    bool const back = n >= 2 && n <= 5;
-    bool const striker = n >= 9;
-    double const pull = (keeper ? 0.1 : 0.25) * (ball.y - from.y);
-    double const middle = (keeper ? 0.1 : striker ? 0.6 : 0.5) * (ball.x - from.x);
-    practice::Vec place = placeOf(n, HOMES) + practice::Vec{middle, pull};
+    std::size_t const line = n == 1 ? 0 : n <= 5 ? 1 : n <= 8 ? 2 : 3;
+    practice::Vec place = placeOf(n, HOMES);
+    double const pull = (line == 0 ? 0.1 : 0.25) * (ball.y - from.y);
+    place += {std::array{0.1, 0.5, 0.5, 0.6}[line] * (ball.x - from.x), pull};
     if (std::abs(place.y) > 24) place.y -= pull / 2;
-    if (offside || ((keeper || back) && ball.x < place.x)) place.x = ball.x;
-    return {std::clamp(place.x,
-                       keeper    ? -52.5
-                       : back    ? -41.0
-                       : striker ? -25.0
-                                 : -38.0,
-                       keeper    ? -30.0
-                       : back    ? -10.0
-                       : striker ? 42.0
-                                 : 35.0),
-            place.y};
+    if (offside || (line < 2 && ball.x < place.x)) place.x = ball.x;
+    place.x = std::clamp(place.x, std::array{-52.5, -41.0, -38.0, -25.0}[line],
+                         std::array{-30.0, -10.0, 35.0, 42.0}[line]);
+    return place;
 }
 
 } // namespace
