@@ -41,7 +41,7 @@ TEST(Commands, AreReadInAllTheirForms) {
     EXPECT_EQ(first<Request>("(attentionto (our) 5)"), Request::nothing);
     for (auto const& [datagram, expected] :
          {std::pair{"(turn 10)(turn_neck 5) \n(change_view narrow low)\0"sv, Read(3, false)},
-          {"(say \"x\")(turn 5)"sv, Read(2, false)},
+          {R"((say "x")(turn 5))"sv, Read(2, false)},
           {"(dash 50)(fly 3)(turn 10)"sv, Read(1, true)}, // up to the first bad one
           {""sv, Read(0, false)}})
         EXPECT_EQ(read(datagram), expected) << datagram;

@@ -83,6 +83,11 @@ struct Game {
     }
 };
 
+// Nobody waits for more than the first two.
+struct InPlay : Game {
+    explicit InPlay(int perTeam) : Game(2) { start(perTeam); }
+};
+
 std::string repeated(std::string const& s, int n) {
     return n == 0 ? "" : s + repeated(s, n - 1);
 }
@@ -232,8 +237,7 @@ TEST(Referee, KickOffsHalvesAndEnd) {
 }
 
 TEST(Referee, ASetPieceIsTakenWithTheKickAndNotPlayedTwice) {
-    Game g(2);
-    g.start(1);
+    InPlay g(1);
     g.put(right1, {0.5, 0.0});
     g.put(0, {-0.4, 0.0});
     g.step();
@@ -249,8 +253,7 @@ TEST(Referee, ASetPieceIsTakenWithTheKickAndNotPlayedTwice) {
 }
 
 TEST(Referee, GoalStopsTheClockForFiftyStepsUnlessItDoesNotCount) {
-    Game g(2);
-    g.start(1);
+    InPlay g(1);
     g.playBall(0, {40, 0});
     g.ball({51.5, 1}, {2, 0});
     g.put(0, {-40, 0});
@@ -269,8 +272,7 @@ TEST(Referee, BallOutOfPlay) {
           {0, Vec{52, 20}, Vec{2, 0}, "goal_kick_r", Vec{47, 9.16}},
           {right1, Vec{52, -20}, Vec{2, 0}, "corner_kick_l", Vec{51.5, -33}},
           {0, Vec{-52, 8}, Vec{-2, 0}, "corner_kick_r", Vec{-51.5, 33}}}) {
-        Game g(2);
-        g.start(1);
+        InPlay g(1);
         g.playBall(toucher, {0, 0});
         g.ball(pos, vel);
         EXPECT_EQ(g.step(), mode + "@1 1 ");
@@ -281,8 +283,7 @@ TEST(Referee, BallOutOfPlay) {
 }
 
 TEST(Referee, GoalKickLastsUntilTheBallLeavesTheArea) {
-    Game g(2);
-    g.start(1);
+    InPlay g(1);
     g.put(0, {40, 0});
     g.put(right1, {47.9, 9.16}, 180.0);
     g.ball({47, 9.16});
@@ -295,8 +296,7 @@ TEST(Referee, GoalKickLastsUntilTheBallLeavesTheArea) {
 }
 
 TEST(Referee, CatchesFaultsAndMoves) {
-    Game g(2);
-    g.start(2);
+    InPlay g(2);
     // The goalie catches after somebody else has played the ball.
     auto const catchAfter = [&g](int kicker, Vec pos) {
         g.playBall(kicker, {-30, 0});
@@ -330,8 +330,7 @@ TEST(Referee, CatchesFaultsAndMoves) {
 }
 
 TEST(Referee, OffsideOfWhoGetsTheBall) {
-    Game g(2);
-    g.start(3); // 0..2 against 11..13
+    InPlay g(3); // 0..2 against 11..13
     for (auto const& [id, pos] :
          {std::pair{1, Vec{30, -10}}, {2, {20, 5}}, {11, {50, 0}}, {12, {20, 20}}, {13, {-20, 20}}})
         g.put(id, pos);
@@ -355,8 +354,7 @@ TEST(Referee, OffsideOfWhoGetsTheBall) {
 }
 
 TEST(Referee, AStuckBallIsDropped) {
-    Game g(2);
-    g.start(1);
+    InPlay g(1);
     g.playBall(0, {0, 0}, "(kick 1 0)");
     g.put(0, {-5, 0});
     g.step(50);
