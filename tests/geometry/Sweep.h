@@ -19,6 +19,15 @@ inline double degrees(Complex v) {
     return std::arg(v) * 180 / std::acos(-1.0);
 }
 
+inline Vector2D toVector(Complex v) {
+    return {static_cast<float>(v.real()), static_cast<float>(v.imag()), CARTESIAN};
+}
+
+/// v, or if it is longer than that, as long.
+inline Complex capped(Complex v, double longest) {
+    return std::abs(v) > longest ? std::polar(longest, std::arg(v)) : v;
+}
+
 /// Unit vector of a counter-clockwise direction in degrees.
 inline Complex unit(double degrees) {
     return std::polar(1.0, degrees * std::acos(-1.0) / 180);
@@ -42,6 +51,9 @@ protected:
     float number(float low, float high) {
         return std::uniform_real_distribution<float>(low, high)(engine);
     }
+
+    /// Both bounds included.
+    int whole(int low, int high) { return std::uniform_int_distribution(low, high)(engine); }
 
     /// A point on the field or somewhat beside it.
     Vector2D point() { return {number(-60, 60), number(-40, 40), CARTESIAN}; }
