@@ -72,7 +72,6 @@ TEST_F(IntegrationTest, ASeeReplacesThePlayersAndFindsTheBall) {
         Sensors::balls.assign(inSight ? 1 : 0, shown);
         int const heard = situation.heardBallTime = cycle - whole(0, 6);
         int const motionSeen = situation.ballVelocitySeenTime = cycle - whole(0, 4);
-        situation.ballSeenTime = 0;
         agent.placeBall(5, 6, 1, 1);
         Sensors::newVisual = true;
         ASSERT_TRUE(world.integrateSensorInfo());
@@ -80,6 +79,7 @@ TEST_F(IntegrationTest, ASeeReplacesThePlayersAndFindsTheBall) {
         auto const towards = [gaze](double length, RCC_Angle angle) {
             return length * unit(gaze + angle.value);
         };
+        EXPECT_TRUE(mine[0].isSamePlayerAs(world.myself()));
         expectMotion(mine[0], place, motion);
         EXPECT_LT(angleBetween(mine[0].headDirection, -gaze), 1e-3);
         EXPECT_LT(angleBetween(mine[0].bodyDirection, neck - gaze), 1e-3);
