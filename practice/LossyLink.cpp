@@ -160,7 +160,10 @@ private:
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 4) return 2;
+    if (argc != 4) {
+        std::fprintf(stderr, "usage: lossy-link PORT SERVERPORT SEED\n");
+        return 2;
+    }
     auto const own = makeAddress("127.0.0.1", std::atoi(argv[1]));
     auto const server = makeAddress("127.0.0.1", std::atoi(argv[2]));
     auto door = Socket::bound(*own);
