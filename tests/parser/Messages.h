@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <map>
 #include <random>
 #include <string>
 #include <vector>
@@ -60,71 +59,67 @@ private:
 };
 
 // clang-format off
-constexpr std::array LANDMARKS = {
-    48, 58, 6, 26, 36, 24, 34, 25, 35, 247, 647, 347, 257, 657, 357, 248, 348, 258, 358,
+constexpr std::array FLAGS = {
+    6, 26, 36, 24, 34, 25, 35, 247, 647, 347, 257, 657, 357, 248, 348, 258, 358,
     2, 1042, 2042, 3042, 4042, 5042, 1052, 2052, 3052, 4052, 5052,
     3, 1043, 2043, 3043, 4043, 5043, 1053, 2053, 3053, 4053, 5053,
     4, 1024, 2024, 3024, 1034, 2034, 3034,  5, 1025, 2025, 3025, 1035, 2035, 3035,
 };
-inline std::array<Written, 8> const OTHERS = {{
-    {"b", "ball "},     {"B", "ball "},     {"F", "flag 1 "},   {"G", "goal 1 "},
-    {"l t", "line 2 "}, {"l b", "line 3 "}, {"l l", "line 4 "}, {"l r", "line 5 "},
-}};
 // clang-format on
 
-/// The name that a landmark's code stands for, read from its last digit on: 2 top, 3 bottom,
-/// 4 left, 5 right, 6 centre, 7 penalty area, 8 goal; thousands are tens of metres.
-inline std::string nameOf(int code) {
-    std::string name = "f";
-    for (int digits = code % 1000; digits > 0; digits /= 10) {
+/// The name that the code of a line, a flag or a goal stands for, read from its last digit on:
+/// 2 top, 3 bottom, 4 left, 5 right, 6 centre, 7 penalty area, 8 goal; thousands are tens of
+/// metres.
+inline std::string nameOf(std::string const& kind, int code) {
+    std::string name = kind.substr(0, 1);
+    for (int digits = kind == "goal" ? code / 10 : code % 1000; digits > 0; digits /= 10) {
         if (digits % 10 != 0) name.append(" ").append(1, "  tblrcpg"[digits % 10]);
     }
     if (code >= 1000) name.append(" ").append(std::to_string(code / 1000)).append("0");
-    if (code < 10 && code != 6) name += " 0";
-    return code == 48 || code == 58 ? name.substr(2) : name;
+    return kind == "flag" && code < 6 ? name + " 0" : name;
 }
 
-/// The name of something in a see, and how its row begins.
-inline Written drawFixed(Draw& draw) {
-    int const code = draw.of(LANDMARKS);
-    Written const landmark = {nameOf(code), row(code == 48 || code == 58 ? "goal" : "flag", code)};
-    return draw.oneIn(4) ? draw.of(OTHERS) : landmark;
-}
-
-inline Written drawPlayer(Draw& draw, std::string const& ownTeam) {
-    std::string const team = draw.of(std::array<std::string, 6>{
-        "", ownTeam, ownTeam + "x", ownTeam.substr(1), "A (b)", std::string(40, 'y')});
-    if (team.empty()) return {draw.oneIn(2) ? "p" : "P", row("neut", "", 0, 0)};
-    int const unum = draw.upTo(11);
-    bool const goalie = unum > 0 && draw.oneIn(4);
-    std::string name = "p \"";
-    name.append(team).append("\"");
-    if (unum > 0) name.append(" ").append(std::to_string(unum));
-    if (goalie) name += " goalie";
-    return {name, row(team == ownTeam ? "ally" : "enemy", team.substr(0, 31), unum, goalie)};
+/// The name of something in a see, and its part of the row.
+inline Written drawObject(Draw& draw, std::string const& kind, std::string const& ownTeam) {
+    if (kind == "ball") return {draw.oneIn(2) ? "b" : "B", ""};
+    if (kind == "neut") return {draw.oneIn(2) ? "p" : "P", row("", 0, 0)};
+    if (kind == "ally" || kind == "enemy") {
+        std::string const team =
+            kind == "ally" ? ownTeam
+                           : draw.of(std::array<std::string, 4>{ownTeam + "x", ownTeam.substr(1),
+                                                                "A (b)", std::string(40, 'y')});
+        int const unum = draw.upTo(11);
+        bool const goalie = unum > 0 && draw.oneIn(4);
+        std::string name = "p \"" + team + "\"";
+        if (unum > 0) name.append(" ").append(std::to_string(unum));
+        return {name + (goalie ? " goalie" : ""), row(team.substr(0, 31), unum, goalie)};
+    }
+    if (kind != "line" && draw.oneIn(9)) return {kind == "flag" ? "F" : "G", "1 "};
+    int const code = kind == "line"   ? 2 + draw.upTo(3)
+                     : kind == "goal" ? 48 + 10 * draw.upTo(1)
+                                      : draw.of(FLAGS);
+    return {nameOf(kind, code), row(code)};
 }
 
 inline Written drawSee(Draw& draw, std::string const& ownTeam = "Alpha") {
-    auto [text, whole] = draw.fill("%");
-    std::map<std::string, std::string> rows; // of each kind
-    for (int i = draw.upTo(40); i > 0; --i) {
-        bool const player = draw.oneIn(3);
-        auto const object = player ? drawPlayer(draw, ownTeam) : drawFixed(draw);
-        int const form = draw.upTo(2);
-        auto const values = draw.fill(std::array{"#", "+ #", "+ # # #"}[form]);
-        auto const facing = draw.fill(player && form == 2 ? " # #" : "");
-        text += " ((" + object.text + ") " + values.text + facing.text;
-        if (!facing.row.empty()) text += draw.of(std::array{"", " t", " k", " f", " 30", " -30 t"});
-        text += ')';
-        std::string const absent = "inf inf ";
-        rows[object.row.substr(0, object.row.find(' '))] +=
-            object.row + (form == 0 ? "inf " : "") + values.row + (form < 2 ? absent : "") +
-            (player && form < 2 ? absent : facing.row);
+    auto see = draw.fill("%");
+    for (std::string const kind : {"line", "flag", "goal", "ally", "enemy", "neut", "ball"}) {
+        bool const player = kind == "ally" || kind == "enemy" || kind == "neut";
+        for (int i = draw.upTo(9); i > 0; --i) {
+            auto const object = drawObject(draw, kind, ownTeam);
+            int const form = draw.upTo(2);
+            auto const values = draw.fill(std::array{"#", "+ #", "+ # # #"}[form]);
+            auto const facing = draw.fill(player && form == 2 ? " # #" : "");
+            see.text += " ((" + object.text + ") " + values.text + facing.text;
+            if (!facing.row.empty())
+                see.text += draw.of(std::array{"", " t", " f", " 30", " -30 k"});
+            see.text += ')';
+            std::string const absent = form < 2 ? "inf inf " : "";
+            see.row += kind + " " + object.row + (form == 0 ? "inf " : "") + values.row + absent +
+                       (player ? absent + facing.row : "");
+        }
     }
-    for (char const* kind : {"line", "flag", "goal", "ally", "enemy", "neut", "ball"}) {
-        whole += rows[kind];
-    }
-    return {"(see " + text + ")", "see " + whole};
+    return {"(see " + see.text + ")", "see " + see.row};
 }
 
 inline Written drawSenseBody(Draw& draw) {

@@ -1,5 +1,6 @@
 #include "Messages.h"
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -134,7 +135,7 @@ TEST_F(Kinds, SubstitutionErrorAndForeignSpeakers) {
               heard("(hear 7 online_coach_right (freeform \"a) b\"))"));
     expectRefused("(hear ",
                   {R"(1 nobody "x")", "1 self x", "1 5 x", R"(self "x")", R"(1 self "x" y)",
-                   R"(1 400 "x")", "1 coach x"},
+                   R"(1 400 "x")", "1 coach x", "1 self \"\x01\""},
                   ")");
 }
 

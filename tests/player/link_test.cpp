@@ -1,6 +1,7 @@
 // The link and the command queue: exact texts, one send per permission, and what the socket does.
 
 #include <cerrno>
+#include <concepts>
 #include <csignal>
 #include <functional>
 #include <gtest/gtest.h>
@@ -14,8 +15,6 @@
 
 namespace {
 
-using Texts = std::vector<std::string>;
-
 class LinkTest : public testing::Test {
 protected:
     support::LinkedAgent agent;
@@ -24,98 +23,96 @@ protected:
     ServerCommandCounters& counters = agent.world.queuedCommands();
 };
 
-struct Kind {
-    Command command;
-    char const* word;
-    std::size_t numbers;
-    SharedInt ServerCommandCounters::*counter;
-    std::function<void(float a, float b)> queue;
+std::string text(char const* word, std::same_as<float> auto... numbers) {
+    std::string written = std::string("(") + word;
+    (written.append(" ").append(std::to_string(numbers)), ...);
+    return written + ")";
+}
+
+/// What the queue and the history have to hold.
+struct Model {
+    void add(Command kind, std::string const& command, float first = NO_ARGUMENT,
+             float second = NO_ARGUMENT) {
+        auto& h = history;
+        bool const isMain = kind < Command::turnNeck;
+        if (!isMain && ++others > 6) return;
+        queue[isMain ? 0 : others] = {command.substr(0, isMain ? 63 : 511), kind};
+        (isMain ? h.mainKind : kind == Command::say ? h.sayKind : h.otherKind) = kind;
+        if (first != NO_ARGUMENT) (isMain ? h.mainArgument1 : h.otherArgument1) = first;
+        if (second != NO_ARGUMENT) (isMain ? h.mainArgument2 : h.otherArgument2) = second;
+        if (kind == Command::say) command.copy(h.sayText.data(), 511, 6);
+        if (kind == Command::say) h.sayText[std::min<std::size_t>(511, command.size() - 8)] = '\0';
+    }
+
+    ServerCommandHistory history;
+    int others = 0;
+    std::map<int, std::pair<std::string, Command>> queue; ///< the main command first
 };
 
+auto all(ServerCommandHistory const& h) {
+    return std::tuple(h.mainKind, h.otherKind, h.sayKind, h.mainArgument1, h.mainArgument2,
+                      h.otherArgument1, h.otherArgument2, std::string(h.sayText.data()));
+}
+
 TEST_F(LinkTest, SendsWhatWasQueuedOnceForEachPermission) {
-    using Counters = ServerCommandCounters;
+    using enum Command;
+    using C = ServerCommandCounters;
+    Effectors& e = effectors;
+    Model model;
+    float a = 0;
+    float b = 0;
     std::string said;
     // clang-format off
-    std::array<Kind, 9> const kinds = {{
-        {Command::move,        "move",        2, &Counters::move,        [&](float a, float b) { effectors.queueMove(a, b); }},
-        {Command::kick,        "kick",        2, &Counters::kick,        [&](float a, float b) { effectors.queueKick(a, b); }},
-        {Command::dash,        "dash",        1, &Counters::dash,        [&](float a, float) { effectors.queueDash(a); }},
-        {Command::turn,        "turn",        1, &Counters::turn,        [&](float a, float) { effectors.queueTurn(a, 0); }},
-        {Command::goalieCatch, "catch",       1, &Counters::goalieCatch, [&](float a, float) { effectors.queueGoalieCatch(a); }},
-        {Command::turnNeck,    "turn_neck",   1, &Counters::turnNeck,    [&](float a, float) { effectors.queueTurnNeck(a); }},
-        {Command::changeView,  "change_view", 2, &Counters::changeView,  [&](float a, float b) { effectors.queueChangeView(ViewMode(int(a)), ViewQuality(int(b))); }},
-        {Command::say,         "say",         0, &Counters::say,         [&](float, float) { effectors.queueSay(said.c_str()); }},
-        {Command::score,       "score",       0, nullptr,                [&](float, float) { effectors.queueScore(); }},
-    }};
+    std::array<std::function<void()>, 11> const calls = {
+        [&] { e.queueMove(a, b);      model.add(move, text("move", a, b), a, b); },
+        [&] { e.queueKick(a, b);      model.add(kick, text("kick", a, b), a, b); },
+        [&] { e.queueDash(a);         model.add(dash, text("dash", a), a); },
+        [&] { e.queueTurn(a, 0);      model.add(turn, text("turn", a), a); },
+        [&] { e.queueGoalieCatch(a);  model.add(goalieCatch, text("catch", a), a); },
+        [&] { e.queueTurnNeck(a);     model.add(turnNeck, text("turn_neck", a), a); },
+        [&] { e.queueChangeView(ViewMode::narrow, ViewQuality::high); model.add(changeView, "(change_view narrow high)", 0, 0); },
+        [&] { e.queueChangeView(ViewMode::normal, ViewQuality::low);  model.add(changeView, "(change_view normal low)", 1, 1); },
+        [&] { e.queueChangeView(ViewMode::wide, ViewQuality::low);    model.add(changeView, "(change_view wide low)", 2, 1); },
+        [&] { e.queueSay(said.c_str()); model.add(say, "(say \"" + said + "\")"); },
+        [&] { e.queueScore();         model.add(score, "(score)"); },
+    };
+    std::map<Command, SharedInt C::*> const counter = {
+        {move, &C::move}, {kick, &C::kick}, {dash, &C::dash}, {turn, &C::turn}, {say, &C::say},
+        {goalieCatch, &C::goalieCatch}, {turnNeck, &C::turnNeck}, {changeView, &C::changeView},
+    };
     // clang-format on
-    std::array const widths = {" narrow", " normal", " wide"};
-    std::array const qualities = {" high", " low"};
     std::mt19937 random(1);
     auto const below = [&](std::size_t limit) { return random() % limit; };
-    std::array<int, 9> counted{};
+    std::map<Command, int> counted;
     for (int cycle = 0; cycle < 500; ++cycle) {
         agent.startCycle();
-        ServerCommandHistory expected;
-        std::map<std::size_t, std::pair<std::string, std::size_t>>
-            queue; // main first, and its kind
-        std::size_t others = 0;
-        for (std::size_t calls = below(12); calls > 0; --calls) {
-            std::size_t const number = below(kinds.size());
-            Kind const& kind = kinds[number];
-            std::size_t const width = below(3);
-            std::size_t const quality = below(2);
-            std::array values = {static_cast<float>(below(9000)) / 64 - 70.1F,
-                                 quality == 0 ? -1e38F : 0.5F};
+        model = {};
+        for (std::size_t number = below(12); number > 0; --number) {
+            a = static_cast<float>(below(9000)) / 64 - 70.1F;
+            b = below(9) == 0 ? -1e38F : a + 0.5F;
             said.assign(below(9) == 0 ? 600 : below(9), 'x');
-            std::string text = std::string("(") + kind.word;
-            if (kind.command == Command::changeView) {
-                values = {static_cast<float>(width), static_cast<float>(quality)};
-                text.append(widths[width]).append(qualities[quality]);
-            } else {
-                for (std::size_t i = 0; i < kind.numbers; ++i)
-                    text.append(" ").append(std::to_string(values[i]));
-            }
-            bool const isSay = kind.command == Command::say;
-            if (isSay) text += " \"" + said + "\"";
-            kind.queue(values[0], values[1]);
-
-            bool const isMain = kind.command < Command::turnNeck;
-            if (!isMain && ++others > 6) continue;
-            queue[isMain ? 0 : others] = {(text + ")").substr(0, isMain ? 63 : 511), number};
-            if (isSay) std::snprintf(expected.sayText.data(), 512, "%s", said.c_str());
-            (isMain  ? expected.mainKind
-             : isSay ? expected.sayKind
-                     : expected.otherKind) = kind.command;
-            if (kind.numbers > 0)
-                (isMain ? expected.mainArgument1 : expected.otherArgument1) = values[0];
-            if (kind.numbers > 1)
-                (isMain ? expected.mainArgument2 : expected.otherArgument2) = values[1];
+            calls[below(calls.size())]();
         }
-        auto const all = [](ServerCommandHistory const& h) {
-            return std::tuple(h.mainKind, h.otherKind, h.sayKind, h.mainArgument1, h.mainArgument2,
-                              h.otherArgument1, h.otherArgument2, std::string(h.sayText.data()));
-        };
-        ASSERT_EQ(all(expected), all(history));
+        ASSERT_EQ(all(model.history), all(history));
 
-        Texts sent;
-        if (below(4) > 0) {
+        if (below(4) == 0) {
+            model.queue.clear(); // stays unsent
+        } else {
             effectors.grantSend();
-            for (auto const& [slot, command] : queue) {
-                sent.push_back(command.first);
-                ++counted[command.second];
-            }
         }
         below(2) == 0 ? effectors.sendAllCommands() : static_cast<void>(std::raise(SIGALRM));
         effectors.sendAllCommands(); // without a permission
-        if (!sent.empty()) effectors.grantSend();
+        if (!model.queue.empty()) effectors.grantSend();
         std::raise(SIGALRM); // all is sent already
         effectors.sendCommandDirect("(end)");
-        sent.emplace_back("(end)");
-        for (std::string const& text : sent)
-            ASSERT_EQ(text, agent.server.receive());
+        for (auto const& [slot, command] : model.queue) {
+            ASSERT_EQ(command.first, agent.server.receive());
+            ++counted[command.second];
+        }
+        ASSERT_EQ("(end)", agent.server.receive());
     }
-    for (std::size_t i = 0; kinds[i].counter != nullptr; ++i) {
-        EXPECT_EQ(counted[i], counters.*kinds[i].counter) << kinds[i].word;
+    for (auto const& [kind, member] : counter) {
+        EXPECT_EQ(counted[kind], counters.*member) << static_cast<int>(kind);
     }
 }
 

@@ -101,7 +101,12 @@ TEST(Sensing, NullHandlesThrowAndLeaveTheSeeBefore) {
     LinkedAgent agent;
     agent.receive("(see 1 ((l t) 30 90) ((b) 5 5))");
     lowerAllFlags();
-    EXPECT_THROW(SenseBodyHandler().handle({}), RCC_MemoryException);
+    try {
+        SenseBodyHandler().handle({});
+        FAIL() << "null was dereferenced";
+    } catch (RCC_MemoryException const& exception) {
+        EXPECT_STREQ("Attempt to dereference a null pointer", exception.what());
+    }
     auto see = RCC_Pointer<RCC_Visual>::make();
     see->lines = RCC_Pointer<RCC_Container<RCC_Line>>::make();
     EXPECT_THROW(VisualHandler().handle(see), RCC_MemoryException); // the other containers
