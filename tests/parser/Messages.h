@@ -107,16 +107,15 @@ inline Written drawSee(Draw& draw, std::string const& ownTeam = "Alpha") {
         bool const player = kind == "ally" || kind == "enemy" || kind == "neut";
         for (int i = draw.upTo(9); i > 0; --i) {
             auto const object = drawObject(draw, kind, ownTeam);
-            int const form = draw.upTo(2);
+            auto const form = static_cast<std::size_t>(draw.upTo(2));
             auto const values = draw.fill(std::array{"#", "+ #", "+ # # #"}[form]);
             auto const facing = draw.fill(player && form == 2 ? " # #" : "");
-            see.text += " ((" + object.text + ") " + values.text + facing.text;
-            if (!facing.row.empty())
-                see.text += draw.of(std::array{"", " t", " f", " 30", " -30 k"});
-            see.text += ')';
+            char const* const marks = draw.of(std::array{"", " t", " f", " 30", " -30 k"});
+            see.text.append(" ((").append(object.text).append(") ").append(values.text);
+            see.text.append(facing.text).append(facing.row.empty() ? "" : marks).append(")");
             std::string const absent = form < 2 ? "inf inf " : "";
-            see.row += kind + " " + object.row + (form == 0 ? "inf " : "") + values.row + absent +
-                       (player ? absent + facing.row : "");
+            see.row.append(kind).append(" ").append(object.row).append(form == 0 ? "inf " : "");
+            see.row.append(values.row).append(absent).append(player ? absent + facing.row : "");
         }
     }
     return {"(see " + see.text + ")", "see " + see.row};
@@ -124,8 +123,8 @@ inline Written drawSee(Draw& draw, std::string const& ownTeam = "Alpha") {
 
 inline Written drawSenseBody(Draw& draw) {
     auto const time = draw.fill("(sense_body % (view_mode ");
-    int const quality = draw.upTo(1);
-    int const width = draw.upTo(2);
+    auto const quality = static_cast<std::size_t>(draw.upTo(1));
+    auto const width = static_cast<std::size_t>(draw.upTo(2));
     auto const rest =
         draw.fill(") (stamina # #) (speed # #) (head_angle #) (kick %) (dash %) "
                   "(turn %) (say %) (turn_neck %) (catch %) (move %) (change_view %))");
