@@ -233,8 +233,8 @@ start_team() {
     done
 }
 
-# player_usage PID: seconds of CPU and peak memory in kB of a running process, blank separated.
-player_usage() {
+# process_usage PID: seconds of CPU and peak memory in kB of a running process, blank separated.
+process_usage() {
     local stat peak ticks
     ticks=$(getconf CLK_TCK)
     read -r stat 2>/dev/null </proc/"$1"/stat || { echo "- -"; return; }

@@ -1,7 +1,8 @@
 # Prints the table of a match. Reads first players.tsv of ./play (side, number, end, CPU seconds,
 # peak kB, queued commands of each kind), then the results of the practice server. Exits with 1
 # when a player did not come through or a command was refused that should not have been. With `lossy`
-# set, a bad network stood between, and commands may be lost and refused in proportion.
+# set, a bad network stood between, and commands may be lost and refused in proportion; `server` is
+# what the practice server took, CPU seconds and peak kB.
 
 BEGIN {
     FS = "\t"
@@ -116,8 +117,9 @@ END {
     print_teams()
     print_players("l")
     print_players("r")
+    split(server, usage, " ")
+    printf "\nThe practice server took %.2f s of CPU, %.3f s for each player.\n", usage[1], usage[1] / 22
     if (lossy) judge_network()
-    print ""
     if (cycles >= LONG_ENOUGH && done[KICK] == 0) fault("nobody ever kicked the ball")
     for (i = 1; i <= fault_count; i++) print "FAULT: " faults[i] "."
     if (fault_count == 0)
