@@ -5,6 +5,6 @@
 #include "worldmodel/MovingObject.h"
 
 inline void expectMotion(MovingObject const& object, Complex position, Complex velocity) {
-    EXPECT_LT(std::abs(toComplex(object.position) - position), 1e-3);
-    EXPECT_LT(std::abs(toComplex(object.velocity) - velocity), 1e-3);
+    EXPECT_TRUE(agree(object.position, position, 1e-3)) << object.position << position;
+    EXPECT_TRUE(agree(object.velocity, velocity, 1e-3)) << object.velocity << velocity;
 }

@@ -32,7 +32,7 @@ Complex landmark(int code) {
     auto const has = [&](char digit) { return digits.find(digit) != digits.npos ? 1.0 : 0.0; };
     double const x = has('5') - has('4');
     double const y = has('3') - has('2');
-    double const along = code / 1000 * 10;
+    int const along = code / 1000 * 10;
     bool const row = code < 6 || code > 1000;
     if (row && digits.back() <= '3') return {along * x, 39 * y};
     if (row) return {57 * x, along * y};
