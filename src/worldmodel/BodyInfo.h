@@ -7,7 +7,7 @@
 /// the counts by the SIGINT handler: those are shared.
 class BodyInfo {
 public:
-    int time = 0;                     ///< cycle of the report
+    int time = 0;          ///< cycle of the report
     SharedInt viewQuality; ///< a ViewQuality
     SharedInt viewWidth;   ///< a ViewMode
     float stamina = 0;
