@@ -135,7 +135,7 @@ private:
         }
         if (fate == cut) text.resize(place());
         for (int i = 0; fate == garbled && !text.empty() && i < 3; ++i) {
-            text[place()] = static_cast<char>(random.uniform(0.0, 256.0));
+            text[place()] = static_cast<char>(random.uniform(-128.0, 128.0));
         }
         deliver(player, direction, text);
         if (fate == doubled) deliver(player, direction, text);
@@ -167,7 +167,10 @@ int main(int argc, char** argv) {
     auto const own = makeAddress("127.0.0.1", std::atoi(argv[1]));
     auto const server = makeAddress("127.0.0.1", std::atoi(argv[2]));
     auto door = Socket::bound(*own);
-    if (!door) return 1;
+    if (!door) {
+        std::perror("lossy-link: cannot listen there");
+        return 1;
+    }
     std::signal(SIGTERM, [](int) { stopRequested = 1; });
     LossyLink link(std::move(*door), *server, std::strtoull(argv[3], nullptr, 10));
     while (stopRequested == 0 && link.poll()) {

@@ -98,7 +98,7 @@ struct Player : Movable {
     int spareNeckTurns = 0;      // beyond the one that a cycle allows
     int answers = 0;             // bundles of datagrams, one for a cycle
     int lateAnswers = 0;         // of these, not in the cycle for which they were meant
-    long lastAnswer = 0;         // the poll at which it came
+    long lastAnswer = -1;        // the poll at which it came
     bool lost = false;           // it left before the end of the match
 
     // Commands of the running cycle, cleared by the step.

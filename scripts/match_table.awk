@@ -2,7 +2,7 @@
 # peak kB, queued commands of each kind), then the results of the practice server. Exits with 1
 # when a player did not come through or a command was refused that should not have been. With `lossy`
 # set, a bad network stood between, and commands may be lost and refused in proportion; `server` is
-# what the practice server took, CPU seconds and peak kB.
+# the CPU seconds that the practice server took, then its peak kB.
 
 BEGIN {
     FS = "\t"
@@ -118,7 +118,8 @@ END {
     print_players("l")
     print_players("r")
     split(server, usage, " ")
-    printf "\nThe practice server took %.2f s of CPU, %.3f s for each player.\n", usage[1], usage[1] / 22
+    if (usage[1] > 0)
+        printf "\nThe practice server took %.2f s of CPU, %.3f s for each player.\n", usage[1], usage[1] / 22
     if (lossy) judge_network()
     if (cycles >= LONG_ENOUGH && done[KICK] == 0) fault("nobody ever kicked the ball")
     for (i = 1; i <= fault_count; i++) print "FAULT: " faults[i] "."

@@ -9,6 +9,7 @@ AgentPlanLogger::AgentPlanLogger(WorldModel* wm) : worldModel(wm), number(wm->my
 }
 
 void AgentPlanLogger::openFile() {
+    file.close();
     file.open("./agentplanlog/player" + std::to_string(number) + ".log");
 }
 

@@ -5,7 +5,7 @@
 class WorldModel;
 
 /// Writes what an agent is about as drawing records, for a viewer to lay over the match: a circle
-/// where it believes to be, a line in its body's direction and a shorter one in its head's.
+/// where it believes itself to be, a line in its body's direction and a shorter one in its head's.
 ///
 /// Nobody creates one in play. Without the directory "agentplanlog", which is not made, or with a
 /// file that cannot be written, every call does nothing and says nothing.

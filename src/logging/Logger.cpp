@@ -9,8 +9,10 @@ Logger::Logger(WorldModel* wm) : worldModel(wm) {
 
 void Logger::OpenForWrite() {
     constexpr std::array<char, 4> HEAD = {'U', 'L', 'G', 3}; // a game log of version 3
+    file.close();
     file.open(FILE_NAME, std::ios::binary | std::ios::trunc);
     game_log_write(HEAD.data(), HEAD.size());
+    file.flush();
 }
 
 void Logger::writeWorldModel() {

@@ -259,8 +259,8 @@ public:
 
     /// @name Tools for debugging (WorldModel_Checks.cpp), which nothing in play calls
     /// A check aborts with an assertion's report at the first impossible value, in every build
-    /// type. It expects directions in [0, 360], so a see that tells a player's body or head stops
-    /// it: those are kept as the message has them.
+    /// type. It expects directions in [0, 360], so a see that tells a player's body or head may
+    /// stop it: those are kept as the message has them.
     /// @{
     void checkBall();
     void checkMyself();
@@ -270,7 +270,7 @@ public:
     void checkMyTeam();
     void checkTheirTeam();
     void checkUnknownPlayers();
-    // Places for a breakpoint: each holds a copy of its object and prints nothing.
+    // Places for a breakpoint: each takes a copy of its object and prints nothing.
     void printSenseBody();
     void printMyself();
     void printMyTeam();

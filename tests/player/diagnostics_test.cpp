@@ -7,6 +7,8 @@
 #include <limits>
 #include <regex>
 #include <sstream>
+#include <unistd.h>
+#include <vector>
 
 #include "logging/AgentPlanLogger.h"
 #include "logging/Logger.h"
@@ -21,7 +23,6 @@ class Checks : public testing::Test {
 protected:
     Checks() {
         agent.join('l', 7);
-        testing::FLAGS_gtest_death_test_style = "fast";
     }
 
     /// The report that `check` ends the program with.
@@ -112,12 +113,18 @@ TEST_F(Checks, TeamsAreCountedAndThenLookedThrough) {
     std::vector<Player>& theirs = world.situation().theirTeam.players;
     theirs.assign(11, opponent);
     world.checkTheirTeam();
+    theirs[5] = mate;
+    expectReport([&] { world.checkTheirTeam(); }, "704", "checkOpponent(const Player&) const",
+                 "p.isOpponent()");
     theirs.push_back(mate);
     expectReport([&] { world.checkTheirTeam(); }, "716", "checkTheirTeam()", "guysCount<=11");
 
     std::vector<Player>& unknown = world.situation().unknownPlayers;
     unknown = std::vector<Player>(21, mate);
     world.checkUnknownPlayers();
+    unknown[20] = lost;
+    expectReport([&] { world.checkUnknownPlayers(); }, "696", "checkPlayer(const Player&) const",
+                 "unum <= 11 && unum >= 0");
     unknown.push_back(lost);
     expectReport([&] { world.checkUnknownPlayers(); }, "723", "checkUnknownPlayers()",
                  "guysCount<=21");
@@ -150,6 +157,7 @@ protected:
 TEST_F(Logs, TheWorldModelLogIsAHeadAndMarkers) {
     for (int run = 0; run < 2; ++run) { // the second one empties the file again
         Logger logger(&agent.world);
+        EXPECT_EQ(contents("logfile######"), "ULG\3");
         logger.writeWorldModel();
         logger.writeWorldModel();
         EXPECT_EQ(contents("logfile######"), "ULG\3hallohallo") << "not flushed";
