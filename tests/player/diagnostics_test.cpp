@@ -21,9 +21,7 @@ constexpr float INF = std::numeric_limits<float>::infinity();
 
 class Checks : public testing::Test {
 protected:
-    Checks() {
-        agent.join('l', 7);
-    }
+    Checks() { agent.join('l', 7); }
 
     /// The report that `check` ends the program with.
     static void expectReport(std::function<void()> const& check, std::string const& line,

@@ -13,7 +13,8 @@ AgentHarness::AgentHarness(bool goalie, char const* team, Communicator* link)
     : effectors(link, world.situation().commandHistory, world.queuedCommands()) {
     world.setGoalie(goalie);
     world.setTeamname(team);
-    // Registers its handlers once. It keeps the first agent's link; any does, they share one socket.
+    // Registers its handlers once. It keeps the first agent's link; any does, they share one
+    // socket.
     static Sensors const sensors(link, team);
     Sensors::parser.teamName = team;
     Sensors::newSenseBody = Sensors::newVisual = Sensors::newRefAudio = false;
