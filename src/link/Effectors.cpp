@@ -8,8 +8,7 @@
 
 #include "config/Configuration.h"
 #include "link/Communicator.h"
-#include "skills/Utils.h"
-#include "worldmodel/Player.h"
+#include "physics/Kinematics.h"
 
 namespace {
 
@@ -85,14 +84,14 @@ void Effectors::queueTurn(float angle, float speed) {
     float moment = angle;
     float expectedAngle = angle;
     if (speed != 0.0F) {
-        speed *= Player::DECAY;
-        moment = Utils::calcAngleForTurn(angle, speed);
+        speed *= Configuration::playerDecay;
+        moment = Kinematics::momentForTurn(angle, speed);
         if (moment < Configuration::minMoment) {
-            expectedAngle = Utils::calcActualTurnAngle(Configuration::minMoment, speed);
+            expectedAngle = Kinematics::turnFromMoment(Configuration::minMoment, speed);
             moment = Configuration::minMoment;
         }
         if (moment > Configuration::maxMoment) {
-            expectedAngle = Utils::calcActualTurnAngle(Configuration::maxMoment, speed);
+            expectedAngle = Kinematics::turnFromMoment(Configuration::maxMoment, speed);
             moment = Configuration::maxMoment;
         }
     }

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "geometry/Numbers.h"
 #include "worldmodel/WorldModel.h"
 
 AgentPlanLogger::AgentPlanLogger(WorldModel* wm) : worldModel(wm), number(wm->myself().unum) {

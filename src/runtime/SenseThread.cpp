@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "config/ConfigFile.h"
+#include "geometry/Numbers.h"
 #include "sensing/Sensors.h"
 #include "skills/Utils.h"
 #include "worldmodel/WorldModel.h"

@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "config/ConfigFile.h"
+#include "geometry/Numbers.h"
 #include "worldmodel/Situation.h"
 #include "worldmodel/WorldModel.h"
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "config/Configuration.h"
+#include "geometry/Numbers.h"
 #include "link/Effectors.h"
 #include "skills/Utils.h"
 #include "worldmodel/Situation.h"

@@ -7,7 +7,9 @@
 
 #include "config/ConfigFile.h"
 #include "config/Configuration.h"
+#include "geometry/Numbers.h"
 #include "link/Effectors.h"
+#include "physics/Kinematics.h"
 #include "skills/Utils.h"
 #include "worldmodel/WorldModel.h"
 
@@ -35,7 +37,7 @@ bool SkillPool::stopBall() {
         Utils::calculateKickRate(myself->position.getDistanceTo(ball->position),
                                  convertAngleTo180(Utils::calcAngleToBallRel2Body()));
     Vector2D const motion = ball->velocity - myself->velocity;
-    float const power = motion.getLength() / rate / Configuration::kickPowerRate;
+    float const power = Kinematics::kickPower(rate, motion.getLength());
     if (!(power > powerThr)) return false;
     effectors->queueKick(power, normalizeTo180Deg(motion.getDirection() + 180.0F -
                                                   convertAngleTo180(myself->bodyDirection)));
@@ -49,11 +51,11 @@ void SkillPool::kickToPoint(Vector2D target, float power, bool fastest) {
     Vector2D const relBall = ball->position - myself->position;
     float const rate = Utils::calculateKickRate(relBall.getLength(), relBall.getDirection());
     float const direction = convertAngleTo360((target - myself->position).getDirection());
-    float const speed = rate * (fastest ? FASTEST_FACTOR : power) * Configuration::kickPowerRate;
+    float const speed = Kinematics::kickSpeed(rate, fastest ? FASTEST_FACTOR : power);
 
     Vector2D acceleration = Vector2D(speed, direction, POLAR) - keptMotion;
     acceleration.rotate(-convertAngleTo180(myself->bodyDirection));
-    float const neededPower = acceleration.getLength() / rate / Configuration::kickPowerRate;
+    float const neededPower = Kinematics::kickPower(rate, acceleration.getLength());
     // A shot at a goal that lies behind has no aim; the server would refuse it.
     if (!std::isfinite(neededPower)) return;
     effectors->queueKick(neededPower, normalizeTo180Deg(acceleration.getDirection()));
@@ -72,7 +74,7 @@ bool SkillPool::passBallToPos(Vector2D target, float endSpeed) {
     float const rate =
         Utils::calculateKickRate(myself->position.getDistanceTo(ball->position),
                                  convertAngleTo180(Utils::calcAngleToBallRel2Body()));
-    kickToPoint(target, change.getLength() / rate / Configuration::kickPowerRate, false);
+    kickToPoint(target, Kinematics::kickPower(rate, change.getLength()), false);
     return true;
 }
 

@@ -6,12 +6,11 @@
 
 class WorldModel;
 
-/// Small calculations that world model, skills and behaviours share.
+/// Small calculations for the skills, under one name: angles as the agent sees them, and the
+/// formulas of geometry, physics and time that lower folders hold.
 ///
-/// Angles to points are clockwise degrees (see geometry/Angles.h) in [0, 360): 0 along positive x,
-/// 90 along NEGATIVE y. Initialised by `Agent` once its world model exists; the angle functions
-/// read it, so they are the main thread's. The world model uses the others in turn, which is why it
-/// is only declared here.
+/// Angles to points are bearings (see geometry/Bearings.h). Initialised by `Agent` once its world
+/// model exists; the angle functions read it, so they are the main thread's.
 class Utils {
 public:
     /// Takes over the agent's world model.

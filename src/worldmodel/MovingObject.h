@@ -25,9 +25,3 @@ public:
     /// `cycles` ahead at constant velocity; the position itself when either value is invalid.
     Vector2D predictedPosition(int cycles) const;
 };
-
-/// Scales `velocity` down to the length `speedMax` if it is longer.
-void clampSpeed(Vector2D& velocity, float speedMax);
-
-/// The whole number in `value`, toward zero; 0 for NaN, and the nearest int beyond its range.
-int truncateToInt(double value);

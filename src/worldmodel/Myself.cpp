@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "skills/Utils.h"
+#include "physics/Kinematics.h"
 
 Vector2D Myself::predictedPosition(int cycles, float dashPower, float turnAngle) const {
     if (position.isInvalid() || velocity.isInvalid()) return position;
@@ -19,11 +19,11 @@ Vector2D Myself::predictedPosition(int cycles, float dashPower, float turnAngle)
             turnOneCycle(body, remainingTurn, v.getLength());
             continue;
         }
-        float const power = Utils::correctDashPowerForStamina(dashPower, stamina);
+        float const power = Kinematics::affordableDash(dashPower, stamina);
         float const sign = power < 0.0F ? -1.0F : 1.0F;
         float const applied = std::abs(power) > stamina ? sign * stamina : power;
         v += Vector2D(applied * DASH_POWER_RATE * effort, body, POLAR);
-        clampSpeed(v, SPEED_MAX);
+        Kinematics::clampSpeed(v, SPEED_MAX);
         predicted += v;
         v *= DECAY;
         updatePredictedStamina(stamina, effort, recovery, power);

@@ -3,10 +3,11 @@
 #include <algorithm>
 #include <cmath>
 
-#include "skills/Utils.h"
+#include "geometry/Numbers.h"
+#include "physics/Kinematics.h"
 
 void turnOneCycle(float& bodyDirection, float& remainingTurn, float speed) {
-    float const largest = Utils::calcActualTurnAngle(Player::MAX_MOMENT, speed);
+    float const largest = Kinematics::turnFromMoment(Player::MAX_MOMENT, speed);
     float const turn = std::max(-largest, std::min(remainingTurn, largest));
     bodyDirection = normalizeTo360Deg(bodyDirection + convertAngleTo360(turn));
     remainingTurn -= turn;
@@ -25,7 +26,7 @@ Vector2D Player::predictedPosition(int cycles, float dashPower, float turnAngle)
             continue;
         }
         v += Vector2D(dashPower * DASH_POWER_RATE, body, POLAR);
-        clampSpeed(v, SPEED_MAX);
+        Kinematics::clampSpeed(v, SPEED_MAX);
         predicted += v;
         v *= DECAY;
     }

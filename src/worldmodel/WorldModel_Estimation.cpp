@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "config/Configuration.h"
-#include "skills/Utils.h"
+#include "physics/Kinematics.h"
 
 namespace {
 
@@ -112,10 +112,10 @@ Vector2D WorldModel::estimateBallVelocity(float power, float direction) const {
     Myself const& me = myself();
     Vector2D const rel = ball().position - me.position;
     float const directionDifference = convertAngleTo180(rel.getDirection() + me.bodyDirection);
-    float const rate = Utils::calculateKickRate(rel.getLength(), directionDifference);
+    float const rate = Kinematics::kickRate(rel.getLength(), directionDifference);
     Vector2D velocity =
         ball().velocity + Vector2D(rate * Configuration::kickPowerRate * power,
                                    convertAngleTo360(direction) + me.bodyDirection, POLAR);
-    clampSpeed(velocity, Configuration::ballSpeedMax);
+    Kinematics::clampSpeed(velocity, Configuration::ballSpeedMax);
     return velocity;
 }

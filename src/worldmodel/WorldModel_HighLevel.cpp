@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "skills/Utils.h"
+#include "worldmodel/Timeval.h"
 
 namespace {
 
@@ -233,9 +233,7 @@ bool WorldModel::haveOptimalSeeTimes() const {
         info.viewWidth != static_cast<int>(ViewMode::normal)) {
         return false;
     }
-    timeval const see = timeLastSee();
-    timeval const senseBody = timeLastSB();
-    int const lateness = Utils::timerDiffMsec(&see, &senseBody);
+    int const lateness = Timeval::diffMsec(timeLastSee(), timeLastSB());
     bool const tooLateForTheFirstHalf = lateness >= 6 && lateness <= 44;
     bool const tooLateForTheSecondHalf = lateness >= 65 && lateness <= 99;
     return !tooLateForTheFirstHalf && !tooLateForTheSecondHalf;

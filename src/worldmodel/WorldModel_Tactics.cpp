@@ -2,7 +2,7 @@
 
 #include "worldmodel/WorldModel.h"
 
-#include "skills/Utils.h"
+#include "geometry/Bearings.h"
 
 namespace {
 
@@ -200,9 +200,9 @@ float WorldModel::isNotMarkedRel(Player const& /*p*/) const {
 
 bool WorldModel::isIntersected(Vector2D from, Vector2D to) const {
     // Raw angles: a line along 0 degrees does not see what lies at 359.
-    float const line = Utils::calcAngleToPoint(from, to);
+    float const line = snapBearing(bearing(from, to));
     auto const inTheWay = [&](Player const& player) {
-        float const angle = Utils::calcAngleToPoint(player.position, to);
+        float const angle = snapBearing(bearing(player.position, to));
         return line - PASS_LINE_TOLERANCE <= angle && angle <= line + PASS_LINE_TOLERANCE;
     };
     for (Player const& player : opponents()) {
