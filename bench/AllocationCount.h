@@ -2,7 +2,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include "support/Allocations.h"
+#include "tests/support/Allocations.h"
 
 /// Counts what is allocated while it lives and shows it per iteration.
 class AllocationCount {

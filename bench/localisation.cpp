@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "sensing/Sensors.h"
-#include "support/AgentHarness.h"
+#include "tests/support/AgentHarness.h"
 
 namespace {
 

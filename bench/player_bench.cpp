@@ -5,10 +5,10 @@
 
 #include <string>
 
-#include "AllocationCount.h"
+#include "bench/AllocationCount.h"
 #include "sensing/Sensors.h"
-#include "support/AgentHarness.h"
-#include "support/Scenes.h"
+#include "tests/support/AgentHarness.h"
+#include "tests/support/Scenes.h"
 
 namespace {
 

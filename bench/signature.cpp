@@ -25,7 +25,7 @@
 #include <vector>
 
 #include "practice/Text.h"
-#include "support/MatchDriver.h"
+#include "tests/support/MatchDriver.h"
 
 namespace {
 

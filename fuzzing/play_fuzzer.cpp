@@ -11,7 +11,7 @@
 #include "fuzzing/Lines.h"
 #include "sensing/Sensors.h"
 #include "skills/SkillPool.h"
-#include "support/AgentHarness.h"
+#include "tests/support/AgentHarness.h"
 
 namespace {
 

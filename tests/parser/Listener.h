@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Rows.h"
+#include "tests/parser/Rows.h"
 
 #include <gtest/gtest.h>
 

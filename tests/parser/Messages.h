@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Listener.h"
+#include "tests/parser/Listener.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
-#include "Messages.h"
+#include "tests/parser/Messages.h"
 
-#include "support/Allocations.h"
+#include "tests/support/Allocations.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "Messages.h"
+#include "tests/parser/Messages.h"
 
 #include <cmath>
 #include <regex>

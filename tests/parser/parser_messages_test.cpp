@@ -1,4 +1,4 @@
-#include "Messages.h"
+#include "tests/parser/Messages.h"
 
 #include <map>
 #include <string>

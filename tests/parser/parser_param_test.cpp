@@ -1,4 +1,4 @@
-#include "Listener.h"
+#include "tests/parser/Listener.h"
 
 #include <sstream>
 #include <string>

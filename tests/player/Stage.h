@@ -7,10 +7,10 @@
 #include <variant>
 #include <vector>
 
-#include "player/Point.h"
 #include "practice/Commands.h"
 #include "practice/Physics.h"
-#include "support/AgentHarness.h"
+#include "tests/player/Point.h"
+#include "tests/support/AgentHarness.h"
 
 /// The numbers in a command's text.
 inline std::vector<double> numbersIn(std::string_view command) {

@@ -12,8 +12,8 @@
 
 #include "logging/AgentPlanLogger.h"
 #include "logging/Logger.h"
-#include "player/Point.h"
-#include "support/AgentHarness.h"
+#include "tests/player/Point.h"
+#include "tests/support/AgentHarness.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <map>
 #include <unistd.h>
 
-#include "player/Stage.h"
+#include "tests/player/Stage.h"
 
 namespace {
 

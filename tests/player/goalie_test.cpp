@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "player/Stage.h"
+#include "tests/player/Stage.h"
 
 namespace {
 

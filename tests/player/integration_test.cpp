@@ -6,10 +6,10 @@
 #include <thread>
 #include <tuple>
 
-#include "player/Motion.h"
 #include "sensing/Sensors.h"
-#include "support/AgentHarness.h"
-#include "support/Scenes.h"
+#include "tests/player/Motion.h"
+#include "tests/support/AgentHarness.h"
+#include "tests/support/Scenes.h"
 
 using std::tuple;
 using support::senseBody;

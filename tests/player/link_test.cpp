@@ -11,7 +11,7 @@
 #include <tuple>
 
 #include "config/Configuration.h"
-#include "support/AgentHarness.h"
+#include "tests/support/AgentHarness.h"
 
 namespace {
 

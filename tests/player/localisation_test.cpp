@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "player/Motion.h"
-#include "support/AgentHarness.h"
+#include "tests/player/Motion.h"
+#include "tests/support/AgentHarness.h"
 
 using std::tuple;
 

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "skills/SkillPool.h"
-#include "support/MatchDriver.h"
+#include "tests/support/MatchDriver.h"
 
 using practice::Phase;
 using practice::Side;

@@ -3,9 +3,9 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
-#include "geometry/Sweep.h"
-#include "player/Point.h"
-#include "support/AgentHarness.h"
+#include "tests/geometry/Sweep.h"
+#include "tests/player/Point.h"
+#include "tests/support/AgentHarness.h"
 
 namespace {
 

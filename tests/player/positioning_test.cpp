@@ -6,7 +6,7 @@
 #include <array>
 #include <vector>
 
-#include "player/Stage.h"
+#include "tests/player/Stage.h"
 
 namespace {
 

@@ -15,8 +15,8 @@
 #include <unistd.h>
 
 #include "practice/Parameters.h"
-#include "support/Scenes.h"
-#include "support/ServerEnd.h"
+#include "tests/support/Scenes.h"
+#include "tests/support/ServerEnd.h"
 
 namespace {
 

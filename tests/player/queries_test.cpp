@@ -1,10 +1,10 @@
 #include <algorithm>
 #include <unistd.h>
 
-#include "geometry/Sweep.h"
-#include "player/Point.h"
 #include "skills/Utils.h"
-#include "support/AgentHarness.h"
+#include "tests/geometry/Sweep.h"
+#include "tests/player/Point.h"
+#include "tests/support/AgentHarness.h"
 
 namespace {
 

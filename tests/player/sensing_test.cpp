@@ -8,8 +8,8 @@
 
 #include "practice/Parameters.h"
 #include "sensing/Sensors.h"
-#include "support/AgentHarness.h"
-#include "support/Scenes.h"
+#include "tests/support/AgentHarness.h"
+#include "tests/support/Scenes.h"
 
 namespace {
 

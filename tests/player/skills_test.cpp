@@ -5,8 +5,8 @@
 #include <algorithm>
 
 #include "config/ConfigFile.h"
-#include "player/Stage.h"
 #include "skills/Utils.h"
+#include "tests/player/Stage.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 
 #include "link/Communicator.h"
 #include "link/Effectors.h"
-#include "support/ServerEnd.h"
+#include "tests/support/ServerEnd.h"
 #include "worldmodel/WorldModel.h"
 
 namespace support {

@@ -1,4 +1,4 @@
-#include "support/MatchDriver.h"
+#include "tests/support/MatchDriver.h"
 
 namespace support {
 

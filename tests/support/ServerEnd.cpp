@@ -1,4 +1,4 @@
-#include "support/ServerEnd.h"
+#include "tests/support/ServerEnd.h"
 
 #include <arpa/inet.h>
 #include <array>
