@@ -93,6 +93,7 @@ void Communicator::openConnection(char const* host, int port) {
 
     ownSocket = descriptor;
     hostAddress = packed(peer);
+    lengthOfHostAddress = sizeof peer;
 }
 
 void Communicator::closeConnection() {
@@ -109,16 +110,17 @@ void Communicator::sendMessage(char const* message) const {
 }
 
 int Communicator::getNextMessage(char* buffer) const {
+    static int lengthOfMessage = 0;
     sockaddr_in sender{};
-    socklen_t lengthOfSender = sizeof sender;
-    ssize_t const length = recvfrom(ownSocket, buffer, MAX_MESSAGE_LENGTH, 0,
-                                    reinterpret_cast<sockaddr*>(&sender), &lengthOfSender);
-    if (length < 1) {
+    lengthOfMessage =
+        static_cast<int>(recvfrom(ownSocket, buffer, MAX_MESSAGE_LENGTH, 0,
+                                  reinterpret_cast<sockaddr*>(&sender), &lengthOfHostAddress));
+    if (lengthOfMessage < 1) {
         std::perror("reading failed: ");
         // Not exit(): the main thread still runs and must not lose its statics to destructors.
         std::quick_exit(FAILURE_STATUS);
     }
     hostAddress = packed(sender);
-    buffer[length] = '\0';
-    return static_cast<int>(length);
+    buffer[lengthOfMessage] = '\0';
+    return lengthOfMessage;
 }

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <sys/socket.h>
 
 /// The UDP link to the soccer server: one socket, plain texts, one message a datagram.
 ///
@@ -38,6 +39,8 @@ public:
 
 private:
     inline static int ownSocket = -1;
+    /// Of the sender's address, as receiving takes and gives it.
+    inline static socklen_t lengthOfHostAddress = 0;
     /// Where messages go: address and port, packed so that the sense thread can replace both at
     /// once while the main thread or the signal handler sends.
     inline static std::atomic<std::uint64_t> hostAddress = 0;

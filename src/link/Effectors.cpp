@@ -149,7 +149,7 @@ void Effectors::sendAllCommands() {
         communicator->sendMessage(queue.mainCommand.data());
         incrementCounters(queue.mainKind);
     }
-    static std::array<char, ServerCommands::OTHER_SIZE> str;
+    static std::array<char, OTHER_COMMAND_SIZE> str;
     while (queue.getNextOther(str.data())) {
         communicator->sendMessage(str.data());
         incrementCounters(queue.handedOut);

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cstddef>
 
+#include "link/CommandRecords.h"
 #include "link/ServerCommands.h"
 
 class Communicator;
@@ -70,7 +71,7 @@ private:
 
     std::atomic<bool> sendPermission = false;
     ServerCommands queue;
-    std::array<char, ServerCommands::OTHER_SIZE> formatBuffer{};
+    std::array<char, OTHER_COMMAND_SIZE> formatBuffer{};
     Communicator* communicator;
     ServerCommandHistory& history;
     ServerCommandCounters& counters;

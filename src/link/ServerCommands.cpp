@@ -55,9 +55,3 @@ void ServerCommands::listContent() const {
         std::printf("%s\n", otherCommands[static_cast<std::size_t>(i)].data());
     }
 }
-
-void ServerCommandHistory::reset() {
-    mainKind = otherKind = sayKind = Command::none;
-    mainArgument1 = mainArgument2 = otherArgument1 = otherArgument2 = NO_ARGUMENT;
-    sayText[0] = '\0';
-}

@@ -2,7 +2,7 @@
 
 #include <sys/time.h>
 
-#include "link/ServerCommands.h"
+#include "link/Command.h"
 
 class WorldModel;
 

@@ -25,6 +25,9 @@ constexpr float NECK_RANGE = 240.0F;
 bool SkillPool::getBall(float power, bool forCatch, Mode /*mode*/) {
     constexpr float FOR_KICK_TOLERANCE = 0.8F;
     constexpr float FOR_CATCH_TOLERANCE = 1.8F;
+    // Degrees around the back, for an interception at close range that no rule uses yet.
+    [[maybe_unused]] constexpr int CLOSE_INT_FROM = 85;
+    [[maybe_unused]] constexpr int CLOSE_INT_TO = 275;
     float const tolerance = forCatch ? FOR_CATCH_TOLERANCE : FOR_KICK_TOLERANCE;
 
     if (ball->position.isInvalid()) return false;
@@ -104,8 +107,6 @@ bool SkillPool::faceOnlyNeckToPoint(Vector2D point) {
     return true;
 }
 
-void SkillPool::faceNeckToPoint(Vector2D /*point*/) {}
-
 bool SkillPool::faceNeckAndBodyToPoint(Vector2D point) {
     bool const body = faceOnlyBodyToPoint(point);
     bool const neck = faceOnlyNeckToPoint(point);
@@ -129,9 +130,10 @@ bool SkillPool::faceNeckAndBodyToBall() {
 }
 
 void SkillPool::scanFieldWithNeck() {
+    constexpr float STEP = SCAN_STEP;
     float const end = normalizeTo360Deg(myself->bodyDirection - Configuration::maxNeckAngle);
-    bool const roomForAStep = getAbsAngleDifference(myself->headDirection, end) >= SCAN_STEP;
-    effectors->queueTurnNeck(roomForAStep ? SCAN_STEP : Configuration::minNeckMoment);
+    bool const roomForAStep = getAbsAngleDifference(myself->headDirection, end) >= STEP;
+    effectors->queueTurnNeck(roomForAStep ? STEP : Configuration::minNeckMoment);
 }
 
 void SkillPool::scanFieldWithBody() {

@@ -16,16 +16,12 @@ namespace {
 int kickInMinDelay = 0;
 int kickInScanDelay = 0;
 
-constexpr Vector2D PEN_SHOOT_POINT(40.0F, 0.0F, CARTESIAN);
+constexpr Vector2D penShootPoint(40.0F, 0.0F, CARTESIAN);
+constexpr Vector2D opponent_goal_mid = Field::OPP_GOAL_CENTER;
 
 float walkPower() {
     static int const power = truncateToInt(ConfigFile::walkPower);
     return static_cast<float>(power);
-}
-
-Vector2D opponentGoalMid() {
-    static Vector2D const mid = Field::landmark(Field::OPP_GOAL_MID);
-    return mid;
 }
 
 /// One more cycle of a set piece of ours, with a pass that arrives at `endSpeed`.
@@ -37,14 +33,14 @@ bool prepareSetPiece(float endSpeed) {
 
 /// The field player whose home is nearest takes the set piece, the others take up their places.
 /// What to do when nobody can be passed to is the fallback.
-template <class Fallback>
+template <typename Fallback>
 void setPiece(WorldModel const& world, float endSpeed, Fallback fallback) {
     if (!world.isMyHomePosClosestToPos(world.ball().position)) {
         SkillPool::doPositioning();
         return;
     }
     if (!SkillPool::getBall(walkPower(), false, WALK_TO_BALL)) return;
-    if (!SkillPool::faceOnlyBodyToPoint(opponentGoalMid())) return;
+    if (!SkillPool::faceOnlyBodyToPoint(opponent_goal_mid)) return;
     if (!prepareSetPiece(endSpeed)) fallback();
 }
 
@@ -62,15 +58,15 @@ void kickOff(WorldModel const& world) {
         SkillPool::scanFieldWithBody();
     } else if (world.beingClosestTeamMateToBall() &&
                SkillPool::getBall(walkPower(), false, WALK_TO_BALL)) {
-        SkillPool::kickToPoint(random() % 2 == 0 ? opponent_rc : opponent_lc, 100.0F, false);
+        SkillPool::kickToPoint(random() % 2 == 0 ? opponent_rc : opponent_lc, SkillPool::FULL_POWER,
+                               false);
     }
 }
 
 bool ourGoalieHasTheBall(WorldModel const& world) {
-    constexpr float AT_HAND = 2.0F;
     Vector2D const ball = world.ball().position;
     Player const* const goalie = world.situation().myTeam.getGoalie();
-    return goalie != nullptr && goalie->position.getDistanceTo(ball) < AT_HAND &&
+    return goalie != nullptr && goalie->position.getDistanceTo(ball) < SkillPool::AT_HAND &&
            Field::OWN_PENALTY_AREA.isInside(ball);
 }
 
@@ -80,8 +76,9 @@ void ourCornerKick(WorldModel const& world) {
         return;
     }
     if (!SkillPool::getBall(walkPower(), false, WALK_TO_BALL)) return;
-    if (!SkillPool::faceOnlyBodyToPoint(PEN_SHOOT_POINT)) return;
-    if (!prepareSetPiece(1.5F)) SkillPool::kickToPoint(PEN_SHOOT_POINT, 100.0F, false);
+    if (!SkillPool::faceOnlyBodyToPoint(penShootPoint)) return;
+    if (!prepareSetPiece(SkillPool::LONG_PASS_END_SPEED))
+        SkillPool::kickToPoint(penShootPoint, SkillPool::FULL_POWER, false);
 }
 
 } // namespace
@@ -109,10 +106,11 @@ void SkillPool::fieldPlayerGeneralBehaviour() {
         if (takeInitialPosition()) faceNeckAndBodyToBall();
         break;
     case PM_OUR_KICK_IN:
-        setPiece(*worldModel, 1.2F, clearTheBall);
+        setPiece(*worldModel, SET_PIECE_END_SPEED, clearTheBall);
         break;
     case PM_OUR_FREE_KICK:
-        if (!ourGoalieHasTheBall(*worldModel)) setPiece(*worldModel, 1.2F, clearTheBall);
+        if (!ourGoalieHasTheBall(*worldModel))
+            setPiece(*worldModel, SET_PIECE_END_SPEED, clearTheBall);
         break;
     case PM_OUR_CORNER_KICK:
         ourCornerKick(*worldModel);
@@ -121,14 +119,14 @@ void SkillPool::fieldPlayerGeneralBehaviour() {
         if (goToPositionTheirCKick()) faceNeckAndBodyToBall();
         break;
     case PM_OUR_GOAL_KICK:
-        setPiece(*worldModel, 1.5F, clearTheBall);
+        setPiece(*worldModel, LONG_PASS_END_SPEED, clearTheBall);
         break;
     case PM_OUR_GOAL:
     case PM_THEIR_GOAL:
-        if (takeInitialPosition()) faceNeckAndBodyToPoint(opponentGoalMid());
+        if (takeInitialPosition()) faceNeckAndBodyToPoint(opponent_goal_mid);
         break;
     case PM_OUR_PENALTY_KICK:
-        setPiece(*worldModel, 1.2F, shoot);
+        setPiece(*worldModel, SET_PIECE_END_SPEED, shoot);
         break;
     case PM_THEIR_KICK_IN:
     case PM_THEIR_FREE_KICK:
@@ -152,7 +150,7 @@ void SkillPool::fieldPlayerGeneralBehaviour() {
 
 namespace {
 
-constexpr Vector2D DRIBBLE_POINT(40.0F, 0.0F, CARTESIAN);
+constexpr Vector2D dribblePoint = penShootPoint;
 constexpr int UNUM_MIDDLEATTACKER = 10;
 
 float dribbleAreaX() {
@@ -162,9 +160,10 @@ float dribbleAreaX() {
 
 /// Plays the ball to where the middle attacker is about to run.
 void passAheadOfMiddleAttacker(WorldModel const& world) {
-    constexpr float FRACTION = 0.85F;
+    constexpr float FRACTION = 0.85F; // of the way to where it dribbles
+    constexpr float END_SPEED = 1.0F; // metres per cycle
     Vector2D const attacker = world.calcSBSPPosition(UNUM_MIDDLEATTACKER);
-    SkillPool::passBallToPos(attacker + FRACTION * (DRIBBLE_POINT - attacker), 1.0F);
+    SkillPool::passBallToPos(attacker + FRACTION * (dribblePoint - attacker), END_SPEED);
 }
 
 /// Shoot, pass, dribble or play forward, the first that applies. False when nothing did and the
@@ -180,7 +179,7 @@ bool playKickableBall(WorldModel const& world) {
     }
     if (SkillPool::passIfHaveACandidate(true, passEndSpeed)) return true;
     if (!world.beingFrontalAttacked() && x > dribbleAreaX()) {
-        SkillPool::simpleDribbleToPoint(DRIBBLE_POINT, 100);
+        SkillPool::simpleDribbleToPoint(dribblePoint, 100);
         return true;
     }
     if (world.myself().unum != UNUM_MIDDLEATTACKER && passAreaX <= x && x <= dribbleAreaX()) {
@@ -203,7 +202,7 @@ void SkillPool::playOnBehavior() {
     } else if (!worldModel->beingClosestTeamMateToBall()) {
         doPositioning();
         return;
-    } else if (getBall(100.0F, false, RUN_TO_BALL)) {
+    } else if (getBall(FULL_POWER, false, RUN_TO_BALL)) {
         faceNeckAndBodyToBall();
         return;
     }
@@ -214,6 +213,6 @@ bool SkillPool::performKickIn(bool wellPositioned, int minDelay, int scanDelay, 
     scanFieldWithNeck();
     if (kickInMinDelay++ < minDelay) return true;
     if (kickInScanDelay++ >= scanDelay) return false;
-    // False right after a pass too: the caller's fallback then replaces the pass. Kept so.
+    // Intentional: false right after a pass too, so that the caller's fallback replaces the pass.
     return !passIfHaveACandidate(wellPositioned, endSpeed);
 }

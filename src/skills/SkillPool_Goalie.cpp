@@ -77,8 +77,7 @@ void SkillPool::goalieGeneralBehaviour() {
             faceOnlyNeckToBall();
         }
         break;
-    case PM_OUR_FREE_KICK: {
-        constexpr float AT_HAND = 2.0F;
+    case PM_OUR_FREE_KICK:
         if (ball->position.isInvalid()) {
             scanFieldWithBody();
         } else if (myself->position.getDistanceTo(ball->position) <= AT_HAND) {
@@ -87,7 +86,6 @@ void SkillPool::goalieGeneralBehaviour() {
             goaliePositioning();
         }
         break;
-    }
     case PM_OUR_BACK_PASS:
         break;
     case PM_HALF_TIME:
@@ -98,7 +96,7 @@ void SkillPool::goalieGeneralBehaviour() {
         takeInitialPosition();
         break;
     default:
-        // Runs to its guard here, where after a goal it is put back; kept so.
+        // Intentional: it runs to its guard here; after a goal it is put back instead.
         if (!atInitialPosition()) goaliePositioning();
         break;
     }
@@ -128,7 +126,7 @@ void SkillPool::goaliePlayOn() {
     bool const reachable = worldModel->interceptionPoint(*myself, interception, cycles, true);
     if (Field::OWN_PENALTY_AREA.isInside(ball->position) ||
         (reachable && Field::OWN_PENALTY_AREA.isInside(interception))) {
-        getBall(100.0F, true, WALK_TO_BALL);
+        getBall(FULL_POWER, true, WALK_TO_BALL);
         faceOnlyNeckToBall();
     } else {
         goaliePositioning();
@@ -142,14 +140,17 @@ void SkillPool::goaliePositioning() {
     float const angle =
         getAbsAngleDifference(Utils::calcAngleToBall(), Utils::calcAngleToPoint(target));
     // Backs off when the way leads away from the ball, so as to keep facing it.
-    goToPoint(target, TOLERANCE, angle <= BACKWARDS_FROM ? 100.0F : -100.0F);
+    goToPoint(target, TOLERANCE, angle <= BACKWARDS_FROM ? FULL_POWER : -FULL_POWER);
     faceOnlyNeckToBall();
 }
 
 bool SkillPool::performGoalieFreeKick() {
+    [[maybe_unused]] static int timeReset = 1; // set after each kick; no rule reads it yet
     if (freeKickCounter++ < FREE_KICK_WAIT) return false;
 
-    bool const facesTheirGoal = myself->bodyDirection >= 350.0F || myself->bodyDirection <= 10.0F;
+    constexpr float FACING = 10.0F; // degrees to either side
+    bool const facesTheirGoal =
+        myself->bodyDirection >= 360.0F - FACING || myself->bodyDirection <= FACING;
     if (!facesTheirGoal) {
         faceNeckAndBodyToPoint({Field::OPP_GOAL_OUTLINE, myself->position.y, CARTESIAN});
         return false;
@@ -162,7 +163,8 @@ bool SkillPool::performGoalieFreeKick() {
     }
     PERFORMED_GOALIE_KICK = true;
     kickedTime = worldModel->currentTime();
-    if (!passIfHaveACandidate(true, 1.5F)) kickAway(false);
+    if (!passIfHaveACandidate(true, LONG_PASS_END_SPEED)) kickAway(false);
+    timeReset = 1;
     return true;
 }
 

@@ -13,7 +13,7 @@ class WorldModel;
 /// model exists; the angle functions read it, so they are the main thread's.
 class Utils {
 public:
-    /// Takes over the agent's world model.
+    /// Takes over the agent's world model, handed in as for SkillPool::initialize().
     static void initialize(WorldModel const* model);
 
     /// From the agent, or from `from`, to a point; what is below half a degree counts as 0. NaN for

@@ -10,6 +10,8 @@
 namespace Formation {
 
 inline constexpr int PLAYERS = 11;
+inline constexpr int GOALIE_NUMBER = 1;
+inline constexpr int FIRST_FIELD_PLAYER = 2;
 
 /// By shirt number; index 0 is number 1.
 inline constexpr std::array<Vector2D, PLAYERS> homePositions = {{

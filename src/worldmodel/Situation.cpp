@@ -90,7 +90,3 @@ void Situation::integratePlayerAudio(RCC_PlayerAudio const& audio) {
     ball.position = ball.rollingPosition(1);
     heardBallVelocityTime = audio.time;
 }
-
-void Situation::integrateSelfAudio(RCC_SelfAudio const& /*audio*/) {}
-
-void Situation::integrateCoachAudio(RCC_CoachAudio const& /*audio*/) {}

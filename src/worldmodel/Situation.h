@@ -3,7 +3,7 @@
 #include <atomic>
 #include <vector>
 
-#include "link/ServerCommands.h"
+#include "link/CommandRecords.h"
 #include "parser/RCC_Parser.h"
 #include "worldmodel/Ball.h"
 #include "worldmodel/Field.h"
@@ -91,6 +91,6 @@ public:
     /// message is ignored.
     void integratePlayerAudio(RCC_PlayerAudio const& audio);
     /// Both do nothing: there is no protocol with the coach, and one's own reports hold no news.
-    void integrateSelfAudio(RCC_SelfAudio const& audio);
-    void integrateCoachAudio(RCC_CoachAudio const& audio);
+    void integrateSelfAudio(RCC_SelfAudio const& /*audio*/) {}
+    void integrateCoachAudio(RCC_CoachAudio const& /*audio*/) {}
 };

@@ -8,6 +8,7 @@
 #include <sys/time.h>
 #include <vector>
 
+#include "config/Configuration.h"
 #include "worldmodel/Field.h"
 #include "worldmodel/Situation.h"
 
@@ -36,9 +37,9 @@ private:
 /// The model remembers no players: it knows those of the last see. The ball is kept between sees
 /// and rolled forward.
 ///
-/// The questions come in two forms, a yes or no and a reliability ending in `Rel`; a Rel form that
-/// says "not worked out" returns a constant. Sources: LowLevel (news and integration), Estimation
-/// (where am I, where is the ball), HighLevel (searches), Possession, Tactics, Positions, Checks.
+/// The questions come in two forms, a yes or no and a reliability ending in `Rel`. Sources:
+/// LowLevel (news and integration), Estimation (where am I, where is the ball), HighLevel
+/// (searches), Possession, Tactics, Positions, Checks.
 class WorldModel {
 public:
     /// Cycles since the ball was heard of after which a see without it gives it up. When it was
@@ -46,6 +47,8 @@ public:
     static constexpr int BALL_MEMORY = 3;
     /// Cycles for which a ball seen without velocity still counts as moving.
     static constexpr int BALL_VELOCITY_MEMORY = 2;
+    /// The answer of a reliability that nobody has worked out yet.
+    static constexpr float NOT_WORKED_OUT = 0.0F;
 
     WorldModel();
     virtual ~WorldModel() = default;
@@ -54,6 +57,9 @@ public:
 
     /// @name Parts of the picture
     /// @{
+    /// All data of these two belongs to their classes; the objects only give access to it.
+    Configuration const& configuration() const { return theConfiguration; }
+    Field const& field() const { return theField; }
     Situation& situation() { return theSituation; }
     Situation const& situation() const { return theSituation; }
     Myself& myself() { return theSituation.myself; }
@@ -156,21 +162,23 @@ public:
     float hasBall_TeamRel() const;
     bool isCatchable() const;
     bool isInKickableArea() const;
-    float isInKickableAreaRel() const; ///< not worked out
+    float isInKickableAreaRel() const { return NOT_WORKED_OUT; }
     /// After `cycles` cycles of dashing with `dashPower`.
     bool willBeInKickableArea(int cycles, float dashPower) const;
     bool beingClosestToBall() const;
     float beingClosestToBallRel() const;
     bool beingSecondClosestToBall() const;
-    float beingSecondClosestToBallRel() const; ///< not worked out
+    float beingSecondClosestToBallRel() const { return 1.0F; } ///< not worked out
     bool beingClosestTeamMateToBall() const;
     bool beingSecondClosestTeamMateToBall() const;
     bool isClosestToBall(Player const& p) const;
-    float isClosestToBallRel(Player const& p) const; ///< not worked out
+    float isClosestToBallRel(Player const& /*p*/) const { return NOT_WORKED_OUT; }
     bool beingClosestToPoint(Vector2D point) const;
-    float beingClosestToPointRel(Vector2D point) const; ///< not worked out
+    float beingClosestToPointRel(Vector2D /*point*/) const { return NOT_WORKED_OUT; }
     bool isClosestToPoint(Vector2D point, Player const& p) const;
-    float isClosestToPointRel(Vector2D point, Player const& p) const; ///< not worked out
+    float isClosestToPointRel(Vector2D /*point*/, Player const& /*p*/) const {
+        return NOT_WORKED_OUT;
+    }
     // These three compare the closest player with p, not with the agent: true for whoever is found
     // at p's own place. Not the question "am I the closest to p".
     bool beingClosestTeamMateToPlayer(Player const& p) const;
@@ -184,14 +192,14 @@ public:
     float isOpponentRel(Player const& p) const;
     bool isTeamMate(Player const& p) const;
     float isTeamMateRel(Player const& p) const;
-    bool isInArea(Player const& p) const;     ///< not worked out
-    float isInAreaRel(Player const& p) const; ///< not worked out
+    bool isInArea(Player const& /*p*/) const { return true; } ///< not worked out
+    float isInAreaRel(Player const& /*p*/) const { return NOT_WORKED_OUT; }
     /// @}
 
     /// @name Tactics (WorldModel_Tactics.cpp)
     /// @{
     bool isOnField(Vector2D point) const;
-    float isOnFieldRel(Vector2D point) const; ///< not worked out
+    float isOnFieldRel(Vector2D /*point*/) const { return NOT_WORKED_OUT; }
     bool beingOnField() const;
     float beingOnFieldRel() const;
     /// Judged along y, towards the bottom touch line; kept so.
@@ -204,29 +212,29 @@ public:
     bool isLastMan(Player const& p) const;
     float isLastManRel(Player const& p) const;
     bool beingInAttackPosition() const;
-    float beingInAttackPositionRel() const; ///< not worked out
+    float beingInAttackPositionRel() const { return NOT_WORKED_OUT; }
     bool beingInDefensePosition() const;
     bool beingInOptimalPosition() const;
-    float beingInOptimalPositionRel() const; ///< not worked out
+    float beingInOptimalPositionRel() const { return NOT_WORKED_OUT; }
     bool isAGoodPointToScore(Vector2D point) const;
-    float isAGoodPointToScoreRel(Vector2D point) const; ///< not worked out
+    float isAGoodPointToScoreRel(Vector2D /*point*/) const { return NOT_WORKED_OUT; }
     bool beingAtGoodPointToScore() const;
-    float beingAtGoodPointToScoreRel() const; ///< not worked out
+    float beingAtGoodPointToScoreRel() const { return NOT_WORKED_OUT; }
     bool isAtGoodPointToScore(Player const& p) const;
-    float isAtGoodPointToScoreRel(Player const& p) const; ///< not worked out
+    float isAtGoodPointToScoreRel(Player const& /*p*/) const { return NOT_WORKED_OUT; }
     bool beingFrontalAttacked() const;
-    float beingFrontalAttackedRel() const; ///< not worked out
+    float beingFrontalAttackedRel() const { return NOT_WORKED_OUT; }
     bool isFrontalAttacked(Player const& p) const;
-    float isFrontalAttackedRel(Player const& p) const; ///< not worked out
+    float isFrontalAttackedRel(Player const& /*p*/) const { return NOT_WORKED_OUT; }
     bool beingAttacked() const;
-    float beingAttackedRel() const; ///< not worked out
+    float beingAttackedRel() const { return NOT_WORKED_OUT; }
     bool isAttackedTeammate(Player const& p) const;
-    float isAttackedTeammateRel(Player const& p) const; ///< not worked out
+    float isAttackedTeammateRel(Player const& /*p*/) const { return NOT_WORKED_OUT; }
     bool isAttackedOpponent(Player const& p) const;
-    float isAttackedOpponentRel(Player const& p) const; ///< not worked out
+    float isAttackedOpponentRel(Player const& /*p*/) const { return NOT_WORKED_OUT; }
     /// True when an opponent is NEAR p, or none is known: the reverse of its name; kept so.
     bool isNotMarked(Player const& p) const;
-    float isNotMarkedRel(Player const& p) const; ///< not worked out
+    float isNotMarkedRel(Player const& /*p*/) const { return NOT_WORKED_OUT; }
     /// Whether a player stands in the way of a ball from `from` (default: the ball) to `to`.
     bool isIntersected(Vector2D from, Vector2D to) const;
     bool isIntersected(Vector2D to) const;
@@ -239,11 +247,15 @@ public:
     bool beingCloseToOpponentGoalOutLine() const;
     float beingCloseToOpponentGoalOutLineRel() const;
     bool isInAnyRectangle(Vector2D point, Rectangle const& r) const;
-    float isInAnyRectangleRel(Vector2D point, Rectangle const& r) const; ///< not worked out
+    float isInAnyRectangleRel(Vector2D /*point*/, Rectangle const& /*r*/) const {
+        return NOT_WORKED_OUT;
+    }
     bool isInAnyRectangle(Player const& p, Rectangle const& r) const;
-    float isInAnyRectangleRel(Player const& p, Rectangle const& r) const; ///< not worked out
+    float isInAnyRectangleRel(Player const& /*p*/, Rectangle const& /*r*/) const {
+        return NOT_WORKED_OUT;
+    }
     bool beingInAnyRectangle(Rectangle const& r) const;
-    float beingInAnyRectangleRel(Rectangle const& r) const; ///< not worked out
+    float beingInAnyRectangleRel(Rectangle const& /*r*/) const { return NOT_WORKED_OUT; }
     bool isWellPositioned(Player const& p) const;
     bool isUnvulnerable(Player const& p) const;
     /// @}
@@ -277,7 +289,7 @@ public:
     void printTheirTeam();
     void printUnknownPlayers();
     void printBall();
-    void printInit();
+    void printInit() {}
     /// @}
 
 private:
@@ -291,7 +303,9 @@ private:
     /// The player closest to the point among those farther from it than the closest team-mate.
     Player const* secondClosest(Vector2D point, bool amongOpponentsToo) const;
 
+    Configuration theConfiguration;
     Situation theSituation;
+    Field theField;
     ServerCommandCounters theQueuedCommands;
     std::array<char, 256> theTeamname{};
 

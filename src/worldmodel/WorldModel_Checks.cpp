@@ -164,6 +164,4 @@ void WorldModel::printBall() {
     lookAt(ball());
 }
 
-void WorldModel::printInit() {}
-
 // NOLINTEND(readability-make-member-function-const)

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "worldmodel/Formation.h"
 #include "worldmodel/Timeval.h"
 
 namespace {
@@ -11,7 +12,18 @@ namespace {
 /// How far ahead an interception is looked for.
 constexpr int INTERCEPTION_CYCLES = 24;
 
-constexpr int GOALIE_NUMBER = 1;
+/// Whole milliseconds, both ends included.
+struct Span {
+    int first;
+    int last;
+
+    constexpr bool holds(int msec) const { return first <= msec && msec <= last; }
+};
+
+// How long after its sense_body a see must not come, to be acted upon in the same half of the
+// cycle.
+constexpr Span TOO_LATE_FOR_THE_FIRST_HALF = {6, 44};
+constexpr Span TOO_LATE_FOR_THE_SECOND_HALF = {65, 99};
 
 /// The best so far of a search for the least value; the first of equal ones stays.
 struct Least {
@@ -138,7 +150,7 @@ Player const* WorldModel::closestTeamMateToOwnGoalOutLine() const {
 Player const* WorldModel::closestOppFieldPlayerToOppGoalOutLine() const {
     Least closest;
     for (Player const& player : opponents()) {
-        if (player.unum == GOALIE_NUMBER) continue;
+        if (player.unum == Formation::GOALIE_NUMBER) continue;
         closest.offer(player, Field::OPP_GOAL_OUTLINE - player.position.x);
     }
     return closest.player;
@@ -234,7 +246,6 @@ bool WorldModel::haveOptimalSeeTimes() const {
         return false;
     }
     int const lateness = Timeval::diffMsec(timeLastSee(), timeLastSB());
-    bool const tooLateForTheFirstHalf = lateness >= 6 && lateness <= 44;
-    bool const tooLateForTheSecondHalf = lateness >= 65 && lateness <= 99;
-    return !tooLateForTheFirstHalf && !tooLateForTheSecondHalf;
+    return !TOO_LATE_FOR_THE_FIRST_HALF.holds(lateness) &&
+           !TOO_LATE_FOR_THE_SECOND_HALF.holds(lateness);
 }

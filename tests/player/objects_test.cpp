@@ -102,7 +102,7 @@ TEST_F(Objects, TheAgentDashesWithWhatItsStaminaAllows) {
                 double const dash = std::clamp<double>(power, std::min(1250.0F - stamina, 0.0F),
                                                        std::max(stamina - 2500.0F, 0.0F));
                 double const push = dash * 0.006 * effort;
-                Myself::updatePredictedStamina(stamina, effort, recovery, static_cast<float>(dash));
+                me.updatePredictedStamina(stamina, effort, recovery, static_cast<float>(dash));
                 return push;
             });
     }
@@ -128,7 +128,7 @@ TEST_F(Objects, StaminaDrainsAndRecovers) {
     };
     // clang-format on
     for (auto [stamina, effort, recovery, power, nextStamina, nextEffort, nextRecovery] : CASES) {
-        Myself::updatePredictedStamina(stamina, effort, recovery, power);
+        Myself().updatePredictedStamina(stamina, effort, recovery, power);
         EXPECT_NEAR(stamina, nextStamina, 1e-2);
         EXPECT_NEAR(effort, nextEffort, 1e-5) << nextStamina;
         EXPECT_NEAR(recovery, nextRecovery, 1e-5) << nextStamina;
