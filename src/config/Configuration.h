@@ -1,10 +1,10 @@
 #pragma once
 
-#include "parser/RCC_Parser.h"
-
 #include <cstddef>
 #include <iosfwd>
 #include <vector>
+
+#include "parser/RCC_Parameters.h"
 
 /// The parameters of the match as the server sent them: zero until then, real values narrowed to
 /// float. All state is static and constantly initialised, so that the constants of other classes

@@ -5,7 +5,7 @@
 namespace {
 
 /// Where the newest record of one kind is kept.
-template <class Record>
+template <typename Record>
 struct Slot {
     Record*& buffer;
     std::atomic<bool>& isNew;
@@ -27,7 +27,7 @@ Slot<RCC_PlayerType>   slotOf(RCC_PlayerType const&)   { return {Sensors::player
 // clang-format on
 
 /// Replaces `seen` by copies of what the container holds.
-template <class T>
+template <typename T>
 void copyAll(RCC_Pointer<RCC_Container<T>> const& container, std::vector<T>& seen,
              char const* boundsMessage) {
     seen.clear();
@@ -68,7 +68,7 @@ void VisualHandler::handle(RCC_Pointer<RCC_Visual> const& p) {
     Sensors::newVisual = true;
 }
 
-template <class Record>
+template <typename Record>
 void RecordHandler<Record>::handle(RCC_Pointer<Record> const& p) {
     Record const& record = *p;
     auto [buffer, isNew] = slotOf(record);

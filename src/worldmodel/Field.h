@@ -3,7 +3,7 @@
 #include <span>
 
 #include "geometry/Geometry.h"
-#include "parser/RCC_Parser.h"
+#include "parser/RCC_Records.h"
 
 /// The side that the agent's team plays from.
 enum class FieldSide : int { right = -1, unknown = 0, left = 1 };

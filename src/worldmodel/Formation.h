@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "geometry/Geometry.h"
+#include "worldmodel/PlayMode.h"
 
 /// The team's fixed formation as constant tables, and the strategic position drawn from them.
 /// Frame: the agent's own (own goal at negative x), metres.
@@ -58,8 +59,8 @@ inline constexpr std::array<bool, 12> behindBall =
     {false, true, true, true, true, true, false, false, false, false, false, false};
 // clang-format on
 
-/// Play mode in which nobody runs ahead of the ball: our offside, after which the others have it.
-inline constexpr int BEHIND_BALL_MODE = 17;
+/// Play mode in which nobody runs ahead of the ball: the others have it.
+inline constexpr PlayMode BEHIND_BALL_MODE = PM_OUR_OFFSIDE;
 
 constexpr bool isShirtNumber(int unum) {
     return unum >= 1 && unum <= PLAYERS;

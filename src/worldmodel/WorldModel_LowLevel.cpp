@@ -232,7 +232,8 @@ void WorldModel::integrateSeenBall(RCC_Ball const& seen, Vector2D const& lastPla
 void WorldModel::integrateInitMsg(RCC_InitMsg const& msg) {
     myself().unum = msg.unum;
     theSituation.side = static_cast<FieldSide>(msg.side);
-    theSituation.playMode = msg.playMode.mode; // the parser's number as it is, without the mapping
+    // Intentional: the parser's number as it is, not mapped to ours or theirs.
+    theSituation.playMode = static_cast<int>(msg.playMode.mode);
 
     Player& mirror = theSituation.myTeam.players.front();
     mirror.unum = msg.unum;

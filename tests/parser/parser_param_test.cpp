@@ -1,7 +1,7 @@
-#include "tests/parser/Listener.h"
-
 #include <sstream>
 #include <string>
+
+#include "tests/parser/Listener.h"
 
 namespace {
 

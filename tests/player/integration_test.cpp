@@ -172,13 +172,13 @@ TEST_F(IntegrationTest, PlayModesAreNumberedThroughWithTwoNumbersForAPair) {
         bool const pair = (4 <= mode && mode <= 9) || mode == 11 || mode == 12 ||
                           (16 <= mode && mode <= 20) || mode >= 25;
         for (int const side : {1, -1, 0}) {
-            situation.setPlayMode({mode, side});
+            situation.setPlayMode({RCC_PlayMode::Mode(mode), side});
             EXPECT_EQ(situation.playMode, pair && side != 1 ? code + 1 : code) << mode;
         }
         code += pair ? 2 : 1;
     }
     for (int const unknown : {-1, 27, 1000000}) {
-        situation.setPlayMode({unknown, 1});
+        situation.setPlayMode({RCC_PlayMode::Mode(unknown), 1});
         EXPECT_EQ(situation.playMode, 41) << unknown;
     }
     integrate("(hear 20 referee corner_kick_l)"); // one's own

@@ -50,7 +50,9 @@ TEST(Positioning, StrategicPositionsOfAllNumbers) {
         practice::Vec const ball{draw(-52, 52), draw(-34, 34)};
         bool const offside = i % 4 == 0;
         stage.show(me.x, me.y, 0, ball.x, ball.y);
-        stage.world.situation().playMode = offside ? 17 : i % 3 == 0 ? 18 : 3;
+        stage.world.situation().playMode = offside      ? PM_OUR_OFFSIDE
+                                           : i % 3 == 0 ? PM_THEIR_OFFSIDE
+                                                        : PM_PLAY_ON;
 
         // Team-mates are expected by their home, the agent itself goes by where it is.
         practice::Vec const expected = strategic(n, placeOf(n, HOMES), ball, offside);

@@ -1,8 +1,10 @@
-#include "parser/RCC_Scanner.h"
+#include "parser/Scanner.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+
+namespace rcc {
 
 namespace {
 
@@ -12,45 +14,45 @@ std::string_view between(char const* first, char const* last) {
 
 } // namespace
 
-bool RCC_Scanner::finish() {
+bool Scanner::finish() {
     if (!close()) return false;
-    while (peek() == '\0' && cursor != end) {
-        ++cursor; // the NUL that ends a datagram
+    while (peek() == '\0' && cursor_ != end_) {
+        ++cursor_; // the NUL that ends a datagram
     }
-    return cursor == end;
+    return cursor_ == end_;
 }
 
-std::string_view RCC_Scanner::takeWhile(unsigned classes) {
-    char const* const first = cursor;
-    cursor = std::find_if_not(cursor, end, [=](char c) { return rcc::is(classes, c); });
-    return between(first, cursor);
+std::string_view Scanner::takeWhile(unsigned classes) {
+    char const* const first = cursor_;
+    cursor_ = std::find_if_not(cursor_, end_, [=](char c) { return is(classes, c); });
+    return between(first, cursor_);
 }
 
-std::string_view RCC_Scanner::word() {
+std::string_view Scanner::word() {
     peek();
-    return takeWhile(rcc::DIGIT | rcc::LETTER);
+    return takeWhile(DIGIT | LETTER);
 }
 
-bool RCC_Scanner::textUpToClose(std::string_view& text) {
+bool Scanner::textUpToClose(std::string_view& text) {
     peek();
-    text = takeWhile(rcc::SPACE | rcc::DIGIT | rcc::QUOTE | rcc::LETTER);
+    text = takeWhile(SPACE | DIGIT | QUOTE | LETTER);
     return atClose();
 }
 
-bool RCC_Scanner::quoted(std::string_view& text) {
+bool Scanner::quoted(std::string_view& text) {
     if (!take('"')) return false;
-    text = takeWhile(rcc::SPACE | rcc::DIGIT | rcc::PARENTHESIS | rcc::LETTER);
+    text = takeWhile(SPACE | DIGIT | PARENTHESIS | LETTER);
     return take('"');
 }
 
-bool RCC_Scanner::skipAtom() {
+bool Scanner::skipAtom() {
     std::string_view ignored;
     return atQuote() ? quoted(ignored) : !word().empty();
 }
 
-bool RCC_Scanner::item(std::string_view& text) {
+bool Scanner::item(std::string_view& text) {
     peek();
-    char const* const first = cursor;
+    char const* const first = cursor_;
     int depth = 0;
     do {
         if (open()) {
@@ -61,11 +63,11 @@ bool RCC_Scanner::item(std::string_view& text) {
             return false;
         }
     } while (depth > 0);
-    text = between(first, cursor);
+    text = between(first, cursor_);
     return true;
 }
 
-bool RCC_Scanner::skipItems() {
+bool Scanner::skipItems() {
     std::string_view ignored;
     while (!atClose()) {
         if (!item(ignored)) return false;
@@ -73,7 +75,7 @@ bool RCC_Scanner::skipItems() {
     return true;
 }
 
-bool RCC_Scanner::integer(int& value, int low, int high) {
+bool Scanner::integer(int& value, int low, int high) {
     double number = 0;
     if (!real(number) || number < low || number > high || number != std::trunc(number)) {
         return false;
@@ -82,7 +84,9 @@ bool RCC_Scanner::integer(int& value, int low, int high) {
     return true;
 }
 
-bool RCC_Scanner::angle(RCC_Angle& angle) {
-    angle.unit = RCC_Angle::Degrees;
+bool Scanner::angle(RCC_Angle& angle) {
+    angle.unit = RCC_Angle::Unit::degrees;
     return real(angle.value) && isTurn(angle.value);
 }
+
+} // namespace rcc

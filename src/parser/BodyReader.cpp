@@ -1,4 +1,4 @@
-#include "parser/ParseBody.h"
+#include "parser/Readers.h"
 
 #include <algorithm>
 #include <array>
@@ -10,25 +10,25 @@ namespace {
 constexpr std::array<std::string_view, 2> QUALITIES = {"high", "low"};
 constexpr std::array<std::string_view, 3> WIDTHS = {"narrow", "normal", "wide"};
 
-bool readChoice(RCC_Scanner& scanner, auto const& words, int& index) {
+bool readChoice(Scanner& scanner, auto const& words, int& index) {
     auto const* const found = std::ranges::find(words, scanner.word());
     index = static_cast<int>(found - words.begin());
     return found != words.end();
 }
 
-bool readViewMode(RCC_Scanner& scanner, RCC_SenseBody& body) {
+bool readViewMode(Scanner& scanner, RCC_SenseBody& body) {
     return scanner.open("view_mode") && readChoice(scanner, QUALITIES, body.viewQuality) &&
            readChoice(scanner, WIDTHS, body.viewWidth) && scanner.close();
 }
 
 /// Newer servers add the capacity that is left.
-bool readStamina(RCC_Scanner& scanner, RCC_SenseBody& body) {
+bool readStamina(Scanner& scanner, RCC_SenseBody& body) {
     float capacity = 0;
     return scanner.open("stamina") && scanner.real(body.stamina) && scanner.real(body.effort) &&
            (scanner.atClose() || scanner.real(capacity)) && scanner.close();
 }
 
-bool readMotion(RCC_Scanner& scanner, RCC_SenseBody& body) {
+bool readMotion(Scanner& scanner, RCC_SenseBody& body) {
     return scanner.open("speed") && scanner.real(body.speed) &&
            scanner.angle(body.speedDirection) && scanner.close() && scanner.open("head_angle") &&
            scanner.angle(body.headAngle) && scanner.close();
@@ -52,7 +52,7 @@ constexpr std::array COUNTS = {
 };
 // clang-format on
 
-bool readCounts(RCC_Scanner& scanner, RCC_SenseBody& body) {
+bool readCounts(Scanner& scanner, RCC_SenseBody& body) {
     return std::ranges::all_of(COUNTS, [&](Count const& count) {
         return scanner.open(count.command) && scanner.integer(body.*count.member, 0) &&
                scanner.close();
@@ -60,7 +60,7 @@ bool readCounts(RCC_Scanner& scanner, RCC_SenseBody& body) {
 }
 
 /// What newer servers tell after the counts.
-bool skipGroups(RCC_Scanner& scanner) {
+bool skipGroups(Scanner& scanner) {
     std::string_view group;
     while (scanner.atOpen()) {
         if (!scanner.item(group)) return false;
@@ -70,7 +70,7 @@ bool skipGroups(RCC_Scanner& scanner) {
 
 } // namespace
 
-bool parseSenseBody(RCC_Scanner& scanner, RCC_SenseBody& body) {
+bool readSenseBody(Scanner& scanner, RCC_SenseBody& body) {
     return scanner.cycle(body.time) && readViewMode(scanner, body) && readStamina(scanner, body) &&
            readMotion(scanner, body) && readCounts(scanner, body) && skipGroups(scanner);
 }

@@ -1,12 +1,30 @@
-#include "parser/ParamTables.h"
+#include "parser/Readers.h"
+
+#include <algorithm>
+#include <array>
+#include <bitset>
+#include <cctype>
+#include <cstddef>
+#include <ostream>
+#include <variant>
 
 namespace rcc {
 
-// One row a parameter, in the order of the positional form. The third column is the name that the
-// server uses where it is another one than ours.
+namespace {
+
+/// One parameter of a record: its name and where it goes.
+template <typename Record>
+struct Field {
+    std::string_view name;
+    std::variant<double Record::*, int Record::*> member;
+    std::string_view wireName = name; ///< in the form with names
+};
+
+// One row for each parameter, in the order of the positional form. The third column is the name
+// that the server uses where it differs from ours.
 // clang-format off
 
-constinit std::array<ParamField<RCC_ServerParam>, 103> const SERVER_PARAM_FIELDS = {{
+constexpr std::array<Field<RCC_ServerParam>, 103> SERVER_PARAM_FIELDS = {{
     {"goalWidth",               &RCC_ServerParam::goalWidth},
     {"inertiaMoment",           &RCC_ServerParam::inertiaMoment},
     {"playerSize",              &RCC_ServerParam::playerSize},
@@ -112,7 +130,7 @@ constinit std::array<ParamField<RCC_ServerParam>, 103> const SERVER_PARAM_FIELDS
     {"dropBallTime",            &RCC_ServerParam::dropBallTime},
 }};
 
-constinit std::array<ParamField<RCC_PlayerParam>, 19> const PLAYER_PARAM_FIELDS = {{
+constexpr std::array<Field<RCC_PlayerParam>, 19> PLAYER_PARAM_FIELDS = {{
     {"playerTypes",              &RCC_PlayerParam::playerTypes},
     {"subsMax",                  &RCC_PlayerParam::subsMax},
     {"playerTypesMax",           &RCC_PlayerParam::playerTypesMax,           "pt_max"},
@@ -134,7 +152,7 @@ constinit std::array<ParamField<RCC_PlayerParam>, 19> const PLAYER_PARAM_FIELDS 
     {"effortMinDeltaFactor",     &RCC_PlayerParam::effortMinDeltaFactor},
 }};
 
-constinit std::array<ParamField<RCC_PlayerType>, 12> const PLAYER_TYPE_FIELDS = {{
+constexpr std::array<Field<RCC_PlayerType>, 12> PLAYER_TYPE_FIELDS = {{
     {"id",             &RCC_PlayerType::id},
     {"playerSpeedMax", &RCC_PlayerType::playerSpeedMax},
     {"staminaIncMax",  &RCC_PlayerType::staminaIncMax},
@@ -150,4 +168,109 @@ constinit std::array<ParamField<RCC_PlayerType>, 12> const PLAYER_TYPE_FIELDS = 
 }};
 // clang-format on
 
+bool readNumber(Scanner& scanner, double& value) {
+    return scanner.real(value);
+}
+bool readNumber(Scanner& scanner, int& value) {
+    return scanner.integer(value);
+}
+
+template <typename Record>
+bool readField(Scanner& scanner, Field<Record> const& field, Record& record) {
+    return std::visit([&](auto member) { return readNumber(scanner, record.*member); },
+                      field.member);
+}
+
+/// Without regard to case and underscores.
+bool sameName(std::string_view a, std::string_view b) {
+    auto const skipUnderscores = [](std::string_view& name) {
+        name.remove_prefix(std::min(name.find_first_not_of('_'), name.size()));
+    };
+    auto const lower = [](char c) { return std::tolower(static_cast<unsigned char>(c)); };
+    for (;; a.remove_prefix(1), b.remove_prefix(1)) {
+        skipUnderscores(a);
+        skipUnderscores(b);
+        if (a.empty() || b.empty()) return a.empty() && b.empty();
+        if (lower(a.front()) != lower(b.front())) return false;
+    }
+}
+
+/// Index in the table, or its size. The server's own names go first: its `wind_random` is a switch,
+/// not our windRandom.
+template <typename Record, std::size_t N>
+std::size_t findField(std::array<Field<Record>, N> const& table, std::string_view name) {
+    auto field =
+        std::ranges::find_if(table, [&](auto const& f) { return sameName(f.wireName, name); });
+    if (field == table.end()) {
+        field = std::ranges::find_if(table, [&](auto const& f) { return sameName(f.name, name); });
+    }
+    return static_cast<std::size_t>(field - table.begin());
+}
+
+/// Which fields of a table a message has set.
+template <std::size_t N>
+using Given = std::bitset<N>;
+
+template <typename Record, std::size_t N>
+bool readOneNamed(Scanner& scanner, std::array<Field<Record>, N> const& table, Record& record,
+                  Given<N>& given) {
+    if (!scanner.open()) return false;
+    std::string_view const name = scanner.word();
+    if (name.empty()) return false;
+    std::size_t const index = findField(table, name);
+    if (index == N) return scanner.skipItems() && scanner.close();
+    given.set(index);
+    return readField(scanner, table[index], record) && scanner.close();
+}
+
+template <typename Record, std::size_t N>
+bool readNamed(Scanner& scanner, std::array<Field<Record>, N> const& table, Record& record,
+               Given<N>& given) {
+    while (!scanner.atClose()) {
+        if (!readOneNamed(scanner, table, record, given)) return false;
+    }
+    return given.any();
+}
+
+template <typename Record, std::size_t N>
+bool readRecord(Scanner& scanner, std::array<Field<Record>, N> const& table, Record& record,
+                Given<N>& given) {
+    if (scanner.atOpen()) return readNamed(scanner, table, record, given);
+    given.set();
+    return std::ranges::all_of(
+        table, [&](auto const& field) { return readField(scanner, field, record); });
+}
+
+} // namespace
+
+bool readServerParam(Scanner& scanner, RCC_ServerParam& param) {
+    Given<SERVER_PARAM_FIELDS.size()> given;
+    if (!readRecord(scanner, SERVER_PARAM_FIELDS, param, given)) return false;
+    if (!given[findField(SERVER_PARAM_FIELDS, "kickableArea")]) {
+        param.kickableArea = param.playerSize + param.kickableMargin + param.ballSize;
+    }
+    if (!given[findField(SERVER_PARAM_FIELDS, "controlRadiusWidth")]) {
+        param.controlRadiusWidth = param.controlRadius - param.playerSize;
+    }
+    return true;
+}
+
+bool readPlayerParam(Scanner& scanner, RCC_PlayerParam& param) {
+    Given<PLAYER_PARAM_FIELDS.size()> given;
+    return readRecord(scanner, PLAYER_PARAM_FIELDS, param, given);
+}
+
+bool readPlayerType(Scanner& scanner, RCC_PlayerType& type) {
+    Given<PLAYER_TYPE_FIELDS.size()> given;
+    return readRecord(scanner, PLAYER_TYPE_FIELDS, type, given) && given.all() && type.id >= 0;
+}
+
 } // namespace rcc
+
+void RCC_PlayerType::print(std::ostream& os) const {
+    os << ' ';
+    for (auto const& field : rcc::PLAYER_TYPE_FIELDS) {
+        std::visit([&](auto member) { os << this->*member << ' '; }, field.member);
+    }
+    os << '\n';
+}

@@ -1,10 +1,31 @@
-#include "parser/ParseVisual.h"
+#include "parser/Readers.h"
 
-#include "parser/LandmarkNames.h"
+#include <array>
+#include <cstddef>
+
+#include "parser/Names.h"
 
 namespace rcc {
 
 namespace {
+
+void forEachContainer(RCC_Visual& see, auto const& apply) {
+    apply(see.lines);
+    apply(see.flags);
+    apply(see.goals);
+    apply(see.allies);
+    apply(see.enemies);
+    apply(see.neuts);
+    apply(see.balls);
+}
+
+/// A fresh object at the end of the container, null when that is full.
+template <typename T>
+T* addTo(RCC_Container<T>& container) {
+    T* const object = container.add();
+    if (object != nullptr) *object = T{};
+    return object;
+}
 
 /// The numbers that follow a name: direction; distance, direction; the same with their changes; and
 /// for a player body and head direction.
@@ -15,7 +36,7 @@ struct Values {
     std::size_t count = 0;
 };
 
-bool readValues(RCC_Scanner& scanner, std::size_t most, Values& values) {
+bool readValues(Scanner& scanner, std::size_t most, Values& values) {
     while (values.count < most && !scanner.atClose()) {
         if (!scanner.real(values.numbers[values.count++])) return false;
     }
@@ -27,7 +48,7 @@ bool store(Values const& values, RCC_SeenObject& object) {
     switch (values.count) {
     case 1:
         object.direction.value = number[0];
-        return RCC_Scanner::isTurn(number[0]);
+        return Scanner::isTurn(number[0]);
     case 6:
     case 4:
         object.speed = number[2];
@@ -36,42 +57,42 @@ bool store(Values const& values, RCC_SeenObject& object) {
     case 2:
         object.distance = number[0];
         object.direction.value = number[1];
-        return number[0] >= 0 && RCC_Scanner::isTurn(number[1]);
+        return number[0] >= 0 && Scanner::isTurn(number[1]);
     default:
         return false;
     }
 }
 
 /// A named object after its name.
-template <class T>
-bool readFixed(RCC_Scanner& scanner, T* object) {
+template <typename T>
+bool readFixed(Scanner& scanner, T* object) {
     constexpr std::size_t MOST = 4;
     Values values;
     return object != nullptr && readValues(scanner, MOST, values) && store(values, *object) &&
            scanner.close();
 }
 
-template <class T>
-bool readLandmark(RCC_Scanner& scanner, int code, SeenList<T>& list) {
-    T* const landmark = list.add();
+template <typename T>
+bool readLandmark(Scanner& scanner, int code, RCC_Container<T>& container) {
+    T* const landmark = addTo(container);
     if (landmark != nullptr) landmark->code = code;
     return readFixed(scanner, landmark);
 }
 
-bool readNamed(RCC_Scanner& scanner, VisualDraft& draft) {
+bool readNamed(Scanner& scanner, RCC_Visual& see) {
     std::string_view name;
     if (!scanner.textUpToClose(name) || !scanner.close()) return false;
     NamedObject const object = findNamedObject(name);
     switch (object.kind) {
-    case NamedObject::Line:
-        return readLandmark(scanner, object.code, draft.lines);
-    case NamedObject::Flag:
-        return readLandmark(scanner, object.code, draft.flags);
-    case NamedObject::Goal:
-        return readLandmark(scanner, object.code, draft.goals);
-    case NamedObject::Ball:
-        return readFixed(scanner, draft.balls.add());
-    case NamedObject::Unknown:
+    case NamedObject::Kind::line:
+        return readLandmark(scanner, object.code, *see.lines);
+    case NamedObject::Kind::flag:
+        return readLandmark(scanner, object.code, *see.flags);
+    case NamedObject::Kind::goal:
+        return readLandmark(scanner, object.code, *see.goals);
+    case NamedObject::Kind::ball:
+        return readFixed(scanner, addTo(*see.balls));
+    case NamedObject::Kind::unknown:
         break;
     }
     return false;
@@ -84,7 +105,7 @@ struct PlayerLabel {
 };
 
 /// `p "Team" 7 goalie)` as far as it was recognised; `P)` for a player close by.
-bool readLabel(RCC_Scanner& scanner, PlayerLabel& label) {
+bool readLabel(Scanner& scanner, PlayerLabel& label) {
     std::string_view const kind = scanner.word();
     if (kind != "p" && kind != "P") return false;
     if (scanner.close()) return true;
@@ -95,7 +116,7 @@ bool readLabel(RCC_Scanner& scanner, PlayerLabel& label) {
 }
 
 /// Newer servers add a pointing direction and marks for a tackle, a kick or a charged player.
-bool skipMarks(RCC_Scanner& scanner) {
+bool skipMarks(Scanner& scanner) {
     RCC_Angle pointing;
     if (scanner.atNumber() && !scanner.angle(pointing)) return false;
     while (!scanner.atClose()) {
@@ -105,25 +126,26 @@ bool skipMarks(RCC_Scanner& scanner) {
     return true;
 }
 
-bool readPlayerValues(RCC_Scanner& scanner, RCC_Player& player) {
+bool readPlayerValues(Scanner& scanner, RCC_Player& player) {
     Values values;
     if (!readValues(scanner, MAX_VALUES, values) || !store(values, player)) return false;
     if (values.count < MAX_VALUES) return true;
     player.bodyDirection.value = values.numbers[4];
     player.headDirection.value = values.numbers[5];
-    return RCC_Scanner::isTurn(player.bodyDirection.value) &&
-           RCC_Scanner::isTurn(player.headDirection.value) && skipMarks(scanner);
+    return Scanner::isTurn(player.bodyDirection.value) &&
+           Scanner::isTurn(player.headDirection.value) && skipMarks(scanner);
 }
 
-SeenList<RCC_Player>& sideOf(std::string_view team, std::string_view ownTeam, VisualDraft& draft) {
-    if (team.empty()) return draft.neuts;
-    return team == ownTeam ? draft.allies : draft.enemies;
+RCC_Container<RCC_Player>& sideOf(std::string_view team, std::string_view ownTeam,
+                                  RCC_Visual& see) {
+    if (team.empty()) return *see.neuts;
+    return team == ownTeam ? *see.allies : *see.enemies;
 }
 
-bool readPlayer(RCC_Scanner& scanner, std::string_view ownTeam, VisualDraft& draft) {
+bool readPlayer(Scanner& scanner, std::string_view ownTeam, RCC_Visual& see) {
     PlayerLabel label;
     if (!readLabel(scanner, label)) return false;
-    RCC_Player* const player = sideOf(label.team, ownTeam, draft).add();
+    RCC_Player* const player = addTo(sideOf(label.team, ownTeam, see));
     if (player == nullptr) return false;
     player->name.team.assign(label.team);
     player->name.unum = label.unum;
@@ -133,23 +155,22 @@ bool readPlayer(RCC_Scanner& scanner, std::string_view ownTeam, VisualDraft& dra
 
 } // namespace
 
-void VisualDraft::clear() {
-    lines.clear();
-    flags.clear();
-    goals.clear();
-    allies.clear();
-    enemies.clear();
-    neuts.clear();
-    balls.clear();
+RCC_Visual makeEmptySee() {
+    RCC_Visual see;
+    forEachContainer(see, [](auto& container) {
+        using Container = std::remove_reference_t<decltype(*container)>;
+        container = RCC_Pointer<Container>::make(RCC_Visual::MAX_OBJECTS);
+    });
+    return see;
 }
 
-bool parseVisual(RCC_Scanner& scanner, std::string_view teamName, VisualDraft& draft) {
-    draft.clear();
-    if (!scanner.cycle(draft.time)) return false;
+bool readSee(Scanner& scanner, std::string_view ownTeam, RCC_Visual& see) {
+    forEachContainer(see, [](auto& container) { container->clear(); });
+    if (!scanner.cycle(see.time)) return false;
     while (!scanner.atClose()) {
         if (!scanner.open() || !scanner.open()) return false;
         bool const player = scanner.peek() == 'p' || scanner.peek() == 'P';
-        if (!(player ? readPlayer(scanner, teamName, draft) : readNamed(scanner, draft))) {
+        if (!(player ? readPlayer(scanner, ownTeam, see) : readNamed(scanner, see))) {
             return false;
         }
     }

@@ -1,13 +1,11 @@
 #pragma once
 
-#include "parser/RCC_Object.h"
-
 #include <iosfwd>
 
 /// The parameters of the match, in the order in which the server lists them. In the form with names
 /// a parameter that the server leaves out is 0, except for the two that follow from others:
 /// kickableArea and controlRadiusWidth.
-struct RCC_ServerParam : RCC_Object {
+struct RCC_ServerParam {
     // Pitch and players (metres, metres per cycle, rates per cycle)
     double goalWidth = 0;
     double inertiaMoment = 0;
@@ -147,7 +145,7 @@ struct RCC_ServerParam : RCC_Object {
 };
 
 /// How many player types there are and how far they may differ from the default player.
-struct RCC_PlayerParam : RCC_Object {
+struct RCC_PlayerParam {
     int playerTypes = 0;
     int subsMax = 0;
     int playerTypesMax = 0;
@@ -170,7 +168,7 @@ struct RCC_PlayerParam : RCC_Object {
 };
 
 /// One of the player types; type 0 is the default player.
-struct RCC_PlayerType : RCC_Object {
+struct RCC_PlayerType {
     int id = 0;
     double playerSpeedMax = 0;
     double staminaIncMax = 0;
