@@ -36,7 +36,8 @@ bool SkillPool::stopBall() {
                                  convertAngleTo180(Utils::calcAngleToBallRel2Body()));
     Vector2D const motion = ball->velocity - myself->velocity;
     float const power = motion.getLength() / rate / Configuration::kickPowerRate;
-    if (!(power > powerThr)) return false;
+    // Asked this way round, so that a power that is not a number is no reason to kick either.
+    if (!(power > powerThr) || !std::isfinite(power)) return false;
     effectors->queueKick(power, normalizeTo180Deg(motion.getDirection() + 180.0F -
                                                   convertAngleTo180(myself->bodyDirection)));
     return true;
