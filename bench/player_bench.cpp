@@ -23,12 +23,12 @@ public:
     }
 
     void hearSenseBody() {
-        receiveSenseBody(senseBody);
+        sense(senseBody);
         world.integrateSensorInfo();
     }
 
     void see() {
-        receiveSee(largestSee);
+        sense(largestSee);
         world.integrateSensorInfo();
     }
 
@@ -87,6 +87,7 @@ void integrateSee(benchmark::State& state) {
     AllocationCount const count(state);
     for ([[maybe_unused]] auto _ : state) {
         Sensors::newVisual = true;
+        Sensors::arrivals.stamp(Arrivals::SEE);
         benchmark::DoNotOptimize(agent.world.integrateSensorInfo());
     }
 }

@@ -6,6 +6,8 @@
 #include <array>
 #include <charconv>
 #include <iostream>
+#include <locale>
+#include <sstream>
 #include <string>
 #include <system_error>
 #include <variant>
@@ -163,31 +165,48 @@ private:
     bool tracing;
 };
 
-/// False when the number does not fit.
-template <class Number>
-bool toNumber(std::string_view text, Number* number) {
-    return std::from_chars(text.data(), text.data() + text.size(), *number).ec == std::errc{};
+constexpr std::string_view NO_PROBLEM;
+constexpr std::string_view SYNTAX = "parse error";
+constexpr std::string_view TOO_LARGE = "number too large";
+
+template <typename Number>
+bool isOutOfRange(std::string_view text, Number* number) {
+    return std::from_chars(text.data(), text.data() + text.size(), *number).ec ==
+           std::errc::result_out_of_range;
 }
 
-/// Puts the value of a token into the member of a keyword; false when it is of the wrong kind.
+/// Of a number beyond the range of double: too large, and not just too near to zero. A stream tells
+/// the two apart.
+bool isTooLarge(std::string_view text) {
+    std::istringstream stream{std::string(text)};
+    stream.imbue(std::locale::classic());
+    double number = 0.0;
+    return !(stream >> number);
+}
+
+/// Puts the value of a token into the member of a keyword. Returns what is wrong with it.
 struct Assignment {
     Token const& value;
 
-    bool operator()(std::string* member) const {
-        if (value.kind != TokenKind::CHARS) return false;
+    std::string_view operator()(std::string* member) const {
+        if (value.kind != TokenKind::CHARS) return SYNTAX;
         *member = value.text.substr(1, value.text.size() - 2);
-        return true;
+        return NO_PROBLEM;
     }
 
-    bool operator()(int* member) const {
-        return value.kind == TokenKind::LONG && toNumber(value.text, member);
+    std::string_view operator()(int* member) const {
+        if (value.kind != TokenKind::LONG) return SYNTAX;
+        return isOutOfRange(value.text, member) ? TOO_LARGE : NO_PROBLEM;
     }
 
-    bool operator()(double* member) const {
-        if (value.kind != TokenKind::LONG && value.kind != TokenKind::DOUBLE) return false;
-        if (!toNumber(value.text, member)) return false;
+    std::string_view operator()(double* member) const {
+        if (value.kind != TokenKind::LONG && value.kind != TokenKind::DOUBLE) return SYNTAX;
+        if (isOutOfRange(value.text, member)) {
+            if (isTooLarge(value.text)) return TOO_LARGE;
+            *member = 0.0;
+        }
         *member += 0.0; // "-0" is a whole number, and that has no negative zero
-        return true;
+        return NO_PROBLEM;
     }
 };
 
@@ -210,11 +229,12 @@ private:
     enum class State { KEYWORD, COLON, VALUE };
 
     bool parseConfigLine(Token const& keyword) {
-        if (keyword.kind != TokenKind::KEYWORD) return syntaxError(keyword);
+        if (keyword.kind != TokenKind::KEYWORD) return report(SYNTAX, keyword);
         Token const colon = next(State::COLON);
-        if (colon.kind != TokenKind::COLON) return syntaxError(colon);
+        if (colon.kind != TokenKind::COLON) return report(SYNTAX, colon);
         Token const value = next(State::VALUE);
-        return std::visit(Assignment{value}, keyword.keyword->member) || syntaxError(value);
+        std::string_view const problem = std::visit(Assignment{value}, keyword.keyword->member);
+        return problem.empty() || report(problem, value);
     }
 
     Token next(State state) {
@@ -228,11 +248,11 @@ private:
         return token;
     }
 
-    static bool syntaxError(Token const& token) {
+    /// Always false.
+    static bool report(std::string_view problem, Token const& token) {
         std::cerr << "readConfFile"
-                  << ": <"
-                  << "parse error"
-                  << "> occured while parsing <" << token.text << ">" << std::endl;
+                  << ": <" << problem << "> occured while parsing <" << token.text << ">"
+                  << std::endl;
         return false;
     }
 

@@ -18,4 +18,5 @@
 /// end of the line. Each value is assigned as soon as it is read; a later one for the same keyword
 /// overwrites it. An unknown character or a wrong token is reported on standard error and ends the
 /// reading with false, as does a number too large for its member or a file without any configline.
+/// A number too near to zero for its member is 0.
 bool readConfFile(std::string_view text, bool scannerDebug, bool parserDebug);

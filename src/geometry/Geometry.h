@@ -30,4 +30,5 @@ public:
     /// discriminant is within EPSILON of 0, is written to s1; two go to s1 (the one with the plus
     /// sign) and s2; the rest stays untouched.
     static int abcFormula(float a, float b, float c, float* s1, float* s2);
+    static int abcFormula(double a, double b, double c, double* s1, double* s2);
 };

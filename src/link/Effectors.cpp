@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
+#include <concepts>
 #include <csignal>
 #include <cstdio>
+#include <string_view>
 
 #include "config/Configuration.h"
 #include "link/Communicator.h"
@@ -30,6 +32,10 @@ char const* nameOf(ViewMode width) {
     return "normal";
 }
 
+bool areNumbers(std::same_as<float> auto... arguments) {
+    return (std::isfinite(arguments) && ...);
+}
+
 char const* nameOf(ViewQuality quality) {
     return quality == ViewQuality::high ? "high" : "low";
 }
@@ -48,8 +54,12 @@ Effectors::Effectors(Communicator* link, ServerCommandHistory& commandHistory,
 }
 
 void Effectors::init(char const* teamname, bool goalie) {
-    std::snprintf(formatBuffer.data(), formatBuffer.size(), "(init %s %s)", teamname,
-                  goalie ? "(version 7.08)(goalie)" : "(version 7.08)");
+    std::string_view const version = goalie ? "(version 7.08)(goalie)" : "(version 7.08)";
+    // A name that is too long is cut, so that the closing parenthesis still fits.
+    constexpr std::size_t AROUND = std::string_view("(init  )").size() + 1;
+    auto const longestName = static_cast<int>(formatBuffer.size() - AROUND - version.size());
+    std::snprintf(formatBuffer.data(), formatBuffer.size(), "(init %.*s %s)", longestName, teamname,
+                  version.data());
     communicator->sendMessage(formatBuffer.data());
 }
 
@@ -61,6 +71,7 @@ void Effectors::queueMainCommand(Command kind, float argument1) {
 }
 
 void Effectors::queueMove(float x, float y) {
+    if (!areNumbers(x, y)) return;
     std::snprintf(formatBuffer.data(), formatBuffer.size(), "(move %f %f)", static_cast<double>(x),
                   static_cast<double>(y));
     queueMainCommand(Command::move, x);
@@ -68,6 +79,7 @@ void Effectors::queueMove(float x, float y) {
 }
 
 void Effectors::queueKick(float power, float direction) {
+    if (!areNumbers(power, direction)) return;
     std::snprintf(formatBuffer.data(), formatBuffer.size(), "(kick %f %f)",
                   static_cast<double>(power), static_cast<double>(direction));
     queueMainCommand(Command::kick, power);
@@ -75,6 +87,7 @@ void Effectors::queueKick(float power, float direction) {
 }
 
 void Effectors::queueDash(float power) {
+    if (!areNumbers(power)) return;
     std::snprintf(formatBuffer.data(), formatBuffer.size(), "(dash %f)",
                   static_cast<double>(power));
     queueMainCommand(Command::dash, power);
@@ -104,6 +117,7 @@ void Effectors::queueTurn(float angle, float speed) {
 }
 
 void Effectors::queueGoalieCatch(float direction) {
+    if (!areNumbers(direction)) return;
     std::snprintf(formatBuffer.data(), formatBuffer.size(), "(catch %f)",
                   static_cast<double>(direction));
     queueMainCommand(Command::goalieCatch, direction);
@@ -117,6 +131,7 @@ bool Effectors::queueOtherCommand(Command kind) {
 }
 
 void Effectors::queueTurnNeck(float angle) {
+    if (!areNumbers(angle)) return;
     std::snprintf(formatBuffer.data(), formatBuffer.size(), "(turn_neck %f)",
                   static_cast<double>(angle));
     if (queueOtherCommand(Command::turnNeck)) history.otherArgument1 = angle;

@@ -16,8 +16,8 @@ class Communicator;
 /// sense_body, is taken by the first and makes the second do nothing. Nothing here allocates.
 ///
 /// Angles are relative to the body (turn_neck: to the neck), in degrees, with the server's sign,
-/// so that they grow clockwise on a picture whose y axis points down. Numbers go out as they come;
-/// the behaviours keep the server's limits.
+/// so that they grow clockwise on a picture whose y axis points down. Numbers go out as they come,
+/// beyond the server's limits too; a command with an argument that is not finite is dropped.
 class Effectors {
 public:
     /// Installs the SIGALRM handler. The three outlive the object.
@@ -26,7 +26,8 @@ public:
     Effectors(Effectors const&) = delete;
     Effectors& operator=(Effectors const&) = delete;
 
-    /// Introduces the player to the server at once, without the queue.
+    /// Introduces the player to the server at once, without the queue. A name too long for the
+    /// datagram is cut.
     void init(char const* teamname, bool goalie);
 
     /// @name Main commands: each replaces the one queued before it in this cycle.
@@ -35,7 +36,7 @@ public:
     void queueKick(float power, float direction);
     void queueDash(float power);
     /// Turns the body by `angle`, as far as one turn at `speed` (before decay, metres per cycle)
-    /// can. A turn too small to be worth a command (moment up to 0.1) or not a number is dropped.
+    /// can. A turn too small to be worth a command (moment up to 0.1) is dropped.
     void queueTurn(float angle, float speed);
     void queueGoalieCatch(float direction);
     /// @}

@@ -42,14 +42,19 @@ void* SenseThread::senseCallback(void* worldModel) {
     itv = {};
     for (;;) {
         Sensors::sense();
-        // The flags stay up until the main thread integrates. A message that comes before it does
-        // so, of whatever kind, arms and stamps once more; main is woken within milliseconds.
-        if (Sensors::newSenseBody) {
-            setTimeSignal();
-            wm->setTimeLastSB();
-        }
-        if (Sensors::newVisual) wm->setTimeLastSee();
+        stampArrivals();
     }
+}
+
+void SenseThread::stampArrivals() {
+    // What main has not taken yet is among it, so any message that comes before it does arms and
+    // stamps once more; main is woken within milliseconds.
+    unsigned const waiting = Sensors::arrivals.claim();
+    if ((waiting & Arrivals::SENSE_BODY) != 0) {
+        setTimeSignal();
+        wm->setTimeLastSB();
+    }
+    if ((waiting & Arrivals::SEE) != 0) wm->setTimeLastSee();
 }
 
 int SenseThread::calculateSeeInterval(ViewQuality quality, ViewMode mode) {

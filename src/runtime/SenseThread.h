@@ -30,6 +30,8 @@ public:
     static float chooseFraction(long tillNextSee);
 
 private:
+    static void stampArrivals();
+
     inline static WorldModel* wm = nullptr;
     inline static itimerval itv{};
 };

@@ -5,14 +5,14 @@
 namespace {
 
 /// Where the newest record of one kind is kept.
-template <typename Record>
+template <typename Record, typename Flag = std::atomic<bool>>
 struct Slot {
     Record*& buffer;
-    std::atomic<bool>& isNew;
+    Flag& isNew;
 };
 
 // clang-format off
-Slot<RCC_SenseBody>    slotOf(RCC_SenseBody const&)    { return {Sensors::senseBody,    Sensors::newSenseBody}; }
+Slot<RCC_SenseBody, ArrivalFlag> slotOf(RCC_SenseBody const&) { return {Sensors::senseBody,    Sensors::newSenseBody}; }
 Slot<RCC_RefAudio>     slotOf(RCC_RefAudio const&)     { return {Sensors::refAudio,     Sensors::newRefAudio}; }
 Slot<RCC_SelfAudio>    slotOf(RCC_SelfAudio const&)    { return {Sensors::selfAudio,    Sensors::newSelfAudio}; }
 Slot<RCC_PlayerAudio>  slotOf(RCC_PlayerAudio const&)  { return {Sensors::playerAudio,  Sensors::newPlayerAudio}; }

@@ -141,9 +141,9 @@ void SkillPool::scanFieldWithBody() {
 }
 
 bool SkillPool::catchBall() {
-    bool const catchable = worldModel->isCatchable();
-    if (catchable) {
-        effectors->queueGoalieCatch(convertAngleTo180(Utils::calcAngleToBallRel2Body()));
-    }
-    return catchable;
+    if (!worldModel->isCatchable()) return false;
+    float const direction = convertAngleTo180(Utils::calcAngleToBallRel2Body());
+    // A ball exactly at the agent's own place has no direction, and any direction reaches it.
+    effectors->queueGoalieCatch(std::isfinite(direction) ? direction : 0.0F);
+    return true;
 }

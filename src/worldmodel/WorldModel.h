@@ -15,9 +15,14 @@
 /// A wall-clock time that one thread stamps and another reads: microseconds in one lock-free word.
 class TimeStamp {
 public:
-    void stampNow();
+    /// The present time; if that was told to `one` or `other` before, the next free microsecond, so
+    /// that of any two stamps one is the later.
+    void stampAfter(TimeStamp const& one, TimeStamp const& other);
     void set(timeval const& time);
     timeval get() const;
+    friend bool operator>(TimeStamp const& a, TimeStamp const& b) {
+        return a.microseconds > b.microseconds;
+    }
 
 private:
     std::atomic<std::int64_t> microseconds = 0;
@@ -83,7 +88,8 @@ public:
     /// @{
     /// Main thread: blocks until there is news; false after two to three seconds of silence.
     bool waitForNewInfo();
-    /// Sense thread: a see, a sense_body has just been kept by the sensors.
+    /// Sense thread: stamps the see, the sense_body that the sensors have kept, hands it over to
+    /// main and wakes it.
     void setTimeLastSee();
     void setTimeLastSB();
     void signalNewInfo();
@@ -94,7 +100,7 @@ public:
     timeval timeLastSee() const { return lastSee.get(); }
     timeval timeLastSB() const { return lastSenseBody.get(); }
     /// Whether the last see is later than the last sense_body, and so the cycle has had its see.
-    bool seeIsNewerThanSenseBody() const;
+    bool seeIsNewerThanSenseBody() const { return lastSee > lastSenseBody; }
     int cycleOfLastSee() const { return lastSeeCycle; }
     int cycleOfLastSB() const { return lastSenseBodyCycle; }
     int seesSinceLastSB() const { return seesSinceSenseBody; }

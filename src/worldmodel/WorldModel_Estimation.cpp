@@ -17,7 +17,8 @@ public:
     void offer(RCC_Flag const& flag) {
         RCC_Flag const* candidate = &flag;
         for (RCC_Flag const*& place : places) {
-            if (distanceOf(candidate) > distanceOf(place)) continue;
+            // Asked this way round, so that a distance that is not a number never takes a place.
+            if (!(distanceOf(candidate) <= distanceOf(place))) continue;
             std::swap(candidate, place);
         }
     }

@@ -2,6 +2,7 @@
 
 #include "worldmodel/WorldModel.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <ctime>
@@ -12,7 +13,8 @@
 namespace {
 
 constexpr std::int64_t MICROSECONDS_PER_SECOND = 1000000;
-constexpr int SILENCE_SECONDS = 3; ///< counted from the start of the current second
+constexpr std::int64_t LONGEST_BURST = 1000; ///< stamps within one microsecond, at most
+constexpr int SILENCE_SECONDS = 3;           ///< counted from the start of the current second
 
 /// Whether the flag was raised; lowers it. To be called before the record is read, so that a
 /// message arriving meanwhile raises it again.
@@ -22,10 +24,14 @@ bool take(std::atomic<bool>& flag) {
 
 } // namespace
 
-void TimeStamp::stampNow() {
+void TimeStamp::stampAfter(TimeStamp const& one, TimeStamp const& other) {
     timeval now{};
     gettimeofday(&now, nullptr);
-    set(now);
+    std::int64_t const present = now.tv_sec * MICROSECONDS_PER_SECOND + now.tv_usec;
+    std::int64_t const last = std::max(one.microseconds.load(), other.microseconds.load());
+    // A stamp far ahead means that somebody has set the clock back.
+    bool const isTaken = present <= last && last - present < LONGEST_BURST;
+    microseconds = isTaken ? last + 1 : present;
 }
 
 void TimeStamp::set(timeval const& time) {
@@ -76,37 +82,26 @@ void WorldModel::signalNewInfo() {
 }
 
 void WorldModel::setTimeLastSee() {
-    lastSee.stampNow();
+    lastSee.stampAfter(lastSee, lastSenseBody);
     ++seesSinceSenseBody;
     lastSeeCycle = currentTime();
+    Sensors::arrivals.stamp(Arrivals::SEE);
     signalNewInfo();
 }
 
 void WorldModel::setTimeLastSB() {
-    lastSenseBody.stampNow();
+    lastSenseBody.stampAfter(lastSee, lastSenseBody);
     senseBodyArrived = true;
     seesSinceSenseBody = 0;
     lastSenseBodyCycle = currentTime();
+    Sensors::arrivals.stamp(Arrivals::SENSE_BODY);
     signalNewInfo();
 }
 
-bool WorldModel::seeIsNewerThanSenseBody() const {
-    timeval const see = timeLastSee();
-    timeval const senseBody = timeLastSB();
-    return see.tv_sec != senseBody.tv_sec ? see.tv_sec > senseBody.tv_sec
-                                          : see.tv_usec > senseBody.tv_usec;
-}
-
 bool WorldModel::integrateSensorInfo() {
-    bool integrated = false;
-    if (take(Sensors::newSenseBody)) {
-        integrateSenseBody(*Sensors::senseBody);
-        integrated = true;
-    }
-    if (take(Sensors::newVisual)) {
-        integrateSee();
-        integrated = true;
-    }
+    unsigned const arrived = Sensors::arrivals.take();
+    if ((arrived & Arrivals::SENSE_BODY) != 0) integrateSenseBody(*Sensors::senseBody);
+    if ((arrived & Arrivals::SEE) != 0) integrateSee();
     if (take(Sensors::newRefAudio)) theSituation.setPlayMode(Sensors::refAudio->playMode);
     if (take(Sensors::newSelfAudio)) theSituation.integrateSelfAudio(*Sensors::selfAudio);
     if (take(Sensors::newPlayerAudio)) theSituation.integratePlayerAudio(*Sensors::playerAudio);
@@ -122,7 +117,7 @@ bool WorldModel::integrateSensorInfo() {
     if (take(Sensors::newPlayerParam)) Configuration::integratePlayerParam(*Sensors::playerParam);
     if (take(Sensors::newPlayerType)) Configuration::addPlayerType(*Sensors::playerType);
     Sensors::doneReading();
-    return integrated;
+    return arrived != Arrivals::NOTHING;
 }
 
 void WorldModel::integrateSenseBody(RCC_SenseBody const& report) {

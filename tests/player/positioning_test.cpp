@@ -97,4 +97,7 @@ TEST(Positioning, FixedPlaces) {
         EXPECT_EQ(stage.world.isMyHomePosClosestToPos(at(-18, 0)), n == 3);
         EXPECT_EQ(stage.world.isMyHomePosClosestToPos(at(-51, -1)), n == 3);
     }
+    // Nobody's place is near to a ball that is unknown, and an agent without a number is nobody.
+    EXPECT_FALSE(support::AgentHarness().world.isMyHomePosClosestToPos(
+        at(UNDEFINED_FLOAT, UNDEFINED_FLOAT)));
 }

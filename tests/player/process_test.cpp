@@ -210,6 +210,26 @@ TEST_F(ProcessTest, InterruptPrintsTheStatistics) {
     EXPECT_EQ(expected.str(), agent.output());
 }
 
+TEST_F(ProcessTest, AnswersASeeRightBehindItsSenseBodyInTheSameCycle) {
+    std::string const delays = "noSeeFraction: 20\nfirstHalfFraction: 20\nlastHalfFraction: 20\n";
+    AgentProcess const agent({}, (conf() + delays).c_str());
+    welcome();
+    EXPECT_TRUE(play("move", 1));
+    server.send("(hear 1 referee play_on)");
+    // Without a timer only the see lets commands go: a turn_neck or more in each cycle.
+    constexpr int CYCLES = 40;
+    for (int answered = 0; answered < CYCLES; ++answered) {
+        ++cycle;
+        server.send(support::senseBody(cycle));
+        for (int left = answered % 3 * 50; left > 0; --left) {
+            std::atomic_signal_fence(std::memory_order_seq_cst); // a few of the gaps a little wider
+        }
+        server.send("(see " + std::to_string(cycle) + " ((f c) 40 0) ((b) 20 30) ((l r) 90 90))");
+        ASSERT_TRUE(server.receive(2000)) << "cycle " << cycle;
+        collect(20);
+    }
+}
+
 TEST_F(ProcessTest, BearsAServerThatIsSlowRepeatsItselfMovesAndFloods) {
     int const nobody = support::ServerEnd().port();
     AgentProcess lonely({"localhost"}, ("serverPort: " + std::to_string(nobody) + "\n").c_str());

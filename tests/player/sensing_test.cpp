@@ -15,9 +15,19 @@ namespace {
 
 using support::LinkedAgent;
 
+/// A flag of any type that takes and gives a bool.
+struct AnyFlag {
+    template <typename Flag>
+    explicit(false) AnyFlag(Flag* flag)
+        : isRaised([flag] { return static_cast<bool>(*flag); }), lower([flag] { *flag = false; }) {}
+
+    std::function<bool()> isRaised;
+    std::function<void()> lower;
+};
+
 struct Kind {
     std::string message;
-    std::atomic<bool>* flag;
+    AnyFlag flag;
     std::function<void const*()> buffer;
 };
 
@@ -41,12 +51,12 @@ std::vector<Kind> const KINDS = {
 
 void lowerAllFlags() {
     for (Kind const& kind : KINDS) {
-        *kind.flag = false;
+        kind.flag.lower();
     }
 }
 
 long raisedFlags() {
-    return std::ranges::count_if(KINDS, [](Kind const& kind) { return kind.flag->load(); });
+    return std::ranges::count_if(KINDS, [](Kind const& kind) { return kind.flag.isRaised(); });
 }
 
 TEST(Sensing, EachKindRaisesItsOwnFlagAndKeepsItsAddress) {
@@ -54,7 +64,7 @@ TEST(Sensing, EachKindRaisesItsOwnFlagAndKeepsItsAddress) {
     for (Kind const& kind : KINDS) {
         lowerAllFlags();
         agent.receive(kind.message);
-        EXPECT_TRUE(*kind.flag) << kind.message;
+        EXPECT_TRUE(kind.flag.isRaised()) << kind.message;
         EXPECT_EQ(1, raisedFlags()) << kind.message;
         void const* const address = kind.buffer();
         EXPECT_NE(nullptr, address) << kind.message;

@@ -27,9 +27,8 @@ public:
 
     /// Parses one message and lets its handler keep it, as the sense thread does.
     void receive(std::string_view message);
-    /// receive() of a sense_body or a see, with its time stamp.
-    void receiveSenseBody(std::string_view message);
-    void receiveSee(std::string_view message);
+    /// receive(), and stamps what waits, so that the world model may integrate it.
+    void sense(std::string_view message);
     /// The init reply and all formation points: `side` is 'l' or 'r'.
     void join(char side, int unum, std::string_view playMode = "before_kick_off");
 
