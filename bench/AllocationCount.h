@@ -8,16 +8,16 @@
 class AllocationCount {
 public:
     explicit AllocationCount(benchmark::State& benchState)
-        : state(benchState), before(support::allocationCount()) {}
+        : state_(benchState), before_(support::allocationCount()) {}
     ~AllocationCount() {
-        state.counters["allocations"] =
-            benchmark::Counter(static_cast<double>(support::allocationCount() - before),
+        state_.counters["allocations"] =
+            benchmark::Counter(static_cast<double>(support::allocationCount() - before_),
                                benchmark::Counter::kAvgIterations);
     }
     AllocationCount(AllocationCount const&) = delete;
     AllocationCount& operator=(AllocationCount const&) = delete;
 
 private:
-    benchmark::State& state;
-    long before;
+    benchmark::State& state_;
+    long before_;
 };

@@ -2,7 +2,6 @@
 // all of it together. The situations are those that cost most among many random ones.
 
 #include <benchmark/benchmark.h>
-
 #include <string>
 
 #include "bench/AllocationCount.h"

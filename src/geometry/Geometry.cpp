@@ -17,7 +17,7 @@ float Geometry::getSumGeomSeries(float first, float ratio, float length) {
 }
 
 float Geometry::getSumInfGeomSeries(float first, float ratio) {
-    // The message has always carried this other name; whoever searches logs for it still finds it.
+    // Intentional: the message names another function; logs are searched for this text.
     if (ratio > 1) {
         std::cerr << "(Geometry:CalcLengthGeomSeries): series does not converge" << std::endl;
     }

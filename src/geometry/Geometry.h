@@ -7,7 +7,7 @@
 /// Closed formulas: the geometric series first, first*ratio, first*ratio^2, ... (a decaying ball or
 /// player covers such distances cycle by cycle) and the quadratic equation.
 ///
-/// Nothing fails: a senseless ratio is reported on standard error and computed with all the same;
+/// Nothing fails: a senseless ratio is reported on standard error, and the result computed anyway;
 /// divisions by zero (ratio 1, a = 0) give infinities or NaN.
 class Geometry {
 public:

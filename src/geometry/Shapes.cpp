@@ -1,9 +1,9 @@
 #include "geometry/Shapes.h"
 
-#include "geometry/Geometry.h"
-
 #include <cmath>
 #include <iostream>
+
+#include "geometry/Geometry.h"
 
 namespace {
 
@@ -13,7 +13,7 @@ Real square(Real x) {
 }
 
 /// One circle's share of an overlap: the sector over half the chord, less the triangle from its
-/// center to the chord. Rounding may make half a chord a trifle longer than the radius.
+/// center to the chord. Rounding may make half a chord longer than the radius.
 float sectorMinusTriangle(float radius, float halfChord, float centerToChord) {
     float const halfAngle = std::asin(std::min(halfChord / radius, 1.0F));
     return halfAngle * square(radius) - halfChord * centerToChord;

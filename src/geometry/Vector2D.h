@@ -1,9 +1,9 @@
 #pragma once
 
-#include "geometry/Angles.h"
-
 #include <cmath>
 #include <iosfwd>
+
+#include "geometry/Angles.h"
 
 /// What the two numbers of a vector mean.
 enum CoordSystemT {

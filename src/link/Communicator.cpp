@@ -39,7 +39,7 @@ void writeToStandardError(char const* text) {
     [[maybe_unused]] auto const written = write(STDERR_FILENO, text, std::strlen(text));
 }
 
-/// perror() for a signal handler: the same text, but of functions that a handler may call.
+/// perror() for a signal handler: the same text, by functions that a handler may call.
 void reportError(char const* prefix) {
     char const* const description = strerrordesc_np(errno);
     writeToStandardError(prefix);

@@ -50,10 +50,10 @@ public:
     /// @}
 
     /// Allows one sendAllCommands(). Called by the main loop once per sense_body.
-    void grantSend() { sendPermission = true; }
+    void grantSend() { sendPermission_ = true; }
     /// Empties the queue at the start of a decision.
-    void clearQueue() { queue.clear(); }
-    ServerCommands const& commands() const { return queue; }
+    void clearQueue() { queue_.clear(); }
+    ServerCommands const& commands() const { return queue_; }
 
     /// Sends the queue, each command in a datagram of its own, if a send is granted; takes the
     /// grant. Async-signal-safe.
@@ -70,10 +70,10 @@ private:
     void queueMainCommand(Command kind, float argument1);
     bool queueOtherCommand(Command kind);
 
-    std::atomic<bool> sendPermission = false;
-    ServerCommands queue;
-    std::array<char, OTHER_COMMAND_SIZE> formatBuffer{};
-    Communicator* communicator;
-    ServerCommandHistory& history;
-    ServerCommandCounters& counters;
+    std::atomic<bool> sendPermission_ = false;
+    ServerCommands queue_;
+    std::array<char, OTHER_COMMAND_SIZE> formatBuffer_{};
+    Communicator* communicator_;
+    ServerCommandHistory& history_;
+    ServerCommandCounters& counters_;
 };

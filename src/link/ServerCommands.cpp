@@ -33,7 +33,7 @@ bool ServerCommands::getNextOther(char* out) {
         out[0] = '\0';
         return false;
     }
-    // Byte by byte: this runs in the signal handler.
+    // Byte by byte: this runs in the signal handler, which may not call every library function.
     char const* from = otherCommands[static_cast<std::size_t>(slot)].data();
     while ((*out++ = *from++) != '\0') {
     }

@@ -20,7 +20,7 @@ public:
     void writeAgentPlan();
 
 private:
-    WorldModel* worldModel;
-    std::ofstream file;
-    int number;
+    WorldModel* worldModel_;
+    std::ofstream file_;
+    int number_;
 };

@@ -1,6 +1,5 @@
-#include "parser/Readers.h"
-
 #include "parser/Names.h"
+#include "parser/Readers.h"
 
 namespace rcc {
 

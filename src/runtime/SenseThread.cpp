@@ -86,7 +86,7 @@ void SenseThread::setTimeSignal() {
     timeval const timeLastSb = wm->timeLastSB(); // of the sense_body before
     timeval const timeNextSee =
         Utils::timerAddMsec(&timeLastSee, calculateSeeInterval(quality, mode));
-    // Any number before the first see, when the difference is that between now and 1970.
+    // Meaningless until the first see is stamped: the difference then counts from 1970.
     long const tillNextSee = long{Utils::timerDiffMsec(&timeNextSee, &timeLastSb)} - CYCLE_MSEC;
 
     itv.it_value.tv_usec = sendDelay(chooseFraction(tillNextSee));

@@ -77,8 +77,9 @@ void ourCornerKick(WorldModel const& world) {
     }
     if (!SkillPool::getBall(walkPower(), false, WALK_TO_BALL)) return;
     if (!SkillPool::faceOnlyBodyToPoint(penShootPoint)) return;
-    if (!prepareSetPiece(SkillPool::LONG_PASS_END_SPEED))
+    if (!prepareSetPiece(SkillPool::LONG_PASS_END_SPEED)) {
         SkillPool::kickToPoint(penShootPoint, SkillPool::FULL_POWER, false);
+    }
 }
 
 } // namespace
@@ -109,8 +110,9 @@ void SkillPool::fieldPlayerGeneralBehaviour() {
         setPiece(*worldModel, SET_PIECE_END_SPEED, clearTheBall);
         break;
     case PM_OUR_FREE_KICK:
-        if (!ourGoalieHasTheBall(*worldModel))
+        if (!ourGoalieHasTheBall(*worldModel)) {
             setPiece(*worldModel, SET_PIECE_END_SPEED, clearTheBall);
+        }
         break;
     case PM_OUR_CORNER_KICK:
         ourCornerKick(*worldModel);

@@ -22,12 +22,12 @@ constexpr int FREE_KICK_WAIT = 50;
 /// Cycles after its kick in which the goalkeeper does not catch.
 constexpr int OWN_KICK_CYCLES = 5;
 
-/// On the circle before the goal, on the line from its centre to where the ball is going. (0, 0)
-/// when that line leaves the field on both ends; kept so.
+/// On the circle before the goal, on the line from its centre to where the ball is going.
+/// Intentional: (0, 0) when that line leaves the field on both ends.
 Vector2D guardingPoint(Ball const& ball) {
     float const distance = Field::GOAL_CENTER.getDistanceTo(ball.position);
-    // Without the server's parameters there is no speed to reckon with, and a ball seen a million
-    // metres away is not worth counting the cycles to.
+    // Without the server's parameters there is no speed to divide by. The limit keeps a ball that
+    // is told to be a million metres away from taking a million steps.
     constexpr int MAX_CYCLES = 1000;
     int const cycles =
         Configuration::ballSpeedMax > 0.0F

@@ -35,8 +35,8 @@ public:
     /// Full width of the view cone in degrees by a width from 1 (narrow) to 3 (wide); otherwise
     /// NaN.
     static float viewQualToAngle(int viewWidth);
-    /// viewQualToAngle of the agent's view width, whose numbers start one lower (see ViewMode): NaN
-    /// when it is narrow, and the next narrower cone otherwise; kept so.
+    /// Intentional: viewQualToAngle of the agent's view width as it is, although those numbers
+    /// start one lower (see ViewMode). NaN when the view is narrow, else the next narrower cone.
     static float getViewAngle();
     /// The speed at which the ball must start to cover `dist` and arrive with `endSpeed`.
     static float calcKickSpeedToTravel(float dist, float endSpeed);

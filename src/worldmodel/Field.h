@@ -8,7 +8,7 @@
 /// The side that the agent's team plays from.
 enum class FieldSide : int { right = -1, unknown = 0, left = 1 };
 
-/// The fixed geometry of the pitch, and where the agent is and faces by what it sees of it.
+/// The fixed geometry of the pitch, and the agent's place and facing from what it sees of it.
 ///
 /// The frame is the agent's own: x from the own goal to the opponents', y from the top touch line
 /// to the bottom one, metres. Goal lines, goals and corner flags are kept at x = +-52, and the

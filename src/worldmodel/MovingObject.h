@@ -19,9 +19,12 @@ public:
     MovingObject& operator=(MovingObject const&) = default;
     virtual ~MovingObject() = default;
 
-    /// What the age leaves of a statement about the object: 1 when fresh, 0 after 20 cycles.
-    float reliability() const { return 1.0F - 0.05F * age; }
+    /// How far what is known may be trusted: 1 when fresh, 0 after 20 cycles.
+    float reliability() const { return 1.0F - LOSS_PER_CYCLE * age; }
 
     /// `cycles` ahead at constant velocity; the position itself when either value is invalid.
     Vector2D predictedPosition(int cycles) const;
+
+private:
+    static constexpr float LOSS_PER_CYCLE = 0.05F; ///< of reliability
 };

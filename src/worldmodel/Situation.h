@@ -39,7 +39,7 @@ public:
     Situation();
     virtual ~Situation() = default;
 
-    /// Takes over the referee's word; a word the program does not know changes nothing.
+    /// Takes over what the referee says; a word the program does not know changes nothing.
     void setPlayMode(RCC_PlayMode const& mode);
     /// Takes over the ball report of a team-mate, told by the team's say identifier; any other
     /// message is ignored.

@@ -21,11 +21,11 @@ public:
     void set(timeval const& time);
     timeval get() const;
     friend bool operator>(TimeStamp const& a, TimeStamp const& b) {
-        return a.microseconds > b.microseconds;
+        return a.microseconds_ > b.microseconds_;
     }
 
 private:
-    std::atomic<std::int64_t> microseconds = 0;
+    std::atomic<std::int64_t> microseconds_ = 0;
     static_assert(std::atomic<std::int64_t>::is_always_lock_free);
 };
 
@@ -63,25 +63,25 @@ public:
     /// @name Parts of the picture
     /// @{
     /// All data of these two belongs to their classes; the objects only give access to it.
-    Configuration const& configuration() const { return theConfiguration; }
-    Field const& field() const { return theField; }
-    Situation& situation() { return theSituation; }
-    Situation const& situation() const { return theSituation; }
-    Myself& myself() { return theSituation.myself; }
-    Myself const& myself() const { return theSituation.myself; }
-    Ball& ball() { return theSituation.ball; }
-    Ball const& ball() const { return theSituation.ball; }
+    Configuration const& configuration() const { return configuration_; }
+    Field const& field() const { return field_; }
+    Situation& situation() { return situation_; }
+    Situation const& situation() const { return situation_; }
+    Myself& myself() { return situation_.myself; }
+    Myself const& myself() const { return situation_.myself; }
+    Ball& ball() { return situation_.ball; }
+    Ball const& ball() const { return situation_.ball; }
     /// The agent itself first, then the team-mates of the last see.
-    std::vector<Player> const& teammates() const { return theSituation.myTeam.players; }
-    std::vector<Player> const& opponents() const { return theSituation.theirTeam.players; }
-    int currentTime() const { return theSituation.currentTime; }
+    std::vector<Player> const& teammates() const { return situation_.myTeam.players; }
+    std::vector<Player> const& opponents() const { return situation_.theirTeam.players; }
+    int currentTime() const { return situation_.currentTime; }
     /// Commands queued since the start.
-    ServerCommandCounters& queuedCommands() { return theQueuedCommands; }
-    ServerCommandCounters const& queuedCommands() const { return theQueuedCommands; }
-    char const* teamname() const { return theTeamname.data(); }
+    ServerCommandCounters& queuedCommands() { return queuedCommands_; }
+    ServerCommandCounters const& queuedCommands() const { return queuedCommands_; }
+    char const* teamname() const { return teamname_.data(); }
     void setTeamname(char const* name);
-    bool isGoalie() const { return theSituation.myself.goalie; }
-    void setGoalie(bool goalie) { theSituation.myself.goalie = goalie; }
+    bool isGoalie() const { return situation_.myself.goalie; }
+    void setGoalie(bool goalie) { situation_.myself.goalie = goalie; }
     /// @}
 
     /// @name News (WorldModel_LowLevel.cpp)
@@ -97,18 +97,18 @@ public:
     /// among it.
     bool integrateSensorInfo();
 
-    timeval timeLastSee() const { return lastSee.get(); }
-    timeval timeLastSB() const { return lastSenseBody.get(); }
+    timeval timeLastSee() const { return lastSee_.get(); }
+    timeval timeLastSB() const { return lastSenseBody_.get(); }
     /// Whether the last see is later than the last sense_body, and so the cycle has had its see.
-    bool seeIsNewerThanSenseBody() const { return lastSee > lastSenseBody; }
-    int cycleOfLastSee() const { return lastSeeCycle; }
-    int cycleOfLastSB() const { return lastSenseBodyCycle; }
-    int seesSinceLastSB() const { return seesSinceSenseBody; }
+    bool seeIsNewerThanSenseBody() const { return lastSee_ > lastSenseBody_; }
+    int cycleOfLastSee() const { return lastSeeCycle_; }
+    int cycleOfLastSB() const { return lastSenseBodyCycle_; }
+    int seesSinceLastSB() const { return seesSinceSenseBody_; }
     /// Whether a sense_body came since the last call.
-    bool takeSenseBodyArrived() { return senseBodyArrived.exchange(false); }
+    bool takeSenseBodyArrived() { return senseBodyArrived_.exchange(false); }
     /// Whether the timing of the sees against the sense_bodies was asked for and is left alone.
-    bool seeTimingSettled() const { return seeTimingRequests != 0; }
-    void setSeeTimingSettled() { seeTimingRequests = 1; }
+    bool seeTimingSettled() const { return seeTimingRequests_ != 0; }
+    void setSeeTimingSettled() { seeTimingRequests_ = 1; }
     /// @}
 
     /// @name State estimation (WorldModel_Estimation.cpp); called by integrateSensorInfo
@@ -208,7 +208,7 @@ public:
     float isOnFieldRel(Vector2D /*point*/) const { return NOT_WORKED_OUT; }
     bool beingOnField() const;
     float beingOnFieldRel() const;
-    /// Judged along y, towards the bottom touch line; kept so.
+    /// Intentional: judged along y, towards the bottom touch line; the behaviours are tuned to it.
     bool isOffside(Player const& p) const;
     bool isOffside(Vector2D point) const;
     float isOffsideRel(Player const& p) const; ///< needs an opponent field player
@@ -238,7 +238,8 @@ public:
     float isAttackedTeammateRel(Player const& /*p*/) const { return NOT_WORKED_OUT; }
     bool isAttackedOpponent(Player const& p) const;
     float isAttackedOpponentRel(Player const& /*p*/) const { return NOT_WORKED_OUT; }
-    /// True when an opponent is NEAR p, or none is known: the reverse of its name; kept so.
+    /// Intentional: true when an opponent is NEAR p, or none is known, the reverse of its name; the
+    /// behaviours are tuned to it.
     bool isNotMarked(Player const& p) const;
     float isNotMarkedRel(Player const& /*p*/) const { return NOT_WORKED_OUT; }
     /// Whether a player stands in the way of a ball from `from` (default: the ball) to `to`.
@@ -309,23 +310,23 @@ private:
     /// The player closest to the point among those farther from it than the closest team-mate.
     Player const* secondClosest(Vector2D point, bool amongOpponentsToo) const;
 
-    Configuration theConfiguration;
-    Situation theSituation;
-    Field theField;
-    ServerCommandCounters theQueuedCommands;
-    std::array<char, 256> theTeamname{};
+    Configuration configuration_;
+    Situation situation_;
+    Field field_;
+    ServerCommandCounters queuedCommands_;
+    std::array<char, 256> teamname_{};
 
-    pthread_mutex_t mutex{};
-    pthread_cond_t condition{};
-    std::atomic<bool> newInfo = false;
+    pthread_mutex_t mutex_{};
+    pthread_cond_t condition_{};
+    std::atomic<bool> newInfo_ = false;
 
     // Written by the sense thread, read by main.
-    std::atomic<bool> senseBodyArrived = false;
-    std::atomic<int> lastSeeCycle = 0;
-    std::atomic<int> lastSenseBodyCycle = 0;
-    std::atomic<int> seesSinceSenseBody = 0;
-    TimeStamp lastSee;
-    TimeStamp lastSenseBody;
+    std::atomic<bool> senseBodyArrived_ = false;
+    std::atomic<int> lastSeeCycle_ = 0;
+    std::atomic<int> lastSenseBodyCycle_ = 0;
+    std::atomic<int> seesSinceSenseBody_ = 0;
+    TimeStamp lastSee_;
+    TimeStamp lastSenseBody_;
 
-    int seeTimingRequests = 0;
+    int seeTimingRequests_ = 0;
 };

@@ -45,7 +45,7 @@ bool ofKnownAge(Player const& player) {
     return player.age >= 0.0F;
 }
 
-template <class Condition>
+template <typename Condition>
 void offerDistances(Least& least, std::vector<Player> const& players, Vector2D point,
                     Condition condition) {
     for (Player const& player : players) {
@@ -53,7 +53,7 @@ void offerDistances(Least& least, std::vector<Player> const& players, Vector2D p
     }
 }
 
-template <class Condition>
+template <typename Condition>
 int count(std::vector<Player> const& players, Condition condition) {
     return static_cast<int>(
         std::count_if(players.begin(), players.end(), [&condition](Player const& player) {

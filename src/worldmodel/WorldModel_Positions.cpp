@@ -7,7 +7,7 @@
 Vector2D WorldModel::calcSBSPPosition(int unum) const {
     // Drawn from the home position, while a player on its way draws from where it is.
     Vector2D const pull = ball().position - Formation::homePosition(unum);
-    return Formation::strategicPosition(unum, pull, ball().position, theSituation.playMode);
+    return Formation::strategicPosition(unum, pull, ball().position, situation_.playMode);
 }
 
 bool WorldModel::isMyHomePosClosestToPos(Vector2D pos) const {

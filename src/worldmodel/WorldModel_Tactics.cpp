@@ -106,8 +106,8 @@ bool WorldModel::isAGoodPointToScore(Vector2D point) const {
     constexpr float SHOOTING_DISTANCE = 22.0F;
     constexpr float GOALIE_DISTANCE = 5.0F;
     if (point.getDistanceTo(Field::OPP_GOAL_CENTER) <= SHOOTING_DISTANCE) return true;
-    // From the agent, wherever the point is; kept so.
-    Player const* const goalie = theSituation.theirTeam.getGoalie();
+    // Intentional: from the agent, wherever the point is.
+    Player const* const goalie = situation_.theirTeam.getGoalie();
     return goalie != nullptr && myself().position.getDistanceTo(goalie->position) < GOALIE_DISTANCE;
 }
 
@@ -116,8 +116,8 @@ bool WorldModel::beingAtGoodPointToScore() const {
 }
 
 bool WorldModel::isAtGoodPointToScore(Player const& p) const {
-    // Half a metre behind the goal that isAGoodPointToScore means, and the agent's attackers, not
-    // p's; kept so.
+    // Intentional: half a metre behind the goal that isAGoodPointToScore means, and the agent's
+    // attackers, not p's.
     constexpr Vector2D GOAL(Field::SERVER_OPP_GOAL_LINE, 0.0F, CARTESIAN);
     constexpr float SHOOTING_DISTANCE = 20.0F;
     return p.position.getDistanceTo(GOAL) < SHOOTING_DISTANCE && !beingFrontalAttacked();

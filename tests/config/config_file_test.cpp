@@ -1,14 +1,13 @@
-#include "config/ConfigFile.h"
-#include "config/readConfFile.h"
-#include "tests/geometry/CapturedStream.h"
-
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cmath>
+#include <gtest/gtest.h>
 #include <iostream>
 #include <tuple>
 #include <vector>
+
+#include "config/ConfigFile.h"
+#include "config/readConfFile.h"
+#include "tests/geometry/CapturedStream.h"
 
 namespace {
 

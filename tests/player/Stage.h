@@ -120,16 +120,16 @@ private:
     }
     void apply(practice::Kick const& c) { practice::kick(pitch, body(), c.power, c.dir, random); }
     void apply(practice::Catch const& c) { caught = practice::catchBall(pitch, body(), c.dir); }
-    template <class Other>
+    template <typename Other>
     void apply(Other const& /*no movement*/) {}
 };
 
 /// Uniform numbers from a fixed seed.
 class Draw {
 public:
-    double operator()(double low, double high) { return random.uniform(low, high); }
-    float real(double low, double high) { return static_cast<float>(random.uniform(low, high)); }
+    double operator()(double low, double high) { return random_.uniform(low, high); }
+    float real(double low, double high) { return static_cast<float>(random_.uniform(low, high)); }
 
 private:
-    practice::Random random{11};
+    practice::Random random_{11};
 };

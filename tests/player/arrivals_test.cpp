@@ -1,12 +1,12 @@
 // The hand-over of see and sense_body from the sense thread to main.
 
+#include "sensing/Arrivals.h"
+
 #include <array>
 #include <atomic>
 #include <gtest/gtest.h>
 #include <random>
 #include <thread>
-
-#include "sensing/Arrivals.h"
 
 namespace {
 

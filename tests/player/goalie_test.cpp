@@ -1,9 +1,7 @@
-#include "skills/SkillPool.h"
-
+#include <array>
 #include <gtest/gtest.h>
 
-#include <array>
-
+#include "skills/SkillPool.h"
 #include "tests/player/Stage.h"
 
 namespace {
@@ -148,10 +146,12 @@ TEST(Goalie, KicksOffFromTheSideWithFewerOpponentsForEachTeamMate) {
             opponents[side] = std::floor(draw(0, 4));
             mates[side] = std::floor(draw(0, 4));
             float const y = side == 0 ? -20.0F : 20.0F;
-            for (int n = 0; n < opponents[side]; ++n)
+            for (int n = 0; n < opponents[side]; ++n) {
                 keeper.addOpponent(2 + n, -20, y);
-            for (int n = 0; n < mates[side]; ++n)
+            }
+            for (int n = 0; n < mates[side]; ++n) {
                 keeper.addTeammate(2 + n, -20, y);
+            }
         }
         double const left = mates[0] * opponents[1];
         double const right = mates[1] * opponents[0];

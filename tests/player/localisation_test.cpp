@@ -15,7 +15,7 @@ using std::tuple;
 
 namespace {
 
-template <class Landmark>
+template <typename Landmark>
 Landmark seen(int code, float distance, float direction) {
     Landmark landmark;
     landmark.code = code;

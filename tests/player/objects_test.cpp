@@ -13,7 +13,7 @@ class Objects : public Sweep {
 protected:
     /// What `predicted` says of a player that first turns by `turn` and then speeds up by `push()`
     /// in each cycle. Body directions count clockwise, turns counter-clockwise.
-    template <class Predicted, class Push>
+    template <typename Predicted, typename Push>
     static void expectWay(Player const& player, float turn, Predicted predicted, Push push) {
         double const largest = 180 / (1 + 5 * std::abs(toComplex(player.velocity)));
         int const turning = static_cast<int>(std::ceil(std::abs(turn) / largest));

@@ -1,11 +1,9 @@
-#include "skills/SkillPool.h"
-
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <array>
+#include <gtest/gtest.h>
 #include <vector>
 
+#include "skills/SkillPool.h"
 #include "tests/player/Stage.h"
 
 namespace {

@@ -20,14 +20,14 @@ auto distanceTo(Vector2D point) {
     return [point](Player const& p) { return p.position.getDistanceTo(point); };
 }
 
-template <class Condition>
+template <typename Condition>
 Players kept(Players players, Condition condition) {
     std::erase_if(players, [&](Player const* p) { return !condition(*p); });
     return players;
 }
 
 /// The first of those with the least value, or nobody.
-template <class Value>
+template <typename Value>
 Player const* least(Players const& players, Value value) {
     auto const found = std::ranges::min_element(players, {}, [&](auto* p) { return value(*p); });
     return found == players.end() ? nullptr : *found;
@@ -66,8 +66,9 @@ protected:
                                            theirs);
                 team->players.back().age = std::floor(number(-1, 4));
             }
-            for (Player const& p : team->players)
+            for (Player const& p : team->players) {
                 all.push_back(&p);
+            }
         }
         mates = kept(all, [](Player const& p) { return !p.opponent; });
         opponents = kept(all, [](Player const& p) { return p.opponent; });
@@ -222,8 +223,9 @@ TEST_F(Queries, InterceptionIsTheFirstCycleInWhichTheBallIsReached) {
         };
         Player const& one = *all.back();
         int first = 0;
-        while (first < 24 && !inTime({&one}, first))
+        while (first < 24 && !inTime({&one}, first)) {
             ++first;
+        }
         Vector2D point;
         int cycles = -1;
         ASSERT_EQ(world.interceptionPoint(one, point, cycles, margin),
@@ -233,8 +235,9 @@ TEST_F(Queries, InterceptionIsTheFirstCycleInWhichTheBallIsReached) {
 
         margin = false;
         int last = 24; // decides for the team, if anybody gets there in it
-        while (last > 0 && !inTime(mates, last))
+        while (last > 0 && !inTime(mates, last)) {
             --last;
+        }
         ASSERT_EQ(world.fastestTeammateInterceptingBall(), inTime(mates, last));
     }
 }

@@ -21,7 +21,7 @@ public:
     static constexpr char const* TEAM = "Ours";
     static constexpr char const* OTHER_TEAM = "Theirs";
 
-    /// Without a link nothing can be sent or received in earnest.
+    /// Without a link nothing can be sent or received.
     explicit AgentHarness(bool goalie = false, char const* team = TEAM,
                           Communicator* link = nullptr);
 
