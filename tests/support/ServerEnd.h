@@ -21,7 +21,7 @@ public:
     /// To whoever sent last.
     void send(std::string_view datagram) const;
     /// Speaks from now on to whom `other` speaks to, as a server does from another port.
-    void takeOverFrom(ServerEnd const& other) { client_ = other.client; }
+    void takeOverFrom(ServerEnd const& other) { client_ = other.client_; }
     /// Closes its port and goes on from another one.
     void changePort();
 
