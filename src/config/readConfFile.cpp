@@ -1,7 +1,5 @@
 #include "config/readConfFile.h"
 
-#include "config/ConfigFile.h"
-
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -11,6 +9,8 @@
 #include <string>
 #include <system_error>
 #include <variant>
+
+#include "config/ConfigFile.h"
 
 namespace {
 

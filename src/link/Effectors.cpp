@@ -157,18 +157,31 @@ void Effectors::queueScore() {
 }
 
 void Effectors::sendAllCommands() {
-    // Taken at once, so that a timer that fires during a send finds it gone.
-    if (!sendPermission_.exchange(false)) return;
+    send(nullptr);
+}
 
-    if (queue_.mainQueued.exchange(false)) {
-        communicator_->sendMessage(queue_.mainCommand.data());
-        incrementCounters(queue_.mainKind);
+void Effectors::answerThink() {
+    send("(done)");
+}
+
+void Effectors::send(char const* last) {
+    static std::array<std::array<char, OTHER_COMMAND_SIZE>, ServerCommands::MAX_OTHERS> others;
+    std::array<char const*, Communicator::MAX_BATCH> batch{};
+    std::size_t length = 0;
+    // Taken at once, so that a timer that fires during a send finds it gone.
+    if (sendPermission_.exchange(false)) {
+        if (queue_.mainQueued.exchange(false)) {
+            batch[length++] = queue_.mainCommand.data();
+            incrementCounters(queue_.mainKind);
+        }
+        for (auto& text : others) {
+            if (!queue_.getNextOther(text.data())) break;
+            batch[length++] = text.data();
+            incrementCounters(queue_.handedOut);
+        }
     }
-    static std::array<char, OTHER_COMMAND_SIZE> str;
-    while (queue_.getNextOther(str.data())) {
-        communicator_->sendMessage(str.data());
-        incrementCounters(queue_.handedOut);
-    }
+    if (last != nullptr) batch[length++] = last;
+    communicator_->sendMessages({batch.data(), length});
 }
 
 void Effectors::sendCommandDirect(char const* message) {

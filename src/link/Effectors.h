@@ -58,6 +58,8 @@ public:
     /// Sends the queue, each command in a datagram of its own, if a send is granted; takes the
     /// grant. Async-signal-safe.
     void sendAllCommands();
+    /// Answers a server that waits for the commands of the cycle: sendAllCommands(), then "(done)".
+    void answerThink();
     /// Sends `message` at once: no queue, no permission, no count.
     void sendCommandDirect(char const* message);
     /// Counts one command of the kind; kinds that are not counted change nothing.
@@ -69,6 +71,8 @@ public:
 private:
     void queueMainCommand(Command kind, float argument1);
     bool queueOtherCommand(Command kind);
+    /// Sends the queue if that is granted, and then `last` if there is one.
+    void send(char const* last);
 
     std::atomic<bool> sendPermission_ = false;
     ServerCommands queue_;

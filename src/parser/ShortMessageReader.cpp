@@ -46,6 +46,10 @@ bool readPlayerAudio(Scanner& scanner, RCC_PlayerAudio& audio) {
     return scanner.angle(audio.direction) && readQuoted(scanner, audio.text);
 }
 
+bool readThink(Scanner& /*scanner*/, RCC_Think& /*think*/) {
+    return true;
+}
+
 bool readScore(Scanner& scanner, RCC_Score& score) {
     return scanner.cycle(score.time) && scanner.integer(score.ours, 0) &&
            scanner.integer(score.theirs, 0);

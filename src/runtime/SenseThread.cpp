@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <limits>
+#include <unistd.h>
 
 #include "config/ConfigFile.h"
 #include "geometry/Numbers.h"
+#include "link/Communicator.h"
 #include "sensing/Sensors.h"
 #include "skills/Utils.h"
 #include "worldmodel/WorldModel.h"
@@ -43,7 +45,29 @@ void* SenseThread::senseCallback(void* worldModel) {
     for (;;) {
         Sensors::sense();
         stampArrivals();
+        if (Sensors::newThink) handOver();
     }
+}
+
+void SenseThread::handOver() {
+    constexpr int SILENCE_MSEC = 2500;
+    itv = {};
+    setitimer(ITIMER_REAL, &itv, nullptr);
+    Communicator::limitSilence(SILENCE_MSEC);
+    wm->countMessages();
+    wm->noteThink();
+    handedOver = true;
+    wm->signalNewInfo();
+    for (;;) {
+        pause();
+    }
+}
+
+bool SenseThread::receiveForMain() {
+    if (!Sensors::senseUnlessSilent()) return false;
+    stampArrivals();
+    if (Sensors::newThink) wm->noteThink();
+    return true;
 }
 
 void SenseThread::stampArrivals() {
@@ -51,7 +75,7 @@ void SenseThread::stampArrivals() {
     // stamps once more; main is woken within milliseconds.
     unsigned const waiting = Sensors::arrivals.claim();
     if ((waiting & Arrivals::SENSE_BODY) != 0) {
-        setTimeSignal();
+        if (!handedOver) setTimeSignal();
         wm->setTimeLastSB();
     }
     if ((waiting & Arrivals::SEE) != 0) wm->setTimeLastSee();

@@ -25,6 +25,9 @@ public:
 
     /// Blocks for one message, parses it and lets its handler keep it. Sense thread.
     static void sense();
+    /// The same, but gives up and returns false when the server stays silent for as long as
+    /// Communicator::limitSilence has set.
+    static bool senseUnlessSilent();
     /// What was read until now is read: orders it before whatever is kept from now on, so that only
     /// reading while a record is overwritten remains a race. Main thread.
     static void doneReading() { readings.fetch_add(1, std::memory_order_release); }
@@ -51,6 +54,7 @@ public:
     inline static RCC_Substitution* substitution = nullptr;
     inline static RCC_Error* error = nullptr;
     inline static RCC_InitMsg* initMsg = nullptr;
+    inline static RCC_Think* think = nullptr;
     inline static RCC_ServerParam* serverParam = nullptr;
     inline static RCC_PlayerParam* playerParam = nullptr;
     inline static RCC_PlayerType* playerType = nullptr;
@@ -64,6 +68,7 @@ public:
     inline static std::atomic<bool> newSubstitution = false;
     inline static std::atomic<bool> newError = false;
     inline static std::atomic<bool> newInitMsg = false;
+    inline static std::atomic<bool> newThink = false;
     inline static std::atomic<bool> newServerParam = false;
     inline static std::atomic<bool> newPlayerParam = false;
     inline static std::atomic<bool> newPlayerType = false;
@@ -71,6 +76,8 @@ public:
     static RCC_Parser parser;
 
 private:
+    static void parseMessage();
+
     inline static Communicator* comm = nullptr;
     inline static std::atomic<unsigned> readings = 0;
     inline static std::array<char, Communicator::MESSAGE_BUFFER_SIZE> message{};
@@ -85,6 +92,7 @@ private:
     static SubstitutionHandler suh;
     static ErrorHandler erh;
     static InitMsgHandler imh;
+    static ThinkHandler thh;
     static ServerParamHandler sph;
     static PlayerParamHandler pph;
     static PlayerTypeHandler pth;

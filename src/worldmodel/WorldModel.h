@@ -9,15 +9,14 @@
 #include <vector>
 
 #include "config/Configuration.h"
+#include "worldmodel/ArrivalClock.h"
 #include "worldmodel/Field.h"
 #include "worldmodel/Situation.h"
 
 /// A wall-clock time that one thread stamps and another reads: microseconds in one lock-free word.
 class TimeStamp {
 public:
-    /// The present time; if that was told to `one` or `other` before, the next free microsecond, so
-    /// that of any two stamps one is the later.
-    void stampAfter(TimeStamp const& one, TimeStamp const& other);
+    void set(std::int64_t microseconds) { microseconds_ = microseconds; }
     void set(timeval const& time);
     timeval get() const;
     friend bool operator>(TimeStamp const& a, TimeStamp const& b) {
@@ -93,6 +92,10 @@ public:
     void setTimeLastSee();
     void setTimeLastSB();
     void signalNewInfo();
+    /// The thread that receives: from now on time is counted by the messages; the server waits for
+    /// the commands of the cycle.
+    void countMessages() { clock_.countMessages(); }
+    void noteThink() { clock_.think(); }
     /// Main thread: takes over all that is new, in a fixed order; true if a sense_body or a see was
     /// among it.
     bool integrateSensorInfo();
@@ -327,6 +330,7 @@ private:
     std::atomic<int> seesSinceSenseBody_ = 0;
     TimeStamp lastSee_;
     TimeStamp lastSenseBody_;
+    ArrivalClock clock_; ///< of the thread that receives
 
     int seeTimingRequests_ = 0;
 };

@@ -2,7 +2,6 @@
 
 #include "worldmodel/WorldModel.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <ctime>
@@ -13,8 +12,7 @@
 namespace {
 
 constexpr std::int64_t MICROSECONDS_PER_SECOND = 1000000;
-constexpr std::int64_t LONGEST_BURST = 1000; ///< stamps within one microsecond, at most
-constexpr int SILENCE_SECONDS = 3;           ///< counted from the start of the current second
+constexpr int SILENCE_SECONDS = 3; ///< counted from the start of the current second
 
 /// Whether the flag was raised; lowers it. To be called before the record is read, so that a
 /// message arriving meanwhile raises it again.
@@ -23,16 +21,6 @@ bool take(std::atomic<bool>& flag) {
 }
 
 } // namespace
-
-void TimeStamp::stampAfter(TimeStamp const& one, TimeStamp const& other) {
-    timeval now{};
-    gettimeofday(&now, nullptr);
-    std::int64_t const present = now.tv_sec * MICROSECONDS_PER_SECOND + now.tv_usec;
-    std::int64_t const last = std::max(one.microseconds_.load(), other.microseconds_.load());
-    // A stamp far ahead means that somebody has set the clock back.
-    bool const isTaken = present <= last && last - present < LONGEST_BURST;
-    microseconds_ = isTaken ? last + 1 : present;
-}
 
 void TimeStamp::set(timeval const& time) {
     microseconds_ = time.tv_sec * MICROSECONDS_PER_SECOND + time.tv_usec;
@@ -82,7 +70,7 @@ void WorldModel::signalNewInfo() {
 }
 
 void WorldModel::setTimeLastSee() {
-    lastSee_.stampAfter(lastSee_, lastSenseBody_);
+    lastSee_.set(clock_.see());
     ++seesSinceSenseBody_;
     lastSeeCycle_ = currentTime();
     Sensors::arrivals.stamp(Arrivals::SEE);
@@ -90,7 +78,7 @@ void WorldModel::setTimeLastSee() {
 }
 
 void WorldModel::setTimeLastSB() {
-    lastSenseBody_.stampAfter(lastSee_, lastSenseBody_);
+    lastSenseBody_.set(clock_.senseBody());
     senseBodyArrived_ = true;
     seesSinceSenseBody_ = 0;
     lastSenseBodyCycle_ = currentTime();

@@ -40,6 +40,7 @@ std::vector<Kind> const KINDS = {
     {"(hear 1 coach \"a\")",         &Sensors::newCoachAudio,   [] { return Sensors::coachAudio; }},
     {"(score 1 2 3)",                &Sensors::newScore,        [] { return Sensors::score; }},
     {"(change_player_type 1 1)",     &Sensors::newSubstitution, [] { return Sensors::substitution; }},
+    {"(think)",                      &Sensors::newThink,        [] { return Sensors::think; }},
     {"(error a)",                    &Sensors::newError,        [] { return Sensors::error; }},
     {"(init l 1 play_on)",           &Sensors::newInitMsg,      [] { return Sensors::initMsg; }},
     {practice::serverParamMessage(300), &Sensors::newServerParam,  [] { return Sensors::serverParam; }},
