@@ -23,7 +23,7 @@ float sectorMinusTriangle(float radius, float halfChord, float centerToChord) {
 
 Line Line::makeLineFromTwoPoints(Vector2D pos1, Vector2D pos2) {
     Vector2D const d = pos2 - pos1;
-    // Asked this way round, so that points without a distance between them make a vertical line.
+    // NaN fails the comparison, so points without a distance between them make a vertical line.
     bool const sloped = std::fabs(d.x) >= EPSILON;
     float const a = sloped ? 1.0F : 0.0F;
     float const b = sloped ? -d.y / d.x : 1.0F;

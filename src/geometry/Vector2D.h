@@ -40,8 +40,6 @@ struct Vector2D {
 
     constexpr float getX() const { return x; }
     constexpr float getY() const { return y; }
-    constexpr void setX(float value) { x = value; }
-    constexpr void setY(float value) { y = value; }
 
     float getMagnitude() const { return std::sqrt(x * x + y * y); }
     float getLength() const { return getMagnitude(); }

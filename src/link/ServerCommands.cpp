@@ -4,8 +4,8 @@
 
 namespace {
 
-template <std::size_t size>
-void copyText(std::array<char, size>& slot, char const* text) {
+template <std::size_t SIZE>
+void copyText(std::array<char, SIZE>& slot, char const* text) {
     std::snprintf(slot.data(), slot.size(), "%s", text);
 }
 

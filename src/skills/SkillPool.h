@@ -1,6 +1,6 @@
 #pragma once
 
-#include "geometry/Geometry.h"
+#include "geometry/Vector2D.h"
 #include "worldmodel/Formation.h"
 
 class Ball;

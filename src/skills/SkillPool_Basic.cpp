@@ -25,7 +25,7 @@ constexpr float NECK_RANGE = 240.0F;
 bool SkillPool::getBall(float power, bool forCatch, Mode /*mode*/) {
     constexpr float FOR_KICK_TOLERANCE = 0.8F;
     constexpr float FOR_CATCH_TOLERANCE = 1.8F;
-    // Degrees around the back, for an interception at close range that no rule uses yet.
+    // Degrees, for an interception at close range behind the body; no rule uses them yet.
     [[maybe_unused]] constexpr int CLOSE_INT_FROM = 85;
     [[maybe_unused]] constexpr int CLOSE_INT_TO = 275;
     float const tolerance = forCatch ? FOR_CATCH_TOLERANCE : FOR_KICK_TOLERANCE;
@@ -51,7 +51,7 @@ bool SkillPool::interceptClose() {
     Vector2D const nextMe = myself->predictedPosition(1, 0.0F, 0.0F);
     float const power =
         calcPowerForDash(nextBall - nextMe, myself->bodyDirection, myself->bodyInfo.effort);
-    // Asked this way round, so that a power that is not a number is out of range too.
+    // Negated as a whole: NaN fails every comparison and so counts as out of range.
     if (!(power >= Configuration::minPower && power <= Configuration::maxPower)) return false;
     effectors->queueDash(power);
     return true;

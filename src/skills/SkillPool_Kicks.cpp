@@ -42,7 +42,7 @@ bool SkillPool::stopBall() {
     float const rate = kickRateOfBall();
     Vector2D const motion = ball->velocity - myself->velocity;
     float const power = Kinematics::kickPower(rate, motion.getLength());
-    // Asked this way round, so that a power that is not a number is no reason to kick either.
+    // Negated, since NaN fails every comparison: without a power there is no kick.
     if (!(power > powerThr) || !std::isfinite(power)) return false;
     effectors->queueKick(power, normalizeTo180Deg(motion.getDirection() + 180.0F -
                                                   convertAngleTo180(myself->bodyDirection)));

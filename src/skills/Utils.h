@@ -2,7 +2,7 @@
 
 #include <sys/time.h>
 
-#include "geometry/Geometry.h"
+#include "geometry/Vector2D.h"
 
 class WorldModel;
 

@@ -2,7 +2,7 @@
 
 #include <span>
 
-#include "geometry/Geometry.h"
+#include "geometry/Shapes.h"
 #include "parser/RCC_Records.h"
 
 /// The side that the agent's team plays from.

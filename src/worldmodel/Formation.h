@@ -3,7 +3,7 @@
 #include <array>
 #include <cstddef>
 
-#include "geometry/Geometry.h"
+#include "geometry/Vector2D.h"
 #include "worldmodel/PlayMode.h"
 
 /// The team's fixed formation as constant tables, and the strategic position drawn from them.

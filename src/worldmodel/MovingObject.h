@@ -1,6 +1,6 @@
 #pragma once
 
-#include "geometry/Geometry.h"
+#include "geometry/Vector2D.h"
 
 /// Anything that moves on the pitch: a position in metres and a velocity in metres per cycle, in
 /// the agent's frame (own goal at negative x, top touch line at negative y). Either may be invalid.

@@ -18,7 +18,7 @@ public:
     void offer(RCC_Flag const& flag) {
         RCC_Flag const* candidate = &flag;
         for (RCC_Flag const*& place : places_) {
-            // Asked this way round, so that a distance that is not a number never takes a place.
+            // Negated, since NaN fails every comparison: such a distance takes no place.
             if (!(distanceOf(candidate) <= distanceOf(place))) continue;
             std::swap(candidate, place);
         }

@@ -162,7 +162,7 @@ Player const* WorldModel::wellPositionedPlayer() const {
 }
 
 Player const* WorldModel::mostUnvulnerablePlayer() const {
-    // Only the last opponent of the list counts.
+    // Intentional: only the last opponent of the list counts.
     if (opponents().empty()) return nullptr;
     Player const& opponent = opponents().back();
     float farthest = -2.0F;
@@ -203,7 +203,7 @@ bool WorldModel::interceptionPoint(Player const& p, Vector2D& point, int& cycles
 
 Player const* WorldModel::fastestTeammateInterceptingBall() const {
     Player const* result = nullptr;
-    // The last cycle in which anybody gets there decides, not the first.
+    // Intentional: the last cycle in which anybody gets there decides, not the first.
     RollingBall rolling(ball());
     for (int i = 0; i <= INTERCEPTION_CYCLES; ++i, rolling.roll()) {
         Vector2D const point = rolling.position();

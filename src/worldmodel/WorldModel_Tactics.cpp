@@ -153,7 +153,7 @@ bool WorldModel::isNotMarked(Player const& p) const {
 }
 
 bool WorldModel::isIntersected(Vector2D from, Vector2D to) const {
-    // Raw angles: a line along 0 degrees does not see what lies at 359.
+    // Intentional: raw angles, so a line along 0 degrees does not see what lies at 359.
     float const line = snapBearing(bearing(from, to));
     auto const inTheWay = [&](Player const& player) {
         float const angle = snapBearing(bearing(player.position, to));

@@ -75,8 +75,8 @@ TEST_F(Shapes, OddLines) {
                           "(Line::getXGivenY) Cannot calculate X coordinate\n");
 }
 
-/// One circle's share of an overlap, behind a chord. Kept: a chord beyond the center counts as one
-/// on this side of it, so that the sum is right only for chords between the centers.
+/// One circle's share of an overlap, behind a chord. Intentional: a chord beyond the center counts
+/// as one on this side of it, so that the sum is right only for chords between the centers.
 double share(double radius, double cosine) {
     return radius * radius * (std::acos(cosine) - cosine * std::sqrt(1 - cosine * cosine));
 }

@@ -28,8 +28,8 @@ public:
     /// Without a configuration when `conf` is null.
     AgentProcess(std::vector<std::string> arguments, char const* conf) {
         std::string name = (std::filesystem::temp_directory_path() / "agent.XXXXXX").string();
-        folder = mkdtemp(name.data());
-        if (conf != nullptr) std::ofstream(folder / "player.conf") << conf;
+        folder_ = mkdtemp(name.data());
+        if (conf != nullptr) std::ofstream(folder_ / "player.conf") << conf;
         arguments.insert(arguments.begin(), AGENT_BINARY);
         std::vector<char*> argv;
         argv.reserve(arguments.size() + 1);
@@ -37,20 +37,20 @@ public:
             argv.push_back(argument.data());
         }
         argv.push_back(nullptr);
-        pid = fork();
-        if (pid == 0) run(argv);
+        pid_ = fork();
+        if (pid_ == 0) run(argv);
     }
     ~AgentProcess() {
-        if (status < 0) {
-            kill(pid, SIGKILL);
-            waitpid(pid, nullptr, 0);
+        if (status_ < 0) {
+            kill(pid_, SIGKILL);
+            waitpid(pid_, nullptr, 0);
         }
-        std::filesystem::remove_all(folder);
+        std::filesystem::remove_all(folder_);
     }
     AgentProcess(AgentProcess const&) = delete;
     AgentProcess& operator=(AgentProcess const&) = delete;
 
-    bool isRunning() { return status < 0 && waitpid(pid, &status, WNOHANG) == 0; }
+    bool isRunning() { return status_ < 0 && waitpid(pid_, &status_, WNOHANG) == 0; }
     /// The exit status; 1000 and the signal when killed by one, -1 when it does not end.
     int waitForEnd() {
         constexpr milliseconds LIMIT{10000};
@@ -59,31 +59,31 @@ public:
             if (Clock::now() - start > LIMIT) return -1;
             poll(nullptr, 0, 5);
         }
-        return WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + WTERMSIG(status);
+        return WIFEXITED(status_) ? WEXITSTATUS(status_) : 1000 + WTERMSIG(status_);
     }
-    void interrupt() const { kill(pid, SIGINT); }
+    void interrupt() const { kill(pid_, SIGINT); }
     std::string output() const { return content("out"); }
     std::string errors() const { return content("err"); }
 
 private:
     std::string content(char const* file) const {
         std::ostringstream text;
-        text << std::ifstream(folder / file).rdbuf();
+        text << std::ifstream(folder_ / file).rdbuf();
         return text.str();
     }
     [[noreturn]] void run(std::vector<char*> const& argv) const {
         auto const redirect = [&](char const* file, int descriptor) {
-            dup2(open((folder / file).c_str(), O_CREAT | O_WRONLY, 0600), descriptor);
+            dup2(open((folder_ / file).c_str(), O_CREAT | O_WRONLY, 0600), descriptor);
         };
         redirect("out", STDOUT_FILENO);
         redirect("err", STDERR_FILENO);
-        if (chdir(folder.c_str()) == 0) execv(argv[0], argv.data());
+        if (chdir(folder_.c_str()) == 0) execv(argv[0], argv.data());
         _exit(127);
     }
 
-    std::filesystem::path folder;
-    pid_t pid = -1;
-    int status = -1;
+    std::filesystem::path folder_;
+    pid_t pid_ = -1;
+    int status_ = -1;
 };
 
 /// A server that says what the test tells it to, from another port than the one it is greeted at.

@@ -14,7 +14,9 @@ bool same(Player const* a, Player const* b) {
     return a != nullptr && b != nullptr && a->unum == b->unum && a->opponent == b->opponent;
 }
 
-auto const known = [](Player const& p) { return p.age >= 0; };
+bool isKnown(Player const& p) {
+    return p.age >= 0;
+}
 
 auto distanceTo(Vector2D point) {
     return [point](Player const& p) { return p.position.getDistanceTo(point); };
@@ -88,7 +90,7 @@ TEST_F(Queries, SearchesFindWhatALookAtEverybodyFinds) {
     while (scatter()) {
         Vector2D const p = place();
         auto const near = distanceTo(p);
-        ASSERT_EQ(world.closestPlayerToPoint(p), least(kept(all, known), near));
+        ASSERT_EQ(world.closestPlayerToPoint(p), least(kept(all, isKnown), near));
         ASSERT_EQ(world.closestTeamMateToPoint(p), least(mates, near));
         ASSERT_EQ(world.playerWithBall(), least(all, distanceTo(ball)));
         float const nearest = near(*least(mates, near));
@@ -97,7 +99,7 @@ TEST_F(Queries, SearchesFindWhatALookAtEverybodyFinds) {
         ASSERT_EQ(world.secondClosestPlayerToPoint(p), least(kept(all, farther), near));
 
         auto const x = [](Player const& q) { return q.position.x; };
-        auto const other = [](Player const& q) { return known(q) && q.unum != 7; };
+        auto const other = [](Player const& q) { return isKnown(q) && q.unum != 7; };
         auto const runner = [](Player const& q) { return q.unum != 1; };
         ASSERT_EQ(world.lastMan(), least(kept(mates, other), x));
         ASSERT_EQ(world.closestTeamMateToOwnGoalOutLine(), least(mates, x));
@@ -119,12 +121,12 @@ TEST_F(Queries, PossessionIncludesItsBounds) {
     Configuration::catchAreaLength = 1.5F;
     while (scatter()) {
         auto const far = distanceTo(ball);
-        Player const* const closest = least(kept(all, known), far);
+        Player const* const closest = least(kept(all, isKnown), far);
         ASSERT_EQ(world.haveBall(), isMe(closest) && far(*all[0]) <= 3);
         ASSERT_EQ(world.isCatchable(), far(*all[0]) <= 1.5);
         for (Player const* const p : all) {
             ASSERT_EQ(world.hasBall_Player(*p), same(closest, p) && far(*p) <= 3);
-            ASSERT_EQ(std::isnan(world.hasBall_PlayerRel(*p)), !known(*p) || far(*p) >= 3);
+            ASSERT_EQ(std::isnan(world.hasBall_PlayerRel(*p)), !isKnown(*p) || far(*p) >= 3);
             ASSERT_EQ(world.beingSpaced(*p), me.getDistanceTo(p->position) < 5);
         }
     }

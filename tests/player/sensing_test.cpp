@@ -4,6 +4,8 @@
 #include <atomic>
 #include <functional>
 #include <gtest/gtest.h>
+#include <span>
+#include <thread>
 #include <tuple>
 
 #include "practice/Parameters.h"
@@ -125,6 +127,78 @@ TEST(Sensing, NullHandlesThrowAndLeaveTheSeeBefore) {
     EXPECT_THROW(VisualHandler().handle(see), RCC_MemoryException); // the element
     EXPECT_EQ(0, raisedFlags());
     EXPECT_EQ(1U, Sensors::lines.size());
+}
+
+/// A see of `count` objects of each kind, all `distance` metres away.
+std::string seeOf(int count, int distance) {
+    std::string see = "(see 1";
+    for (int i = 0; i < count; ++i) {
+        for (char const* name : {"l t", "f c", "g r", "p \"Ours\" 7", "p \"Theirs\" 7", "p", "b"}) {
+            see.append(" ((").append(name).append(") ").append(std::to_string(distance));
+            see.append(" 0 0 0)");
+        }
+    }
+    return see + ")";
+}
+
+/// The vectors of a see as main reads them: each one's bounds are taken once.
+class Reading {
+public:
+    /// Whether every object is at one of these distances.
+    bool isOf(std::vector<float> const& distances) const {
+        auto const known = [&](RCC_SeenObject const& object) {
+            float const distance = object.distance;
+            return std::ranges::count(distances, distance) > 0;
+        };
+        return std::apply([&](auto... seen) { return (std::ranges::all_of(seen, known) && ...); },
+                          seen_);
+    }
+
+private:
+    template <typename T>
+    using Span = std::span<T const>;
+
+    std::tuple<Span<RCC_Line>, Span<RCC_Flag>, Span<RCC_Flag>, Span<RCC_Player>, Span<RCC_Player>,
+               Span<RCC_Player>, Span<RCC_Ball>>
+        seen_{Sensors::lines,   Sensors::flags, Sensors::goals, Sensors::allies,
+              Sensors::enemies, Sensors::neuts, Sensors::balls};
+};
+
+// A see that comes while main reads the one before may shrink the vectors under it. What main still
+// reads must then be objects (of which the undefined-behaviour sanitizer knows), old or new.
+TEST(Sensing, ASeeMayShrinkWhileItIsRead) {
+    LinkedAgent agent;
+    agent.receive(seeOf(9, 10));
+    Reading const reading;
+    agent.receive(seeOf(4, 20));
+    EXPECT_TRUE(reading.isOf({10, 20}));
+    agent.receive("(see 3)");
+    EXPECT_TRUE(reading.isOf({10, 20}));
+    EXPECT_TRUE(Sensors::lines.empty() && Sensors::neuts.empty() && Sensors::balls.empty());
+}
+
+TEST(Sensing, AFloodOfSeesMixesOnlyWhatWasSent) {
+    constexpr int SEES = 4000;
+    LinkedAgent agent;
+    agent.join('l', 7);
+    std::array const sees = {seeOf(18, 10), seeOf(1, 20), seeOf(6, 30), std::string("(see 1)")};
+    std::atomic<bool> flooding = true;
+    std::thread flood([&] {
+        for (std::size_t i = 0; i < SEES; ++i) {
+            agent.receive(sees[i % sees.size()]);
+        }
+        flooding = false;
+    });
+    int readings = 0;
+    bool sent = true;
+    for (; flooding; ++readings) {
+        agent.world.integrateSensorInfo();
+        sent &= Reading().isOf({10, 20, 30});
+        Sensors::doneReading();
+    }
+    flood.join();
+    EXPECT_TRUE(sent);
+    EXPECT_LT(0, readings);
 }
 
 } // namespace
