@@ -70,6 +70,7 @@ missing_build_tools() {
     has g++ || echo g++
     has cmake || echo cmake
     has make || has ninja || echo make
+    [[ -f /usr/include/zlib.h ]] || echo zlib1g-dev
 }
 
 # install_packages WHY PACKAGE...: does nothing when no package is named; asks nothing.
