@@ -13,16 +13,16 @@ namespace practice {
 
 namespace {
 
-// Rolling freely the ball ends `speed / (1 - decay)` farther on.
+/// Rolling freely the ball ends `speed / (1 - decay)` farther on.
 bool isShot(World const& world, Side side) {
     constexpr double margin = 2.0;
     Movable const& ball = world.ball;
     Vec const vel = shortenedTo(ball.vel + shortenedTo(ball.acc, parameter("ballAccelMax")),
                                 parameter("ballSpeedMax"));
     Vec const path = vel * (1.0 / (1.0 - parameter("ballDecay")));
-    double const toLine = sign(side) * pitchHalfLength - ball.pos.x;
+    double const toLine = sign(side) * PITCH_HALF_LENGTH - ball.pos.x;
     if (sign(side) * path.x < sign(side) * toLine || path.x == 0.0) return false;
-    return std::abs(ball.pos.y + path.y * toLine / path.x) <= goalHalfWidth + margin;
+    return std::abs(ball.pos.y + path.y * toLine / path.x) <= GOAL_HALF_WIDTH + margin;
 }
 
 template <typename First, typename... Rest>
@@ -32,20 +32,20 @@ void appendRow(std::string& out, First const& first, Rest const&... rest) {
     out += '\n';
 }
 
-// How much of the match is over, in `parts` parts.
+/// How much of the match is over, in `parts` parts.
 int progress(World const& world, int parts) {
     return std::min(parts, parts * world.cycle / (2 * world.halfCycles));
 }
 
 std::string scoreboardLine(World const& world) {
-    constexpr int width = 20;
+    constexpr int WIDTH = 20;
     auto const name = [&world](Side side) {
         return world.teamName(side).empty() ? "(nobody yet)" : world.teamName(side);
     };
     std::string mode = world.mode.word();
-    mode.resize(std::max<std::size_t>(mode.size(), width + 1), ' ');
-    std::string bar(width, '.');
-    std::fill_n(bar.begin(), progress(world, width), '#');
+    mode.resize(std::max<std::size_t>(mode.size(), WIDTH + 1), ' ');
+    std::string bar(WIDTH, '.');
+    std::fill_n(bar.begin(), progress(world, WIDTH), '#');
     return text(name(Side::left), ' ', world.score[0], " : ", world.score[1], ' ',
                 name(Side::right), "  ", mode, " [", bar, "] cycle ", world.cycle);
 }
@@ -57,7 +57,7 @@ std::string scoreboardLine(World const& world) {
 void Statistics::kicked(World const& world, int id) {
     Side const side = world.player(id).side;
     TeamStatistics& mine = teams_[index(side)];
-    bool const received = lastKicker_ != nobody && lastKicker_ != id;
+    bool const received = lastKicker_ != NOBODY && lastKicker_ != id;
     if (received && world.player(lastKicker_).side == side) ++mine.passesArrived;
     bool const shot = isShot(world, side);
     if (shot && !(shooting_ && lastKicker_ == id)) ++mine.shots;
@@ -67,9 +67,9 @@ void Statistics::kicked(World const& world, int id) {
 
 void Statistics::stepped(World const& world) {
     if (world.mode != Phase::playOn && world.mode != Phase::goalKick) {
-        lastKicker_ = nobody;
+        lastKicker_ = NOBODY;
         shooting_ = false;
-    } else if (lastKicker_ != nobody) {
+    } else if (lastKicker_ != NOBODY) {
         ++teams_[index(world.player(lastKicker_).side)].stepsWithBall;
     }
 }
@@ -132,7 +132,7 @@ Scoreboard::Scoreboard(Style style, std::FILE* out) : style_(style), out_(out) {
     if (style_ == Style::automatic) style_ = isatty(fileno(out)) != 0 ? Style::line : Style::plain;
 }
 
-// Set pieces come and go: goals, kick-offs, breaks and every tenth of the match are worth a line.
+/// Set pieces come and go: goals, kick-offs, breaks and every tenth of the match are worth a line.
 bool Scoreboard::isNews(World const& world) {
     PlayMode const mode = world.mode;
     bool const milestone =

@@ -12,14 +12,15 @@ namespace practice {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-constexpr std::chrono::milliseconds pollTime{10};
-// A short delay is made up for; after a longer one (a suspended machine) the match just goes on
-// from there, because steps in a burst would be lost to the players.
-constexpr std::chrono::milliseconds longestCatchUp{100};
+constexpr std::chrono::milliseconds POLL_TIME{10};
+/// A short delay is made up for; after a longer one (a suspended machine) the match just goes on
+/// from there, because steps in a burst would be lost to the players.
+constexpr std::chrono::milliseconds LONGEST_CATCH_UP{100};
 
 std::string bindProblem(Options const& options) {
-    if (errno == EADDRINUSE)
+    if (errno == EADDRINUSE) {
         return text("port ", options.port, " is in use; choose another with --port");
+    }
     return text("cannot listen on ", options.address, " port ", options.port, ": ",
                 std::strerror(errno));
 }
@@ -53,12 +54,13 @@ Server::Server(Options const& options, Address const& address, Socket door)
 int Server::run(int const volatile& stop) {
     Clock::time_point next = Clock::now();
     while (stop == 0 && !isOver()) {
-        next += pollTime;
+        next += POLL_TIME;
         std::this_thread::sleep_until(next);
-        if (Clock::now() > next + longestCatchUp) next = Clock::now();
+        if (Clock::now() > next + LONGEST_CATCH_UP) next = Clock::now();
         readDoor();
-        for (int i = 0; i < maxPlayers; ++i)
+        for (int i = 0; i < MAX_PLAYERS; ++i) {
             readClient(i);
+        }
         bool const stepped = match_.poll();
         sendOutbox();
         if (stepped) afterStep();
@@ -74,7 +76,7 @@ void Server::readDoor() {
     Address sender{};
     std::string_view datagram;
     while (door_.receive(buffer_, datagram, sender) == Socket::Arrival::datagram) {
-        if (int const player = playerAt(sender); player != nobody) {
+        if (int const player = playerAt(sender); player != NOBODY) {
             match_.receive(player, datagram);
         } else {
             admit(datagram, sender);
@@ -93,13 +95,13 @@ void Server::readClient(int player) {
     }
 }
 
-// The socket comes first, so that nobody joins who could not be told.
+/// The socket comes first, so that nobody joins who could not be told.
 void Server::admit(std::string_view datagram, Address const& sender) {
     auto socket = Socket::bound(any_);
     bool const connected = socket && socket->connectTo(sender);
     Match::Joined const joined =
-        connected ? match_.join(datagram) : Match::Joined{nobody, "(error connection_failed)"};
-    if (joined.player == nobody) {
+        connected ? match_.join(datagram) : Match::Joined{NOBODY, "(error connection_failed)"};
+    if (joined.player == NOBODY) {
         door_.send(joined.refusal, &sender);
     } else {
         clients_[joined.player] = Client{sender, std::move(*socket)};
@@ -107,20 +109,23 @@ void Server::admit(std::string_view datagram, Address const& sender) {
 }
 
 int Server::playerAt(Address const& sender) const {
-    for (int i = 0; i < maxPlayers; ++i) {
+    for (int i = 0; i < MAX_PLAYERS; ++i) {
         if (!clients_[i]) continue;
         Address const& known = clients_[i]->address;
-        if (known.sin_addr.s_addr == sender.sin_addr.s_addr && known.sin_port == sender.sin_port)
+        if (known.sin_addr.s_addr == sender.sin_addr.s_addr && known.sin_port == sender.sin_port) {
             return i;
+        }
     }
-    return nobody;
+    return NOBODY;
 }
 
 void Server::sendOutbox() {
-    for (auto const& [player, message] : match_.takeOutbox())
+    for (auto const& [player, message] : match_.takeOutbox()) {
         if (clients_[player] && !clients_[player]->socket.send(message)) match_.remove(player);
-    for (int i = 0; i < maxPlayers; ++i)
+    }
+    for (int i = 0; i < MAX_PLAYERS; ++i) {
         if (!match_.world().player(i).active) clients_[i].reset();
+    }
 }
 
 // ---- The course of the match

@@ -12,15 +12,15 @@
 
 namespace practice {
 
-// The match on the network: one socket where players introduce themselves and one per player, a
-// poll every 10 ms of the steady clock, and the files the options ask for. One thread does it all.
+/// The match on the network: one socket where players introduce themselves and one per player, a
+/// poll every 10 ms of the steady clock, and the files the options ask for. One thread does it all.
 class Server {
 public:
-    // None, with a message, if the port or a file is not to be had.
+    /// Nothing, with the reason in `problem`, if the port or a file cannot be used.
     static std::unique_ptr<Server> open(Options const& options, std::string& problem);
 
-    // Until the match is over or `stop` becomes non-zero (a signal handler writes it). The exit
-    // status.
+    /// Runs until the match is over or `stop` becomes non-zero (a signal handler writes it).
+    /// Returns the exit status.
     int run(int const volatile& stop);
     int port() const { return door_.port(); }
 
@@ -42,10 +42,10 @@ private:
     void writeResults() const;
 
     Options options_;
-    Address any_; // our address, any port
+    Address any_; ///< our address, any port
     Socket door_;
     Match match_;
-    Table<std::optional<Client>, maxPlayers> clients_;
+    Table<std::optional<Client>, MAX_PLAYERS> clients_;
     Scoreboard scoreboard_;
     std::ofstream log_;
     int stepsAfterEnd_ = 0;

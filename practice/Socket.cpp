@@ -26,8 +26,9 @@ std::optional<Address> makeAddress(std::string const& dotted, int port) {
 
 std::optional<Socket> Socket::bound(Address const& address) {
     Socket socket(::socket(AF_INET, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
-    if (socket.fd_ < 0 || ::bind(socket.fd_, generic(&address), sizeof address) != 0)
+    if (socket.fd_ < 0 || ::bind(socket.fd_, generic(&address), sizeof address) != 0) {
         return std::nullopt;
+    }
     return socket;
 }
 
