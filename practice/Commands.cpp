@@ -2,60 +2,19 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
+
+#include "practice/Scanner.h"
 
 namespace practice {
 
 namespace {
 
+using namespace scan;
+
 // clang-format off
-constexpr std::string_view BLANKS = " \t\r\n";
-constexpr std::string_view DIGITS = "0123456789";
-constexpr std::string_view WORD_LETTERS = "abcdefghijklmnopqrstuvwxyz_";
 constexpr std::string_view TEAM_LETTERS = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789+,-./:;<=>?@[\\]^_";
 constexpr std::string_view SAYABLE = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789 ().+-*/?<>_";
 // clang-format on
-
-/// Takes the letters that come next.
-std::string_view takeAll(std::string_view& s, std::string_view letters) {
-    std::string_view const taken = s.substr(0, s.find_first_not_of(letters));
-    s.remove_prefix(taken.size());
-    return taken;
-}
-
-/// Blanks before a character, word or number are free.
-bool take(std::string_view& s, char c) {
-    takeAll(s, BLANKS);
-    if (!s.starts_with(c)) return false;
-    s.remove_prefix(1);
-    return true;
-}
-
-std::string_view takeWord(std::string_view& s, std::string_view letters = WORD_LETTERS) {
-    takeAll(s, BLANKS);
-    return takeAll(s, letters);
-}
-
-/// [+-]digits or [+-][digits].digits, either with an exponent: no "5.", "nan" or "0x1".
-std::optional<double> takeNumber(std::string_view& s) {
-    takeAll(s, BLANKS);
-    if (s.starts_with('+') && !s.starts_with("+-")) s.remove_prefix(1); // from_chars takes none
-    double value = 0.0;
-    auto const [end, error] = std::from_chars(s.data(), s.data() + s.size(), value);
-    std::string_view const taken = s.substr(0, static_cast<std::size_t>(end - s.data()));
-    std::size_t const dot = taken.find('.');
-    bool const openDot = dot != taken.npos && taken.find_first_of(DIGITS, dot) != dot + 1;
-    bool const foreign = taken.find_first_not_of("0123456789+-.eE") != taken.npos;
-    if (error != std::errc{} || openDot || foreign) return std::nullopt;
-    s.remove_prefix(taken.size());
-    return value;
-}
-
-/// NUL and blanks at the end of a datagram mean nothing.
-std::string_view withoutEnding(std::string_view datagram) {
-    constexpr std::string_view ENDINGS(" \t\r\n\0", 5);
-    return datagram.substr(0, datagram.find_last_not_of(ENDINGS) + 1);
-}
 
 std::optional<Command> readChangeView(std::string_view& s) {
     constexpr std::array<std::string_view, 3> WIDTHS{"narrow", "normal", "wide"};

@@ -34,12 +34,8 @@ std::array<int, MAX_PLAYERS> everybodyInRandomOrder(Random& random) {
 } // namespace
 
 Match::Match(MatchOptions const& options)
-    : random_(options.seed),
-      referee_(world_, random_, options.kickOff, [this](std::string_view word) {
-          for (Player const& p : world_.players) {
-              if (p.active) send(p, text("(hear ", world_.cycle, " referee ", word, ')'));
-          }
-      }) {
+    : random_(options.seed), referee_(world_, random_, options.kickOff,
+                                      [this](std::string_view word) { announce(word); }) {
     world_.halfCycles = options.halfCycles;
 }
 
@@ -60,7 +56,8 @@ Match::Joined Match::join(std::string_view firstDatagram) {
     Player& p = world_.player(id);
     p.joined = p.active = true;
     p.goalie = client.goalie;
-    p.pos = {-3.0 * sign(side) * p.unum, -37.0};
+    p.pos = touchlinePlace(p);
+    if (observer_ != nullptr) observer_->heardPlayer(world_, p, firstDatagram);
     send(p, text("(init ", letter(side), ' ', p.unum, ' ', world_.mode.word(), ')'));
     send(p, serverParamMessage(world_.halfCycles));
     send(p, playerParamMessage());
@@ -98,7 +95,32 @@ void Match::remove(int id) {
     inbox_[id].clear();
 }
 
+// ---- The interventions of a human
+
+void Match::place(int id, Vec pos, double body) {
+    Player& p = world_.player(id);
+    if (!p.active) return;
+    p.pos = cutToRunOff(pos);
+    p.body = normalized(body);
+    p.halt();
+}
+
+void Match::discard(int id) {
+    Player& p = world_.player(id);
+    if (!p.active) return;
+    remove(id);
+    p.lost = false;
+    p.discarded = true;
+}
+
 // ---- Messages
+
+void Match::announce(std::string_view word) {
+    if (observer_ != nullptr) observer_->heardReferee(world_, word);
+    for (Player const& p : world_.players) {
+        if (p.active) send(p, text("(hear ", world_.cycle, " referee ", word, ')'));
+    }
+}
 
 void Match::send(Player const& player, std::string text) {
     outbox_.push_back({playerId(player), std::move(text)});
@@ -130,21 +152,26 @@ struct Match::Execution {
 
     void operator()(Kick const& command) {
         Referee& referee = match.referee_;
-        if (!mayUseBody() || !referee.allowsKick()) return;
+        if (!mayUseBody()) return;
+        me.marks |= gamelog::state::KICK | gamelog::state::KICK_FAILED;
+        if (!referee.allowsKick()) return;
         int const id = playerId(me);
         if (!kick(world, me, command.power, command.dir, match.random_)) {
             return referee.triedToKick(id);
         }
+        me.marks &= ~gamelog::state::KICK_FAILED;
         ++me.counts.kick;
         referee.kicked(id);
-        if (referee.allowsKick()) match.statistics_.kicked(world, id);
     }
 
     void operator()(Catch const& command) {
         bool const legal = me.goalie && world.mode == Phase::playOn && me.catchBan == 0;
-        if (!mayUseBody() || !legal) return;
+        if (!mayUseBody()) return;
+        me.marks |= gamelog::state::CATCH | gamelog::state::CATCH_FAILED;
+        if (!legal) return;
         me.catchBan = wholeParameter("catchBanCycle");
         if (!catchBall(world, me, command.dir)) return;
+        me.marks &= ~gamelog::state::CATCH_FAILED;
         ++me.counts.catches;
         match.referee_.caught(playerId(me));
     }
@@ -212,7 +239,10 @@ struct Match::Execution {
 };
 
 void Match::receive(int player, std::string_view datagram) {
-    if (world_.player(player).active) inbox_[player].emplace_back(datagram);
+    Player const& p = world_.player(player);
+    if (!p.active) return;
+    if (observer_ != nullptr) observer_->heardPlayer(world_, p, datagram);
+    inbox_[player].emplace_back(datagram);
 }
 
 /// A player acts once in a cycle: after its see message or, when half of the cycle has brought
@@ -248,6 +278,11 @@ void Match::executeReceived() {
 // ---- Time
 
 bool Match::poll() {
+    if (polls_ % POLLS_PER_STEP == 0) {
+        for (Player& p : world_.players) {
+            p.marks = 0;
+        }
+    }
     ++polls_;
     executeReceived();
     bool const stepped = polls_ % POLLS_PER_STEP == 0;
@@ -260,7 +295,6 @@ void Match::step() {
     Vec const ballBefore = world_.ball.pos;
     std::vector<int> const touchers = moveAll(world_, random_);
     referee_.step(ballBefore, touchers);
-    statistics_.stepped(world_);
     recoverAll(world_);
     referee_.startWhenReady();
     for (int const id : everybodyInRandomOrder(random_)) {

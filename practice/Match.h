@@ -8,7 +8,6 @@
 #include "practice/Commands.h"
 #include "practice/Random.h"
 #include "practice/Referee.h"
-#include "practice/Reports.h"
 #include "practice/World.h"
 
 namespace practice {
@@ -23,6 +22,16 @@ struct MatchOptions {
 struct Outgoing {
     int player = NOBODY;
     std::string text; ///< without the NUL that ends the datagram
+};
+
+/// Is told what is said in a match at the moment it is said.
+class Observer {
+public:
+    virtual ~Observer() = default;
+    /// A player's datagram, before its commands are executed; the first one is its introduction.
+    virtual void heardPlayer(World const& world, Player const& player,
+                             std::string_view datagram) = 0;
+    virtual void heardReferee(World const& world, std::string_view word) = 0;
 };
 
 /// A whole match without sockets and wall clock: players join, their datagrams are delivered, time
@@ -42,6 +51,8 @@ public:
     Joined join(std::string_view firstDatagram);
     /// The player is gone: it leaves the pitch, its number stays used.
     void remove(int player);
+    /// At most one observer, which must outlive the match.
+    void setObserver(Observer* observer) { observer_ = observer; }
 
     /// The datagram is executed at the next poll.
     void receive(int player, std::string_view datagram);
@@ -50,15 +61,23 @@ public:
     /// Takes the messages since the last call, in the order they are to be sent.
     std::vector<Outgoing> takeOutbox();
 
+    // What a human may do at any time. See Referee for kickOff and callFoul.
+    void kickOff() { referee_.kickOff(); }
+    void callFoul(Vec spot, Side side) { referee_.callFoul(spot, side); }
+    /// Puts a player who is on the pitch somewhere, at rest; `body` in radians.
+    void place(int player, Vec pos, double body);
+    /// Takes a player off the pitch for good. It does not count as lost.
+    void discard(int player);
+
     World const& world() const { return world_; }
     World& world() { return world_; } ///< to set up a scene
-    Statistics const& statistics() const { return statistics_; }
 
 private:
     struct Execution; ///< of the commands of one player
 
     Side sideOf(std::string const& team);
     int freeNumber(Introduction const& client, Side side) const;
+    void announce(std::string_view word);
     void send(Player const& player, std::string text);
     void noteAnswer(Player& player) const;
     void executeReceived();
@@ -68,9 +87,9 @@ private:
     World world_;
     Random random_;
     Referee referee_;
-    Statistics statistics_;
     Table<std::vector<std::string>, MAX_PLAYERS> inbox_;
     std::vector<Outgoing> outbox_;
+    Observer* observer_ = nullptr;
     long polls_ = 0;
 };
 

@@ -23,7 +23,7 @@ struct Option {
     std::uint64_t least = 0, most = std::numeric_limits<std::uint64_t>::max(); ///< of a number
 };
 
-std::array<Option, 12> tableFor(Options& o) {
+std::array<Option, 15> tableFor(Options& o) {
     constexpr std::uint64_t MANY = 1'000'000;
     MatchOptions& m = o.match;
     // clang-format off
@@ -32,8 +32,11 @@ std::array<Option, 12> tableFor(Options& o) {
         {"--address", "A", "IPv4 address to listen on (127.0.0.1: this machine only)", &o.address},
         {"--half-cycles", "N", "cycles of a half, ten a second (3000)", &m.halfCycles, 1, MANY},
         {"--seed", "N", "seed of all chance in the match (1)", &m.seed},
-        {"--log", "FILE", "write the positions of every cycle, one line each", &o.logFile},
-        {"--results", "FILE", "write score and statistics at the end", &o.resultsFile},
+        {"--log", "NAME", "write the game log NAME.rcg and the text log NAME.rcl (no logs)", &o.log.stem},
+        {"--log-dir", "DIR", "folder of the logs; NAME is match if --log does not say it", &o.log.directory},
+        {"--log-dated", "", "name the logs after date, teams and score; incomplete.* until the end", &o.log.dated},
+        {"--log-version", "N", "version of the game log: 4, 5 or 6 (5)", &o.log.version, gamelog::OLDEST_VERSION, gamelog::NEWEST_VERSION},
+        {"--results", "FILE", "write at the end, as JSON, what no log can tell of the players", &o.resultsFile},
         {"--players", "N", "players that must have joined before the kick-off (22)", &m.kickOff.players, 1, MAX_PLAYERS},
         {"--ready-cycles", "N", "steps from then to the kick-off, and the break at half time (50)", &m.kickOff.readySteps, 0, MANY},
         {"--wait", "N", "steps after the first player joined when whoever is there kicks off (600)", &m.kickOff.waitSteps, 0, MANY},

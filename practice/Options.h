@@ -3,8 +3,9 @@
 #include <span>
 #include <string>
 
+#include "practice/GameLog.h"
 #include "practice/Match.h"
-#include "practice/Reports.h"
+#include "practice/Scoreboard.h"
 
 namespace practice {
 
@@ -13,7 +14,7 @@ struct Options {
     MatchOptions match;
     int port = 6000;
     std::string address = "127.0.0.1";
-    std::string logFile;     ///< empty: none
+    LogOptions log;
     std::string resultsFile; ///< empty: none
     int lingerSteps = 50;    ///< after the end of the match
     Scoreboard::Style scoreboard = Scoreboard::Style::automatic;

@@ -79,6 +79,7 @@ inline constexpr double EXTRA_STAMINA = 50.0;
 inline constexpr double STAMINA_CAPACITY = 130600.0;
 inline constexpr double MIN_DASH_POWER = 0.0;
 inline constexpr double MAX_CATCH_ANGLE_DEG = 90.0;
+inline constexpr double BALL_STUCK_RADIUS = 3.0;
 
 /// The messages that follow a successful init; `halfCycles` is the length of a half.
 std::string serverParamMessage(int halfCycles);

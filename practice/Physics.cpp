@@ -61,15 +61,19 @@ void applyTurns(Player& p) {
     p.pendingTurn = p.pendingNeck = 0.0;
 }
 
-void moveOne(Movable& m, Motion const& motion, Random& random) {
+/// Returns whether it hit a goal post.
+bool moveOne(Movable& m, Motion const& motion, Random& random) {
     if (m.acc != Vec{}) {
         m.vel = shortenedTo(m.vel + shortenedTo(m.acc, motion.accelMax), motion.speedMax);
     }
     double const noise = random.uniform(0.0, motion.noise * m.vel.length());
     m.vel += polar(noise, random.direction());
+    Vec const wanted = m.vel;
     m.pos = moveAlong(m.pos, m.vel, motion.size);
+    bool const hitPost = m.vel != wanted;
     m.vel *= motion.decay;
     m.acc = Vec{};
+    return hitPost;
 }
 
 void moveEverything(World& world, Random& random) {
@@ -81,7 +85,7 @@ void moveEverything(World& world, Random& random) {
             moveOne(world.ball, BALL_MOTION, random);
         } else if (Player& p = world.player(i); p.active) {
             applyTurns(p);
-            moveOne(p, PLAYER_MOTION, random);
+            if (moveOne(p, PLAYER_MOTION, random)) p.marks |= gamelog::state::HIT_POST;
         }
     }
 }
@@ -140,6 +144,7 @@ private:
         double const gap = distance(a, b);
         if (gap >= reach - ROUNDING) return false;
         Vec const unit = gap > 0.0 ? (b - a) * (1.0 / gap) : polar(1.0, random_.direction());
+        mark(i, j);
         if (i == THE_BALL && world_.mode != Phase::playOn) { // it waits there for its set piece
             means_[j].add(a + unit * reach);
         } else {
@@ -148,6 +153,17 @@ private:
             means_[j].add(middle + unit * (reach / 2.0));
         }
         return collided_[i] = collided_[j] = true;
+    }
+
+    /// The first of the two may be the ball.
+    void mark(int i, int j) {
+        namespace state = gamelog::state;
+        if (i == THE_BALL) {
+            world_.player(j).marks |= state::COLLIDED_BALL | state::BALL_TO_PLAYER;
+        } else {
+            world_.player(i).marks |= state::COLLIDED_PLAYER;
+            world_.player(j).marks |= state::COLLIDED_PLAYER;
+        }
     }
 
     void moveToMeans() {

@@ -74,6 +74,14 @@ void Referee::dropBall() {
     changeMode({Phase::playOn});
 }
 
+void Referee::callFoul(Vec spot, Side side) {
+    if (world_.mode == Phase::beforeKickOff || world_.mode == Phase::timeOver) return;
+    world_.ball.pos = cutToPitch(spot);
+    if (side == Side::none) return dropBall();
+    announce_(text("foul_", letter(other(side))));
+    interrupt({Phase::freeKick, side}, outOfPenaltyArea(world_.ball.pos, other(side)));
+}
+
 void Referee::callOffside(int id) {
     OffsideMark const mark = *play_.offside[id];
     offsideLine_ = mark.line;
@@ -99,7 +107,7 @@ bool Referee::isBackPassTo(int id) const {
 
 /// The rules that hold for kicks and touches alike; false when one of them stopped the game.
 bool Referee::played(int id) {
-    Player const& p = world_.player(id);
+    Player& p = world_.player(id);
     bool const secondTouch = id == play_.taker && p.counts.dash > play_.takerDashes;
     if (world_.mode == Phase::goalKick && p.side != world_.mode.side) {
         interrupt(world_.mode, goalKickSpot(world_.ball.pos));
@@ -107,6 +115,7 @@ bool Referee::played(int id) {
         callOffside(id);
     } else if (secondTouch) {
         Vec const spot = outOfPenaltyArea(cutToPitch(world_.ball.pos), p.side);
+        p.marks |= gamelog::state::FREE_KICK_FAULT;
         interrupt({Phase::freeKickFault, p.side}, spot);
     } else {
         play_.indirect = play_.indirect && id == play_.taker;
@@ -149,6 +158,7 @@ void Referee::caught(int id) {
     announce_(text("goalie_catch_ball_", letter(side)));
     if (!isInPenaltyArea(ball, side)) return callCatchFault(side);
     if (isBackPassTo(id)) {
+        world_.player(id).marks |= gamelog::state::BACK_PASS;
         return interrupt({Phase::backPass, side}, outOfGoalArea(cutToPitch(ball), side));
     }
     interrupt({Phase::freeKick, side}, ball);
@@ -161,7 +171,11 @@ void Referee::caught(int id) {
 void Referee::step(Vec ballBefore, std::vector<int> const& touchers) {
     kickedThisCycle_ = {};
     ++stepsInMode_;
-    if (!world_.mode.isStopped()) ++world_.cycle;
+    if (world_.mode.isStopped()) {
+        ++world_.stoppedSteps;
+    } else {
+        advanceClock();
+    }
     for (int const id : touchers) { // a ball that waits to be kicked touches nobody
         if (world_.mode == Phase::playOn || play_.taker != NOBODY) played(id);
     }
@@ -181,6 +195,11 @@ void Referee::step(Vec ballBefore, std::vector<int> const& touchers) {
     }
 }
 
+void Referee::advanceClock() {
+    ++world_.cycle;
+    world_.stoppedSteps = 0;
+}
+
 void Referee::endHalf() {
     announce_(half_ == 1 ? "half_time" : "time_up");
     if (half_ == 1) placeBall({});
@@ -195,7 +214,7 @@ void Referee::runStoppage() {
     if (stepsInMode_ > length) {
         interrupt({restartAfter(mode), other(mode.side)},
                   mode == Phase::goal ? Vec{} : world_.ball.pos);
-        ++world_.cycle; // the word still carries the time of the stoppage
+        advanceClock(); // the word still carries the time of the stoppage
         return;
     }
     if (mode == Phase::offside) clearBeyondOffsideLine(world_, mode.side, offsideLine_);
@@ -256,8 +275,7 @@ void Referee::ballOverGoalLine(Vec before) {
 }
 
 bool Referee::isBallStuck() {
-    constexpr double RADIUS = 3.0;
-    if (play_.stuckSteps == 0 || distance(world_.ball.pos, play_.stuckSpot) > RADIUS) {
+    if (play_.stuckSteps == 0 || distance(world_.ball.pos, play_.stuckSpot) > BALL_STUCK_RADIUS) {
         play_.stuckSpot = world_.ball.pos;
         play_.stuckSteps = 0;
     }
@@ -270,7 +288,11 @@ void Referee::startWhenReady() {
     if (joined > 0) ++waitedSteps_;
     if (half_ == 2 || joined >= rule_.players) ++readySteps_;
     bool const waitedEnough = half_ == 1 && joined > 0 && waitedSteps_ >= rule_.waitSteps;
-    if (!waitedEnough && readySteps_ <= rule_.readySteps) return;
+    if (waitedEnough || readySteps_ > rule_.readySteps) kickOff();
+}
+
+void Referee::kickOff() {
+    if (world_.mode != Phase::beforeKickOff) return;
     for (Player& p : world_.players) {
         p.restoreStamina();
     }

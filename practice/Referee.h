@@ -39,6 +39,12 @@ public:
     /// At the end of a step.
     void startWhenReady();
 
+    /// A human starts the half; without effect while it is being played.
+    void kickOff();
+    /// A human gives a free kick to `side`, or a drop ball when it is none; without effect before
+    /// the kick-off and after the match.
+    void callFoul(Vec spot, Side side);
+
 private:
     void changeMode(PlayMode mode);
     void placeBall(Vec spot);
@@ -51,6 +57,7 @@ private:
     bool played(int id);
     void take(int id);
 
+    void advanceClock();
     void endHalf();
     void runStoppage();
     void superviseSetPiece();

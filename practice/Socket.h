@@ -14,6 +14,8 @@ using Address = sockaddr_in;
 
 std::optional<Address> makeAddress(std::string const& dotted, int port);
 
+bool sameAddress(Address const& a, Address const& b);
+
 /// A UDP socket that never blocks and closes itself.
 class Socket {
 public:

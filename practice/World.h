@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <string>
 
+#include "gamelog/Records.h"
 #include "practice/Vector.h"
 
 namespace practice {
@@ -101,6 +103,11 @@ struct Player : Movable {
     long lastAnswer = -1;        ///< the poll at which it came
     bool lost = false;           ///< it left before the end of the match
 
+    bool discarded = false; ///< taken off the pitch by a human
+    /// What happened to it since the last step, as bits of gamelog::state; cleared at the first
+    /// poll after the step that ends with them.
+    std::uint32_t marks = 0;
+
     /// Commands of the running cycle, cleared by the step.
     bool answered = false, sightSent = false;
     bool bodyUsed = false, neckUsed = false, dashing = false;
@@ -124,6 +131,11 @@ inline int playerId(Player const& p) {
     return playerId(p.side, p.unum);
 }
 
+/// Where a player stands who has just joined, outside the touch line, or who is not there.
+inline Vec touchlinePlace(Player const& p) {
+    return {-3.0 * sign(p.side) * p.unum, -37.0};
+}
+
 /// The whole state of a match.
 struct World {
     Movable ball;
@@ -132,6 +144,7 @@ struct World {
     Table<int, 2> score{};
     PlayMode mode;
     int cycle = 0;
+    int stoppedSteps = 0; ///< steps since the cycle last grew
     int halfCycles = 3000;
     int ballHolder = NOBODY; ///< goalie with the ball in its hands
 
