@@ -194,7 +194,7 @@ private:
             while (at != end_ && *at == ' ') {
                 ++at;
             }
-            if (at == end_ || *at != c) return fail(text);
+            if (at == end_ || *at != c) return fail(text.substr(text.find_first_not_of(' ')));
             ++at;
         }
         at_ = at;
