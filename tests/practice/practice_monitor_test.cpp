@@ -8,7 +8,9 @@
 #include <random>
 
 #include "gamelog/Reader.h"
+#include "practice/GameLog.h"
 #include "practice/ParameterRecords.h"
+#include "support/Allocations.h"
 #include "tests/gamelog/Files.h"
 #include "tests/practice/Game.h"
 #include "tests/practice/Skeleton.h"
@@ -265,4 +267,36 @@ TEST(Monitors, NoneCanDisturbTheMatch) {
     g.monitors.poll(g.match);
     EXPECT_EQ(g.world.player(0).pos, Vec{});
     EXPECT_EQ(g.monitors.count(), 3U);
+}
+
+/// Logging and showing a step takes no memory once the buffers have grown.
+TEST(Monitors, AStepAllocatesNothing) {
+    Watched g;
+    g.start(11);
+    std::array<Watcher, 3> watchers;
+    for (char const version : {'3', '4', '5'}) {
+        std::string const text = std::string("(dispinit version ") + version + ')';
+        g.introduce(watchers.at(static_cast<std::size_t>(version - '3')), text);
+    }
+    std::string problem;
+    LogOptions options;
+    options.directory = testing::TempDir();
+    options.stem = "practice_monitor_test";
+    auto const log = GameLog::open(options, {}, problem);
+    ASSERT_NE(log, nullptr) << problem;
+    g.step(5);
+    auto const tell = [&] {
+        for (int i = 0; i < 50; ++i) {
+            log->heardPlayer(g.world, g.world.player(i % MAX_PLAYERS), "(dash 50)(turn_neck 20)");
+        }
+        log->step(g.world);
+        g.monitors.show(g.world);
+    };
+    tell();
+    long const before = support::allocationCount();
+    tell();
+    EXPECT_EQ(support::allocationCount() - before, 0);
+    for (char const* const ending : {".rcg", ".rcl"}) {
+        std::remove((options.folder() + options.name() + ending).c_str());
+    }
 }
