@@ -44,7 +44,7 @@ std::string asFileName(std::string name) {
 
 std::string cannotWrite(std::string const& path) {
     if (errno == EWOULDBLOCK) {
-        return text("another program writes the log ", path, "; choose another name with --log");
+        return text("another program writes the log ", path, "; choose another with --log or --log-dir");
     }
     return text("cannot write the log ", path, ": ", std::strerror(errno));
 }
@@ -118,7 +118,7 @@ void GameLog::step(World const& world) {
 }
 
 /// There is no show before the kick-off, nor of the step that ends with it, and one after the end.
-bool GameLog::isLogged(World const& world) {
+bool GameLog::isLogged(World const& world) const {
     Phase const phase = world.mode.phase;
     if (phase == Phase::beforeKickOff) return false;
     if (phase == Phase::timeOver) return lastPhase_ != Phase::timeOver;

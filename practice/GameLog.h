@@ -54,7 +54,7 @@ private:
 
     GameLog(LogOptions const& options, File game, File words);
 
-    bool isLogged(World const& world);
+    bool isLogged(World const& world) const;
     void writePlayMode(World const& world);
     void writeTeams(World const& world);
     void flush();
