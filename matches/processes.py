@@ -1,0 +1,168 @@
+"""Programs that run beside us, and that end with us however we end."""
+
+import os
+import signal
+import subprocess
+import time
+from collections.abc import Callable, Iterable, Mapping, Sequence
+from contextlib import suppress
+from dataclasses import dataclass
+from pathlib import Path
+from types import TracebackType
+
+from matches.words import Failure
+
+TICKS = os.sysconf("SC_CLK_TCK")
+
+# Reads process groups until its input ends, as it does when we are gone, and kills them.
+GUARD = """
+trap '' INT TERM HUP
+while read -r group; do groups="$groups -$group"; done
+[ -z "$groups" ] || kill -KILL -- $groups 2>/dev/null
+"""
+
+
+@dataclass(frozen=True)
+class Usage:
+    """What a process has taken of the machine."""
+
+    cpu_seconds: float
+    peak_kilobytes: int
+
+
+class Program:
+    """A program in a process group of its own, with its words in files."""
+
+    def __init__(
+        self,
+        arguments: Sequence[str | Path],
+        folder: Path,
+        out: Path,
+        err: Path | None = None,
+        environment: Mapping[str, str] | None = None,
+    ) -> None:
+        """Starts it in the folder; `err` may be the same file as `out`, or None for that."""
+        self.out = out
+        self.err = err or out
+        try:
+            with out.open("wb") as output, self.err.open("ab" if err is None else "wb") as errors:
+                self._process = subprocess.Popen(
+                    [str(argument) for argument in arguments],
+                    cwd=folder,
+                    env=None if environment is None else {**os.environ, **environment},
+                    stdin=subprocess.DEVNULL,
+                    stdout=output,
+                    stderr=output if err is None else errors,
+                    process_group=0,
+                )
+        except OSError as error:
+            raise Failure(f"cannot start {arguments[0]}: {error.strerror}") from error
+        self._swept = False
+
+    @property
+    def pid(self) -> int:
+        """The number of the process, and of its group."""
+        return self._process.pid
+
+    def runs(self) -> bool:
+        """Whether it still runs."""
+        if self._process.poll() is None:
+            return True
+        self._sweep()
+        return False
+
+    @property
+    def status(self) -> int | None:
+        """The exit status, negative for the signal that killed it; None while it runs."""
+        return None if self.runs() else self._process.returncode
+
+    def signal(self, number: signal.Signals) -> None:
+        """To the program, and to whatever it has started, while it runs."""
+        if self.runs():
+            with suppress(ProcessLookupError):
+                os.killpg(self.pid, number)
+
+    def usage(self) -> Usage | None:
+        """What it has taken so far; None when it does not run any more."""
+        try:
+            fields = Path(f"/proc/{self.pid}/stat").read_text().rpartition(")")[2].split()
+            status = Path(f"/proc/{self.pid}/status").read_text()
+        except OSError:
+            return None
+        peak = [line.split()[1] for line in status.splitlines() if line.startswith("VmHWM:")]
+        # Behind the name in parentheses, fields 11 and 12 are the ticks in user and kernel mode.
+        ticks = int(fields[11]) + int(fields[12])
+        return Usage(ticks / TICKS, int(peak[0])) if peak else None
+
+    def _sweep(self) -> None:
+        """Ends what a program has left behind in its group."""
+        if not self._swept:
+            self._swept = True
+            with suppress(ProcessLookupError, PermissionError):
+                os.killpg(self.pid, signal.SIGKILL)
+
+
+def wait_until(condition: Callable[[], bool], seconds: float) -> bool:
+    """Looks twenty times a second; false when the time is over before it holds."""
+    end = time.monotonic() + seconds
+    while not condition():
+        if time.monotonic() > end:
+            return False
+        time.sleep(0.05)
+    return True
+
+
+def end_all(
+    programs: Iterable[Program], first: signal.Signals = signal.SIGTERM, patience: float = 3
+) -> None:
+    """Politely first, then by force."""
+    left = list(programs)
+    for number, seconds in ((first, patience), (signal.SIGTERM, 1.0), (signal.SIGKILL, 2.0)):
+        for program in left:
+            program.signal(number)
+        if wait_until(lambda: not any([program.runs() for program in left]), seconds):
+            return
+
+
+class Nursery:
+    """All programs of a match. Leaving it ends them; if we are killed, a guard does so."""
+
+    def __init__(self) -> None:
+        self.programs: list[Program] = []
+        self._guard = subprocess.Popen(
+            ["/bin/sh", "-c", GUARD],
+            stdin=subprocess.PIPE,
+            stdout=subprocess.DEVNULL,
+            process_group=0,
+        )
+
+    def start(
+        self,
+        arguments: Sequence[str | Path],
+        folder: Path,
+        out: Path,
+        err: Path | None = None,
+        environment: Mapping[str, str] | None = None,
+    ) -> Program:
+        """Starts a program as Program does."""
+        program = Program(arguments, folder, out, err, environment)
+        self.programs.append(program)
+        assert self._guard.stdin is not None
+        self._guard.stdin.write(f"{program.pid}\n".encode())
+        self._guard.stdin.flush()
+        return program
+
+    def __enter__(self) -> "Nursery":
+        return self
+
+    def __exit__(
+        self,
+        kind: type[BaseException] | None,
+        error: BaseException | None,
+        trace: TracebackType | None,
+    ) -> None:
+        end_all(self.programs)
+        self._guard.kill()
+        self._guard.wait()
+        assert self._guard.stdin is not None
+        self._guard.stdin.close()
