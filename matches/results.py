@@ -176,8 +176,8 @@ def write_players(outcome: MatchOutcome, path: Path) -> None:
     with path.open("w", newline="") as file:
         rows = csv.writer(file)
         rows.writerow(
-            ["team", "number", "status", "ended_early", "cpu_s", "peak_kb", *counted]
-            + ["refused", "answers", "late", "lost"]
+            ["team", "number", "status", "ended_early", "cpu_s", "peak_kb"]
+            + [*counted, "refused", "answers", "late", "lost"]
         )
         for team in outcome.teams:
             for player in team.players:
