@@ -1,13 +1,12 @@
 // What it takes to read a game log of 20 MB, beside floors: counting its lines, and unpacking it.
 
-#include <benchmark/benchmark.h>
-#include <zlib.h>
-
 #include <algorithm>
+#include <benchmark/benchmark.h>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <zlib.h>
 
 #include "gamelog/Reader.h"
 #include "gamelog/Writer.h"

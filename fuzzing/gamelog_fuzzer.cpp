@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "Lines.h"
+#include "fuzzing/Lines.h"
 #include "gamelog/Line.h"
 #include "gamelog/Reader.h"
 #include "gamelog/Writer.h"

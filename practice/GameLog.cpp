@@ -44,7 +44,8 @@ std::string asFileName(std::string name) {
 
 std::string cannotWrite(std::string const& path) {
     if (errno == EWOULDBLOCK) {
-        return text("another program writes the log ", path, "; choose another with --log or --log-dir");
+        return text("another program writes the log ", path,
+                    "; choose another with --log or --log-dir");
     }
     return text("cannot write the log ", path, ": ", std::strerror(errno));
 }

@@ -1,13 +1,12 @@
 #include "practice/Socket.h"
 
 #include <arpa/inet.h>
-#include <sys/socket.h>
-#include <sys/uio.h>
-#include <unistd.h>
-
 #include <array>
 #include <cerrno>
 #include <cstdint>
+#include <sys/socket.h>
+#include <sys/uio.h>
+#include <unistd.h>
 
 namespace practice {
 

@@ -1,21 +1,18 @@
 // The logs that the server writes, read again and compared with the match, and their forms with
 // those of the field's server.
 
-#include "practice/GameLog.h"
-
-#include <gtest/gtest.h>
-
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <filesystem>
+#include <gtest/gtest.h>
 #include <map>
+#include <sys/wait.h>
 #include <thread>
+#include <unistd.h>
 
 #include "gamelog/Reader.h"
+#include "practice/GameLog.h"
 #include "practice/ParameterRecords.h"
 #include "practice/Results.h"
 #include "tests/gamelog/Files.h"

@@ -1,7 +1,6 @@
-#include "practice/Match.h"
-
 #include <gtest/gtest.h>
 
+#include "practice/Match.h"
 #include "practice/Parameters.h"
 #include "tests/practice/Game.h"
 

@@ -1,19 +1,17 @@
 // Monitors over the loopback, without a clock: what they are sent, what their commands do, and that
 // none of them can disturb the match.
 
-#include "practice/Monitors.h"
-
 #include <gtest/gtest.h>
-
 #include <random>
 
 #include "gamelog/Reader.h"
 #include "practice/GameLog.h"
+#include "practice/Monitors.h"
 #include "practice/ParameterRecords.h"
-#include "support/Allocations.h"
 #include "tests/gamelog/Files.h"
 #include "tests/practice/Game.h"
 #include "tests/practice/Skeleton.h"
+#include "tests/support/Allocations.h"
 
 using namespace practice;
 using namespace practice_test;

@@ -1,9 +1,8 @@
-#include "practice/Server.h"
-
-#include <gtest/gtest.h>
-
 #include <chrono>
+#include <gtest/gtest.h>
 #include <thread>
+
+#include "practice/Server.h"
 
 using namespace practice;
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "Film.h"
+#include "tests/stats/Film.h"
 
 namespace {
 

@@ -1,13 +1,12 @@
 // The program as a user meets it: order, broken files, valid JSON and CSV, wrong options.
 
-#include <gtest/gtest.h>
-#include <sys/wait.h>
-
 #include <algorithm>
 #include <charconv>
 #include <cstdio>
+#include <gtest/gtest.h>
 #include <sstream>
 #include <string>
+#include <sys/wait.h>
 #include <thread>
 
 #include "stats/InOrder.h"

@@ -1,16 +1,15 @@
 // Counts figures again from the rows of --cycles, in a plain way, for real logs and random ones.
 
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <cstdlib>
 #include <fstream>
+#include <gtest/gtest.h>
 #include <map>
 #include <random>
 #include <sstream>
 
-#include "Film.h"
 #include "stats/Output.h"
+#include "tests/stats/Film.h"
 
 namespace {
 
