@@ -22,12 +22,12 @@ public:
     }
 
     void hearSenseBody() {
-        sense(senseBody);
+        sense(senseBody_);
         world.integrateSensorInfo();
     }
 
     void see() {
-        sense(largestSee);
+        sense(largestSee_);
         world.integrateSensorInfo();
     }
 
@@ -41,8 +41,8 @@ public:
     }
 
 private:
-    std::string const senseBody = support::senseBody(0, "high wide", "0.2 3");
-    std::string const largestSee = support::largestSee();
+    std::string const senseBody_ = support::senseBody(0, "high wide", "0.2 3");
+    std::string const largestSee_ = support::largestSee();
 };
 
 /// Sets up what the messages alone do not lead to.

@@ -36,7 +36,8 @@ def read_floors(text: str) -> Floors:
             raise TableError(f"{TABLE}:{number}: not a new row 'folder: folders': {row}")
         used = frozenset(floors) if below.strip() == "*" else frozenset(below.split())
         for folder in sorted(used - set(floors)):
-            raise TableError(f"{TABLE}:{number}: {name} may not use {folder}, which is not above it")
+            fault = f"{name} may not use {folder}, which is not above it"
+            raise TableError(f"{TABLE}:{number}: {fault}")
         floors[name] = used
     return floors
 
