@@ -110,7 +110,7 @@ BENCHMARK_CAPTURE(decide, goalieGuarding, GOALIE, asSeen);
 BENCHMARK_CAPTURE(decide, goalieChasing, GOALIE, ballRollsThroughTheArea);
 
 /// All of a cycle but the system calls: a sense_body and the largest see from the datagrams to the
-/// queued commands, decided upon twice.
+/// queued commands, with two decisions.
 void cycle(benchmark::State& state, bool goalie, Situation prepare) {
     PlayingAgent agent(goalie);
     AllocationCount const count(state);

@@ -25,7 +25,7 @@ class TableError(Exception):
 
 
 def read_floors(text: str) -> Floors:
-    """Each folder with what it may include beside itself."""
+    """Each folder with the other folders that it may include."""
     floors: Floors = {}
     for number, line in enumerate(text.splitlines(), start=1):
         row = line.partition("#")[0].strip()
@@ -48,7 +48,7 @@ def is_source(path: Path) -> bool:
 
 
 def folders(root: Path) -> Iterator[Path]:
-    """The folders that hold sources: those of src, and those beside it."""
+    """The folders that hold sources: those in src, and those at the top."""
     for parent in (root / "src", root):
         for folder in sorted(parent.iterdir()):
             visible = folder.is_dir() and not folder.name.startswith((".", "build"))
