@@ -1,4 +1,5 @@
-// What it takes to parse the largest see, beside a floor: the conversion of its numbers alone.
+// How long it takes to parse the largest see, compared with the least that it could take: only
+// converting its numbers.
 
 #include <algorithm>
 #include <benchmark/benchmark.h>

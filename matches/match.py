@@ -49,7 +49,7 @@ class MatchSettings:
     half_cycles: int = 300
     seed: int = 1
     lossy: int | None = None  # the seed of a bad network
-    busy: int = 0  # programs beside that only burn the processor
+    busy: int = 0  # programs that only keep the processor busy
     port: int | None = None  # a free one
     keep: Path | None = None  # a free folder
 

@@ -7,7 +7,7 @@ ROOT = Path(__file__).resolve().parent.parent
 """The checkout, or the data folder of an installed copy."""
 
 IS_INSTALLED = not (ROOT / "CMakeLists.txt").is_file()
-"""An installed copy has no sources, and its programs are in the bin folder beside it."""
+"""An installed copy has no sources, and its programs are in the bin folder next to it."""
 
 DEFAULT_CONF = ROOT / "player.conf"
 

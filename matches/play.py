@@ -85,7 +85,7 @@ def _parser() -> options.Parser:
         type=number(0, 100),
         default=0,
         metavar="N",
-        help="run N programs beside that do nothing but keep a processor busy (0)",
+        help="also run N programs that only keep a processor busy (0)",
     )
     add(
         "--port",

@@ -1,4 +1,4 @@
-"""Programs that run beside us, and that end with us however we end."""
+"""Child processes that end when this process ends, for any reason."""
 
 import os
 import signal
