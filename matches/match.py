@@ -255,10 +255,14 @@ class _Game:
             time.sleep(0.5)  # in which the last commands arrive
         everybody = [player for side in self._players for player in side]
         server_usage = self._server.usage() if self._server.runs() else None
-        teams.stop(everybody)
-        over = self._monitor.sight.is_over
-        if not wait_until(lambda: not self._server.runs(), 15 if over else 0.2):
-            end_all([self._server])
+        over = self._is_over()
+        if over:
+            teams.stop(everybody)
+            wait_until(lambda: not self._server.runs(), 15)
+        # Before its time the server goes first: it would count players that leave as lost.
+        end_all([self._server])
+        if not over:
+            teams.stop(everybody)
         self._monitor.close()
         end_all([*self._busy, *([self._network] if self._network else [])])
         if self._server.status != 0:
