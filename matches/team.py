@@ -239,6 +239,8 @@ class Team:
         kinds = dict.fromkeys(ended_how(player.program.status) for player in bad)
         who = _listed([player.number for player in bad])
         words = f"{who} {' or '.join(kinds)}"
+        if len(bad) > 1:
+            words = words.replace(" was ", " were ")
         return Ending(DIED, words, bad[0].words or "Nothing was said.")
 
     def _refused(self) -> Ending:
@@ -261,7 +263,7 @@ def _listed(numbers: list[int]) -> str:
 def _statistics(players: list[Player]) -> Table | str:
     counts = [found for player in players if (found := player.counts)]
     if not counts:
-        return "no statistics: the players ended before they could tell"
+        return "no statistics: the players ended by themselves, without a word"
     table = Table(box=box.SIMPLE_HEAD, pad_edge=False, show_edge=False)
     table.add_column(f"commands of {len(counts)} players")
     table.add_column("queued", justify="right", min_width=9)
