@@ -44,7 +44,8 @@ std::string asFileName(std::string name) {
 
 std::string cannotWrite(std::string const& path) {
     if (errno == EWOULDBLOCK) {
-        return text("another program writes the log ", path, "; choose another with --log or --log-dir");
+        return text("another program writes the log ", path,
+                    "; choose another with --log or --log-dir");
     }
     return text("cannot write the log ", path, ": ", std::strerror(errno));
 }
@@ -86,8 +87,8 @@ std::unique_ptr<GameLog> GameLog::open(LogOptions const& options,
     return log;
 }
 
-GameLog::GameLog(LogOptions const& options, File game, File words)
-    : options_(options), game_(std::move(game)), words_(std::move(words)) {}
+GameLog::GameLog(LogOptions options, File game, File words)
+    : options_(std::move(options)), game_(std::move(game)), words_(std::move(words)) {}
 
 // ---- The text log
 
