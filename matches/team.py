@@ -308,7 +308,7 @@ def main(arguments: list[str]) -> int:
 
 
 def _tell(team: Team, ending: Ending, folder: Path) -> None:
-    console = Console(highlight=False)
+    console = Console(highlight=False, markup=False)
     console.print("")
     console.print(_statistics(team.players))
     sight = team.sight
