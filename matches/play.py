@@ -9,11 +9,11 @@ from rich.console import Console
 from matches import options
 from matches.build import build_programs
 from matches.judge import faults
-from matches.match import Match, MatchSettings, TeamSettings
+from matches.match import Match
 from matches.places import DEFAULT_CONF, work_folder
 from matches.progress import Progress, expected_duration
 from matches.results import MatchOutcome
-from matches.settings import check_conf
+from matches.settings import MatchSettings, TeamSettings, check_conf
 from matches.table import WIDTH, report
 from matches.words import Failure, duration, say, shown
 

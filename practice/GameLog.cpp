@@ -87,8 +87,8 @@ std::unique_ptr<GameLog> GameLog::open(LogOptions const& options,
     return log;
 }
 
-GameLog::GameLog(LogOptions const& options, File game, File words)
-    : options_(options), game_(std::move(game)), words_(std::move(words)) {}
+GameLog::GameLog(LogOptions options, File game, File words)
+    : options_(std::move(options)), game_(std::move(game)), words_(std::move(words)) {}
 
 // ---- The text log
 

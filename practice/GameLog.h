@@ -52,7 +52,7 @@ private:
         bool failed = false;
     };
 
-    GameLog(LogOptions const& options, File game, File words);
+    GameLog(LogOptions options, File game, File words);
 
     bool isLogged(World const& world) const;
     void writePlayMode(World const& world);
