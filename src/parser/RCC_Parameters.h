@@ -169,6 +169,11 @@ struct RCC_PlayerParam {
 
 /// One of the player types; type 0 is the default player.
 struct RCC_PlayerType {
+    RCC_PlayerType() = default;
+    RCC_PlayerType(RCC_PlayerType const&) = default;
+    RCC_PlayerType& operator=(RCC_PlayerType const&) = default;
+    virtual ~RCC_PlayerType() = default;
+
     int id = 0;
     double playerSpeedMax = 0;
     double staminaIncMax = 0;

@@ -1,4 +1,5 @@
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -148,16 +149,19 @@ struct Keeper : RCC_Handler<RCC_Pointer<RCC_Score>> {
 
 TEST(Parser, CallsEveryHandlerAndReusesARecordThatMayOutliveIt) {
     Keeper keeper;
+    std::set<RCC_Object const*> records;
     {
         Listener listener;
         Recorder<RCC_Score> const second(listener.parser.scoreHandlers, listener.log);
         listener.parser.scoreHandlers.push_back(&keeper);
-        RCC_Object* const record = listener.parser.parse(RCC_String("(score 1 2 3)"));
-        EXPECT_EQ(2, listener.log.calls);
-        EXPECT_EQ(record, keeper.kept.object());
-        EXPECT_EQ(record, listener.parser.parse(RCC_String("(score 4 5 6)")));
-        RCC_Memory::remove(record);
-        RCC_Memory::remove(record);
+        for (char const* message : {"(score 1 2 3)", "(score 4 5 6)"}) {
+            RCC_Object* const record = listener.parser.parse(RCC_String(message));
+            EXPECT_EQ(keeper.kept.object(), record);
+            records.insert(record);
+            RCC_Memory::remove(record);
+        }
+        EXPECT_EQ(4, listener.log.calls);
+        EXPECT_EQ(1U, records.size());
         listener.hears("(score 7 8 9) x"); // leaves the record alone
     }
     EXPECT_EQ(1, keeper.kept.object()->references());
