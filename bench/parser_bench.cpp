@@ -1,8 +1,7 @@
 // What it takes to parse the largest see, beside a floor: the conversion of its numbers alone.
 
-#include <benchmark/benchmark.h>
-
 #include <algorithm>
+#include <benchmark/benchmark.h>
 #include <charconv>
 #include <chrono>
 #include <string>

@@ -52,7 +52,8 @@ constexpr bool is(unsigned wantedClasses, char c) {
 ///
 /// Always inlined: a see has some two hundred numbers, and calls would cost 7% of reading it.
 template <std::floating_point T>
-[[gnu::always_inline]] inline char const* readShortDecimal(char const* first, char const* last, T& value) {
+[[gnu::always_inline]] inline char const* readShortDecimal(char const* first, char const* last,
+                                                           T& value) {
     static constexpr std::array<T, 8> POWERS = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000};
     constexpr std::ptrdiff_t MOST_DIGITS = POWERS.size() - 1;
 
