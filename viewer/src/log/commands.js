@@ -15,7 +15,10 @@ const LONGEST_HEAD = 120;
 
 export class Commands {
     constructor() {
-        /** By client, "Alpha_7". @type {Map<string, TimedLines>} */
+        /**
+         * By client, "Alpha_7".
+         * @type {Map<string, TimedLines>}
+         */
         this.clients = new Map();
     }
 

@@ -13,6 +13,14 @@ const BREATH_MS = 40;
 
 /** @typedef {{complete: boolean, full: boolean}} Loaded complete: the file did not break off */
 
+/**
+ * The type checker of Debian does not know this class yet.
+ * @returns {ReadableWritablePair<Uint8Array, Uint8Array>}
+ */
+function gunzip() {
+    return new (/** @type {any} */ (globalThis).DecompressionStream)("gzip");
+}
+
 /** @param {string} text base64 */
 export function fromBase64(text) {
     const binary = atob(text);
@@ -31,7 +39,7 @@ export function fromBase64(text) {
 async function plainBytes(blob) {
     const head = new Uint8Array(await blob.slice(0, 2).arrayBuffer());
     const packed = head[0] === 0x1f && head[1] === 0x8b;
-    const stream = packed ? blob.stream().pipeThrough(new DecompressionStream("gzip")) : blob.stream();
+    const stream = packed ? blob.stream().pipeThrough(gunzip()) : blob.stream();
     return stream.getReader();
 }
 

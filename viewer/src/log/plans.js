@@ -58,7 +58,10 @@ function numbers(texts) {
 
 export class Plans {
     constructor() {
-        /** By player's index, then by kind. @type {Map<number, {drawings?: TimedLines, beliefs?: TimedLines}>} */
+        /**
+         * By player's index, then by kind.
+         * @type {Map<number, {drawings?: TimedLines, beliefs?: TimedLines}>}
+         */
         this.files = new Map();
     }
 

@@ -75,9 +75,15 @@ export class Store {
         this.referee = [];
         /** The result record's text, "" before the end. */
         this.result = "";
-        /** Server parameters that are numbers. @type {Map<string, number>} */
+        /**
+         * Server parameters that are numbers.
+         * @type {Map<string, number>}
+         */
         this.parameters = new Map();
-        /** Numeric parameters of each player type. @type {Map<number, Map<string, number>>} */
+        /**
+         * Numeric parameters of each player type.
+         * @type {Map<number, Map<string, number>>}
+         */
         this.playerTypes = new Map();
     }
 
