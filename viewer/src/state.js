@@ -45,7 +45,11 @@ export class State {
         this.dark = false;
         /** Counts every change that needs a new picture. */
         this.changes = 0;
-        this.reset("");
+        this.store = new Store();
+        this.reader = new Reader(this.store);
+        this.marks = new Marks(this.store);
+        this.figures = new Figures(this.store);
+        this.playback = new Playback(this.store);
     }
 
     /**
@@ -58,10 +62,10 @@ export class State {
         this.reader = new Reader(this.store);
         this.marks = new Marks(this.store);
         this.figures = new Figures(this.store);
-        const before = /** @type {Playback | undefined} */ (this.playback);
+        const {speed, skipStoppages} = this.playback;
         this.playback = new Playback(this.store);
-        this.playback.speed = before?.speed ?? 1;
-        this.playback.skipStoppages = before?.skipStoppages ?? false;
+        this.playback.speed = speed;
+        this.playback.skipStoppages = skipStoppages;
         this.commands.clear();
         this.plans.clear();
         this.chosen.clear();
@@ -107,8 +111,11 @@ export class State {
         this.changed();
     }
 
-    /** How many shows have the time of this one. */
-    stepsOf(/** @type {number} */ show) {
+    /**
+     * How many shows have the time of this one.
+     * @param {number} show
+     */
+    stepsOf(show) {
         const {store} = this;
         const time = store.times[show];
         return store.stoppages[store.showAt(time, 65535)] + 1;

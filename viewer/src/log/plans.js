@@ -21,8 +21,7 @@ const MOST_SHAPES = 400;
 
 /**
  * @typedef {{x: number, y: number}} Place in metres of the pitch
- * @typedef {{kind: "ellipse" | "rectangle" | "line", from: Place, to: Place}
- *     | {kind: "point" | "text", from: Place, text: string}} Shape
+ * @typedef {{kind: string, from: Place, to: Place, text: string}} Shape
  *
  * @typedef {object} Belief
  * @property {(Place & {body: number, head: number}) | null} self degrees as the canvas counts them
@@ -172,20 +171,22 @@ function shapeOf(text, turn) {
     const box = BOX.exec(text);
     if (box) {
         const values = numbers(box.slice(2));
-        return values && {kind: /** @type {"ellipse" | "rectangle"} */ (box[1]),
-            from: {x: turn * values[0], y: turn * values[1]},
-            to: {x: turn * (values[0] + values[2]), y: turn * (values[1] + values[3])}};
+        return values && {kind: box[1], from: {x: turn * values[0], y: turn * values[1]},
+            to: {x: turn * (values[0] + values[2]), y: turn * (values[1] + values[3])}, text: ""};
     }
     const line = LINE.exec(text);
     if (line) {
         const values = numbers(line.slice(1));
         return values && {kind: "line", from: {x: turn * values[0], y: turn * values[1]},
-            to: {x: turn * values[2], y: turn * values[3]}};
+            to: {x: turn * values[2], y: turn * values[3]}, text: ""};
     }
     const mark = MARK.exec(text);
     const values = mark && numbers(mark.slice(2, 4));
-    return mark && values && {kind: /** @type {"point" | "text"} */ (mark[1]),
-        from: {x: turn * values[0], y: turn * values[1]}, text: mark[4].slice(0, 80)};
+    if (!mark || !values) {
+        return null;
+    }
+    const place = {x: turn * values[0], y: turn * values[1]};
+    return {kind: mark[1], from: place, to: place, text: mark[4].slice(0, 80)};
 }
 
 /**
