@@ -88,6 +88,7 @@ function tick(now) {
 function drawAll() {
     document.documentElement.classList.toggle("dark", state.dark);
     byId("welcome").hidden = state.hasMatch || state.reader.version > 0 || state.playback.growing;
+    byId("stage").classList.toggle("zoomed", state.camera.zoom > 1);
     stage.draw();
     const {show} = state.playback;
     board.update(show);
@@ -118,7 +119,7 @@ scheme.addEventListener("change", () => {
 button("message-close").addEventListener("click", () => { byId("message").hidden = true; });
 new ResizeObserver(() => state.changed()).observe(byId("panel"));
 bindKeys(actions);
-bindTabs();
+bindTabs(() => state.changed());
 new Gestures(state, stage, live.hands());
 Object.assign(window, {viewer: makeApi({state, stage, actions, files, timings})});
 openSource();

@@ -150,6 +150,10 @@ export class Reader {
     takeMode() {
         this.scanner.integer(0, LATEST);
         this.mode = modeNumber(this.scanner.word());
+        const {modeChanges, length} = this.store;
+        if (modeChanges.length < MOST_NOTES) {
+            modeChanges.push({show: length, mode: this.mode});
+        }
     }
 
     /** Names may hold anything, so the numbers are found from the end of the line. */

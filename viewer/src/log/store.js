@@ -36,7 +36,7 @@ export const MOST_SHOWS = 130000;
 
 /**
  * A typed array of another length with the same beginning.
- * @template {Int32Array | Uint32Array | Uint16Array | Uint8Array | Float32Array} T
+ * @template {Int32Array | Uint32Array | Uint16Array | Uint8Array | Float32Array | Float64Array} T
  * @param {T} array
  * @param {number} length
  * @returns {T}
@@ -73,6 +73,11 @@ export class Store {
         this.chapters = [];
         /** @type {Note[]} */
         this.referee = [];
+        /**
+         * Every change of the play mode, with the show that follows it; some last for no show at all.
+         * @type {{show: number, mode: number}[]}
+         */
+        this.modeChanges = [];
         /** The result record's text, "" before the end. */
         this.result = "";
         /**

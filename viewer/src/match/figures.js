@@ -1,17 +1,39 @@
-/** Figures of a match up to any show: kept as sums and as a list of passes while the log is read. */
-
-import {isPlayed} from "../log/modes.js";
-import {KICK, KICK_FAILED, PLAYERS, Store, X, Y, lastAtMost, resized} from "../log/store.js";
-
 /**
- * @typedef {object} Pass
- * @property {number} show when it was received or lost
- * @property {number} from who played it
- * @property {number} to who had the ball next
- * @property {boolean} complete whether that was a team-mate
- * @property {{x: number, y: number}} start
- * @property {{x: number, y: number}} end
+ * The figures of both teams and of each player up to any show. They are those that match-stats prints;
+ * docs/statistics.md defines them.
  */
+
+import {modeKind, modeSide, modeWord} from "../log/modes.js";
+import {
+    CAPACITY, CATCH, CATCH_FAILED, KICK, KICK_FAILED, PLAYERS, RECOVERY, RED, STAMINA, Store, TACKLE,
+    TACKLE_FAILED, VX, VY, X, Y, YELLOW, lastAtMost,
+} from "../log/store.js";
+import {BallChain, sideOf} from "./ballchain.js";
+import {Sums, Tallies} from "./tallies.js";
+
+/** @typedef {import("./ballchain.js").Pass} Pass */
+/** @typedef {import("./ballchain.js").Touch} Touch */
+
+/** Whoever is farther off than this after a step was placed there: metres. */
+const LONGEST_STEP = 2;
+const HALF_LENGTH = 52.5;
+const AREA_LENGTH = 16.5;
+const AREA_HALF_WIDTH = 20.16;
+const DASHES = 1;
+const MOVES = 4;
+
+/** Columns of the sums of the teams, left then right. */
+const POSSESSION = 0, DOMINATION = 2, METRES = 4, SPENT = 6, TEAM_COLUMNS = 8;
+
+/** What a play mode adds to a team's count. */
+/** @type {Readonly<Record<string, string>>} */
+const COUNTED_MODES = {
+    offside: "offsides", kick_in: "kickIns", corner_kick: "cornerKicks", goal_kick: "goalKicks",
+    free_kick: "freeKicks", indirect_free_kick: "freeKicks", penalty_kick: "freeKicks",
+    foul_charge: "fouls", foul_push: "fouls", foul_multiple_attack: "fouls", foul_ballout: "fouls",
+    back_pass: "fouls", free_kick_fault: "fouls", catch_fault: "fouls", illegal_defense: "fouls",
+};
+const BALL_WAS_OUT = new Set(["kick_in", "corner_kick", "goal_kick"]);
 
 /** @typedef {{label: string, left: string, right: string, share: number}} Row share: of the left team, 0 to 1 */
 
@@ -19,68 +41,211 @@ export class Figures {
     /** @param {Store} store */
     constructor(store) {
         this.store = store;
+        /** Number of shows that were taken in. */
         this.length = 0;
-        /** Shows in which each side had the ball, summed up: left at 2i, right at 2i + 1. */
-        this.possession = new Uint32Array(1024);
+        this.changes = 0;
+        this.mode = 0;
+        this.tallies = new Tallies();
+        this.teamSums = new Sums(TEAM_COLUMNS);
+        this.metres = new Sums(PLAYERS);
         /** @type {Pass[]} */
         this.passes = [];
-        this.owner = -1;
-        this.kick = {player: -1, x: 0, y: 0};
+        this.chain = new BallChain((key, player, show) => this.count(key, player, show),
+            (pass) => this.passes.push(pass));
+        /** Which side caught the ball in this show or the last one, or -1. */
+        this.caught = -1;
     }
 
+    /** Takes in the shows that came since the last call. */
     update() {
-        for (; this.length < this.store.length; this.length += 1) {
-            this.add(this.length);
-        }
-    }
-
-    /** @param {number} show */
-    add(show) {
-        const {store} = this;
-        if (show * 2 + 2 > this.possession.length) {
-            this.possession = resized(this.possession, this.possession.length * 2);
-        }
-        if (isPlayed(store.modes[show])) {
-            this.addTouches(show);
-        } else {
-            this.owner = -1;
-            this.kick.player = -1;
-        }
-        for (const side of [0, 1]) {
-            const before = show > 0 ? this.possession[(show - 1) * 2 + side] : 0;
-            const has = this.owner >= 0 && (this.owner < 11 ? 0 : 1) === side;
-            this.possession[show * 2 + side] = before + (has ? 1 : 0);
-        }
-    }
-
-    /** @param {number} show */
-    addTouches(show) {
-        const {store, kick} = this;
-        for (let player = 0; player < PLAYERS; player += 1) {
-            const state = store.state(show, player);
-            if (!(state & KICK) || state & KICK_FAILED) {
-                continue;
-            }
-            const x = store.player(show, player, X);
-            const y = store.player(show, player, Y);
-            if (kick.player >= 0 && kick.player !== player) {
-                this.passes.push({show, from: kick.player, to: player,
-                    complete: kick.player < 11 === player < 11,
-                    start: {x: kick.x, y: kick.y}, end: {x, y}});
-            }
-            this.owner = player;
-            this.kick = {player, x, y};
+        const {chain, store} = this;
+        chain.goalHalfWidth = store.parameter("goal_width", 14.02) / 2;
+        chain.ballDecay = store.parameter("ball_decay", 0.94);
+        for (; this.length < store.length; this.length += 1) {
+            this.teamSums.begin(this.length);
+            this.metres.begin(this.length);
+            this.followPlayers(this.length);
+            this.followBall(this.length);
         }
     }
 
     /**
-     * Share of the left team, from 0 to 1, up to a show; a half when nobody had the ball yet.
+     * Counts something for a player and its team.
+     * @param {string} key
+     * @param {number} player
+     * @param {number} show
+     */
+    count(key, player, show) {
+        this.tallies.add(key, `player ${player}`, show);
+        this.tallies.add(key, `team ${sideOf(player)}`, show);
+    }
+
+    /** @param {number} show */
+    followPlayers(show) {
+        const {store} = this;
+        for (let player = 0; player < PLAYERS && show > 0; player += 1) {
+            const now = store.state(show, player);
+            const before = store.state(show - 1, player);
+            if (now & ~before & YELLOW) {
+                this.count("yellowCards", player, show);
+            }
+            if (now & ~before & RED) {
+                this.count("redCards", player, show);
+            }
+            if (now & before & 1) {
+                this.followPlayer(show, player);
+            }
+        }
+    }
+
+    /**
+     * @param {number} show
+     * @param {number} player
+     */
+    followPlayer(show, player) {
+        const {store} = this;
+        const step = Math.hypot(store.player(show, player, X) - store.player(show - 1, player, X),
+            store.player(show, player, Y) - store.player(show - 1, player, Y));
+        if (store.count(show, player, MOVES) === store.count(show - 1, player, MOVES) && step <= LONGEST_STEP) {
+            this.metres.add(show, player, step);
+            this.teamSums.add(show, METRES + sideOf(player), step);
+        }
+        this.teamSums.add(show, SPENT + sideOf(player), this.staminaSpent(show, player));
+    }
+
+    /**
+     * What was won back comes from the capacity. Where that is not told, the usual increase stands for it, in cycles
+     * with a dash.
+     * @param {number} show
+     * @param {number} player
+     */
+    staminaSpent(show, player) {
+        const {store} = this;
+        const change = store.player(show - 1, player, STAMINA) - store.player(show, player, STAMINA);
+        const capacity = store.player(show - 1, player, CAPACITY) - store.player(show, player, CAPACITY);
+        if (Number.isFinite(capacity)) {
+            return Math.max(0, change + capacity);
+        }
+        if (store.count(show, player, DASHES) === store.count(show - 1, player, DASHES)) {
+            return 0;
+        }
+        const increase = store.typeParameter(show, player, "stamina_inc_max", 45);
+        return Math.max(0, change + store.player(show, player, RECOVERY) * increase);
+    }
+
+    /**
+     * A step's touches come before the referee's words about them, which the log tells first.
+     * @param {number} show
+     */
+    followBall(show) {
+        const {store, chain} = this;
+        const first = this.changes;
+        while (this.changes < store.modeChanges.length && store.modeChanges[this.changes].show <= show) {
+            this.changes += 1;
+        }
+        const modes = store.modeChanges.slice(first, this.changes).map((change) => change.mode);
+        const inPlay = modeWord(this.mode) === "play_on" || modeWord(store.modes[show]) === "play_on";
+        const offside = modes.length > 0 && modeKind(modes[0]) === "offside";
+        const touches = inPlay && !offside && show > 0 ? this.touchesIn(show) : [];
+        if (touches.some((touch) => sideOf(touch.player) !== sideOf(touches[0].player))) {
+            chain.duel(show);
+        } else if (touches.length > 0) {
+            chain.touch(touches[0]);
+        }
+        const catcher = touches.filter((touch) => touch.kind === "catch").pop();
+        const caught = catcher ? sideOf(catcher.player) : -1;
+        this.caught = caught >= 0 ? caught : this.caught;
+        for (const mode of modes) {
+            this.changeMode(mode, show);
+        }
+        this.caught = caught;
+        if (modeWord(this.mode) === "play_on") {
+            this.countPlay(show);
+        }
+    }
+
+    /**
+     * @param {number} show
+     * @returns {Touch[]}
+     */
+    touchesIn(show) {
+        const {store} = this;
+        const touches = [];
+        for (let player = 0; player < PLAYERS; player += 1) {
+            const kind = touchKind(store.state(show, player), store.state(show - 1, player));
+            if (kind) {
+                touches.push({kind, player, show, place: this.ballPlace(show - 1),
+                    ball: {...this.ballPlace(show), vx: store.ball(show, VX), vy: store.ball(show, VY)}});
+            }
+        }
+        return touches;
+    }
+
+    /** @param {number} show */
+    ballPlace(show) {
+        return {x: this.store.ball(show, X), y: this.store.ball(show, Y)};
+    }
+
+    /**
+     * @param {number} mode
+     * @param {number} show
+     */
+    changeMode(mode, show) {
+        const kind = modeKind(mode);
+        const side = modeSide(mode);
+        const place = this.ballPlace(Math.max(0, show - 1));
+        if (modeWord(this.mode) === "play_on" && modeWord(mode) !== "play_on") {
+            if (kind === "goal") {
+                this.chain.goal(side, show);
+            } else if (kind === "offside") {
+                this.chain.offside(side, place, show);
+            } else if (BALL_WAS_OUT.has(kind)) {
+                this.chain.ballOut(place, show);
+            } else {
+                this.chain.stop(show);
+            }
+        }
+        const key = COUNTED_MODES[kind];
+        // The free kick after a catch is the goalkeeper's own clearance.
+        if (key && side >= 0 && !(key === "freeKicks" && this.caught === side)) {
+            this.tallies.add(key, `team ${side}`, show);
+        }
+        this.mode = mode;
+    }
+
+    /** @param {number} show */
+    countPlay(show) {
+        const {store, teamSums} = this;
+        const x = store.ball(show, X);
+        if (x !== 0) {
+            teamSums.add(show, DOMINATION + (x > 0 ? 0 : 1), 1);
+        }
+        const {owner} = this.chain;
+        if (owner >= 0) {
+            teamSums.add(show, POSSESSION + owner, 1);
+            if (show > 0 && this.inArea(show, owner) && !this.inArea(show - 1, owner)) {
+                this.tallies.add("areaEntries", `team ${owner}`, show);
+            }
+        }
+    }
+
+    /**
+     * Whether the ball is in the penalty area that a side attacks.
+     * @param {number} show
+     * @param {number} side
+     */
+    inArea(show, side) {
+        const {x, y} = this.ballPlace(show);
+        const ahead = side === 0 ? x : -x;
+        return ahead > HALF_LENGTH - AREA_LENGTH && ahead <= HALF_LENGTH && Math.abs(y) < AREA_HALF_WIDTH;
+    }
+
+    /**
+     * The left team's share of the ball, from 0 to 1; a half when nobody had it yet.
      * @param {number} show
      */
     possessionShare(show) {
-        const left = this.possession[show * 2] ?? 0;
-        const both = left + (this.possession[show * 2 + 1] ?? 0);
-        return both > 0 ? left / both : 0.5;
+        return shareOf(this.teamSums.at(show, POSSESSION), this.teamSums.at(show, POSSESSION + 1));
     }
 
     /**
@@ -93,13 +258,89 @@ export class Figures {
     }
 
     /**
-     * The figures of both teams up to a show.
+     * A count of a player up to a show.
+     * @param {string} key
+     * @param {number} player
+     * @param {number} show
+     */
+    ofPlayer(key, player, show) {
+        return this.tallies.count(key, `player ${player}`, show);
+    }
+
+    /**
+     * The figures of both teams up to a show, as the panel shows them.
      * @param {number} show
      * @returns {Row[]}
      */
     table(show) {
-        const share = this.possessionShare(show);
-        return [{label: "Possession", left: `${Math.round(share * 100)} %`,
-            right: `${Math.round((1 - share) * 100)} %`, share}];
+        const sums = (/** @type {number} */ column) => [this.teamSums.at(show, column), this.teamSums.at(show, column + 1)];
+        const counts = (/** @type {string} */ key) => [0, 1].map((side) => this.tallies.count(key, `team ${side}`, show));
+        const add = (/** @type {number[][]} */ ...lists) => [0, 1].map((side) =>
+            lists.reduce((sum, list) => sum + list[side], 0));
+        const arrived = counts("passesArrived");
+        const passes = counts("passes");
+        const onTarget = counts("shotsOnTarget");
+        const {scores} = this.store;
+        return [
+            percentRow("Possession", sums(POSSESSION)),
+            percentRow("Domination", sums(DOMINATION)),
+            row("Goals", [scores[show * 2], scores[show * 2 + 1]]),
+            row("Shots (on target)", counts("shots"), (value, side) => `${value} (${onTarget[side]})`),
+            row("Passes arrived", arrived, (value, side) => `${value} of ${passes[side]}`),
+            row("Interceptions", counts("interceptions")),
+            row("Tackles", counts("tackles")),
+            row("Dribbles", counts("dribbles")),
+            row("Penalty area entries", counts("areaEntries")),
+            row("Catches", counts("catches")),
+            row("Set pieces", add(counts("kickIns"), counts("cornerKicks"), counts("freeKicks"), counts("goalKicks"))),
+            row("Offsides", counts("offsides")),
+            row("Fouls", counts("fouls")),
+            row("Distance run", sums(METRES), (value) => `${(value / 1000).toFixed(2)} km`),
+            row("Stamina spent", sums(SPENT), (value) => String(Math.round(value))),
+        ];
     }
+}
+
+/**
+ * What a player did to the ball in a step; "" when nothing, or when it failed. A tackle and a catch go on for some
+ * cycles, but meet the ball in the first.
+ * @param {number} now
+ * @param {number} before
+ */
+function touchKind(now, before) {
+    if (now & KICK && !(now & KICK_FAILED)) {
+        return "kick";
+    }
+    if (now & TACKLE && !(now & TACKLE_FAILED) && !(before & TACKLE)) {
+        return "tackle";
+    }
+    return now & CATCH && !(now & CATCH_FAILED) && !(before & CATCH) ? "catch" : "";
+}
+
+/**
+ * @param {number} left
+ * @param {number} right
+ */
+function shareOf(left, right) {
+    return left + right > 0 ? left / (left + right) : 0.5;
+}
+
+/**
+ * @param {string} label
+ * @param {number[]} values
+ * @param {(value: number, side: number) => string} [text]
+ * @returns {Row}
+ */
+function row(label, values, text = String) {
+    return {label, left: text(values[0], 0), right: text(values[1], 1), share: shareOf(values[0], values[1])};
+}
+
+/**
+ * @param {string} label
+ * @param {number[]} values
+ * @returns {Row}
+ */
+function percentRow(label, values) {
+    const share = shareOf(values[0], values[1]);
+    return {label, left: `${(share * 100).toFixed(1)} %`, right: `${((1 - share) * 100).toFixed(1)} %`, share};
 }

@@ -74,6 +74,7 @@ export class PlayersPane {
             `${names[side]} ${(player % 11) + 1}`, make("span", "quiet", role));
         const counts = COUNT_NAMES.map((name, index) => numberBox(name, String(store.count(show, player, index))));
         return [head, make("h2", "", "Now"), make("div", "numbers", ...this.present(show, player)),
+            make("h2", "", "Has done"), make("div", "numbers", ...this.done(show, player)),
             make("h2", "", "Commands so far"), make("div", "numbers", ...counts),
             make("h2", "", "Told the server"), this.commands(show, player, names[side])];
     }
@@ -88,12 +89,11 @@ export class PlayersPane {
         const speed = (Math.hypot(value(VX), value(VY)) * 1000) / store.stepMs();
         const capacity = value(CAPACITY);
         const listens = store.listens[show * 22 + player];
-        const passes = figures.passesUpTo(show).filter((pass) => pass.from === player);
         const boxes = [numberBox("stamina", Math.round(value(STAMINA)).toString()),
             numberBox("speed, m/s", speed.toFixed(1)), numberBox("effort", value(EFFORT).toFixed(2)),
             numberBox("recovery", value(RECOVERY).toFixed(2)),
-            numberBox("view, degrees", String(store.widths[show * 22 + player])),
-            numberBox("passes", `${passes.filter((pass) => pass.complete).length} of ${passes.length}`)];
+            numberBox("view angle", `${store.widths[show * 22 + player]}°`),
+            numberBox("metres run", Math.round(figures.metres.at(show, player)).toString())];
         if (Number.isFinite(capacity)) {
             boxes.push(numberBox("capacity", Math.round(capacity).toString()));
         }
@@ -101,6 +101,20 @@ export class PlayersPane {
             boxes.push(numberBox("listens to", `${listens <= 11 ? "left" : "right"} ${((listens - 1) % 11) + 1}`));
         }
         return boxes;
+    }
+
+    /**
+     * @param {number} show
+     * @param {number} player
+     */
+    done(show, player) {
+        const count = (/** @type {string} */ key) => this.state.figures.ofPlayer(key, player, show);
+        return [numberBox("goals", String(count("goals"))),
+            numberBox("shots (on target)", `${count("shots")} (${count("shotsOnTarget")})`),
+            numberBox("passes arrived", `${count("passesArrived")} of ${count("passes")}`),
+            numberBox("passes received", String(count("passesReceived"))),
+            numberBox("interceptions", String(count("interceptions"))),
+            numberBox("dribbles", String(count("dribbles")))];
     }
 
     /**

@@ -55,8 +55,8 @@ export class MapsPane {
         const passes = figures.passesUpTo(show);
         const counts = [0, 1].map((side) => {
             const own = passes.filter((pass) => (pass.from < 11 ? 0 : 1) === side);
-            return `${names[side]} ${own.filter((pass) => pass.complete).length} of ${own.length}`;
+            return `${names[side]} ${own.filter((pass) => pass.to >= 0).length} of ${own.length}`;
         });
-        this.passes.textContent = `Passes completed: ${counts.join(", ")}`;
+        this.passes.textContent = `Passes that arrived: ${counts.join(", ")}`;
     }
 }

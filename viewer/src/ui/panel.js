@@ -21,15 +21,22 @@ export function openTab(name) {
     }
 }
 
-/** Clicks and arrow keys, as a screen reader's user expects of tabs. */
-export function bindTabs() {
+/**
+ * Clicks and arrow keys, as a screen reader's user expects of tabs.
+ * @param {() => void} opened called after a tab was opened
+ */
+export function bindTabs(opened) {
     for (const [index, tab] of TABS.entries()) {
-        button(`tab-${tab}`).addEventListener("click", () => openTab(tab));
+        button(`tab-${tab}`).addEventListener("click", () => {
+            openTab(tab);
+            opened();
+        });
         button(`tab-${tab}`).addEventListener("keydown", (event) => {
             const move = event.key === "ArrowRight" ? 1 : event.key === "ArrowLeft" ? -1 : 0;
             if (move !== 0) {
                 const next = TABS[(index + move + TABS.length) % TABS.length];
                 openTab(next);
+                opened();
                 button(`tab-${next}`).focus();
                 event.stopPropagation();
             }

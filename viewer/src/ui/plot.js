@@ -5,7 +5,7 @@ import {byId, fitted, setAttribute, styleValue} from "./dom.js";
 
 const TOP = 14;
 const BOTTOM = 20;
-const LEFT = 34;
+const LEFT = 40;
 const RIGHT = 6;
 const MOST_POINTS = 300;
 

@@ -98,7 +98,7 @@ export class Timeline {
     makeButton(mark) {
         const element = make("button", `${mark.kind} ${mark.side === 1 ? "right" : "left"}`);
         if (mark.kind !== "goal") {
-            element.textContent = mark.kind === "half" ? "½" : mark.text;
+            element.textContent = mark.kind === "chapter" ? mark.text : mark.text === "Full time" ? "" : "½";
         }
         const text = `${mark.text}, cycle ${this.state.store.times[mark.show]}`;
         element.title = text;

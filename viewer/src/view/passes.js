@@ -1,7 +1,7 @@
 /** The passes of a player or a team, as arrows. */
 
 /** @typedef {import("./players.js").Scene} Scene */
-/** @typedef {import("../match/figures.js").Pass} Pass */
+/** @typedef {import("../match/ballchain.js").Pass} Pass */
 
 const HEAD = 7;
 
@@ -22,10 +22,10 @@ export function drawPasses({context, camera, colours}, passes, players) {
         const toX = camera.screenX(pass.end.x);
         const toY = camera.screenY(pass.end.y);
         const angle = Math.atan2(toY - fromY, toX - fromX);
-        context.globalAlpha = pass.complete ? 0.95 : 0.6;
-        context.strokeStyle = pass.complete ? colours.team[pass.from < 11 ? 0 : 1] : colours.ink;
+        context.globalAlpha = pass.to >= 0 ? 0.95 : 0.6;
+        context.strokeStyle = pass.to >= 0 ? colours.team[pass.from < 11 ? 0 : 1] : colours.ink;
         context.lineWidth = 2;
-        context.setLineDash(pass.complete ? [] : [4, 5]);
+        context.setLineDash(pass.to >= 0 ? [] : [4, 5]);
         context.beginPath();
         context.moveTo(fromX, fromY);
         context.lineTo(toX, toY);

@@ -26,10 +26,21 @@ const DEGREE = Math.PI / 180;
 const FULL = 2 * Math.PI;
 const PLAYER_RADIUS = 0.3;
 
-/** A disc is at least this large, so that it can be read: metres, and CSS pixels beyond which it stays to scale. */
-const READABLE_RADIUS = 0.95;
-const LARGEST_READABLE = 14;
-const LEAST_RADIUS = 5.5;
+/**
+ * A disc is larger than to scale, so that it can be read: metres, but no more CSS pixels than the cap, which grows a
+ * little with the scale.
+ */
+const READABLE_RADIUS = 1.15;
+const SMALLEST_CAP = 13;
+const CAP_GROWTH = 0.12;
+const LEAST_RADIUS = 6.5;
+
+/** On smaller discs a stamina ring would hide the colour, so only a tired player has one. */
+const LEAST_RING_RADIUS = 8;
+
+/** The tip that shows where the body points: its length in radii, and half its base in radians. */
+const NOSE = 1.6;
+const NOSE_ANGLE = 0.6;
 
 /** How far a view cone is drawn, in metres. */
 const CONE_LENGTH = 18;
@@ -47,7 +58,8 @@ const TIRED = 0.35;
 export function discRadius(camera, trueSize) {
     const real = PLAYER_RADIUS * camera.scale;
     return trueSize ? Math.max(real, 2)
-        : Math.max(real, LEAST_RADIUS, Math.min(READABLE_RADIUS * camera.scale, LARGEST_READABLE));
+        : Math.max(real, LEAST_RADIUS, Math.min(READABLE_RADIUS * camera.scale,
+            SMALLEST_CAP + CAP_GROWTH * camera.scale));
 }
 
 /** @param {Scene} scene */
@@ -106,8 +118,8 @@ function drawPlayer(scene, player, radius) {
     context.strokeStyle = colours.edge;
     context.lineWidth = 1.25;
     context.beginPath();
-    context.arc(x, y, radius, body + 0.42, body + FULL - 0.42);
-    context.lineTo(x + radius * 1.5 * Math.cos(body), y + radius * 1.5 * Math.sin(body));
+    context.arc(x, y, radius, body + NOSE_ANGLE, body + FULL - NOSE_ANGLE);
+    context.lineTo(x + radius * NOSE * Math.cos(body), y + radius * NOSE * Math.sin(body));
     context.closePath();
     context.fill();
     context.stroke();
@@ -161,7 +173,10 @@ function drawGaze({context, frame, colours}, player, x, y, radius) {
 function drawStamina({context, store, frame, colours}, player, x, y, radius) {
     const full = store.parameter("stamina_max", 8000);
     const part = Math.min(1, Math.max(0, store.player(frame.show, player, STAMINA) / full));
-    context.lineWidth = Math.max(1.6, radius * 0.2);
+    if (radius < LEAST_RING_RADIUS && part >= TIRED) {
+        return;
+    }
+    context.lineWidth = Math.max(1.5, radius * 0.17);
     context.strokeStyle = "rgba(0,0,0,0.35)";
     context.beginPath();
     context.arc(x, y, radius - context.lineWidth / 2, 0, FULL);
