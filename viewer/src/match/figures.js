@@ -25,8 +25,10 @@ const MOVES = 4;
 /** Columns of the sums of the teams, left then right. */
 const POSSESSION = 0, DOMINATION = 2, METRES = 4, SPENT = 6, TEAM_COLUMNS = 8;
 
-/** What a play mode adds to a team's count. */
-/** @type {Readonly<Record<string, string>>} */
+/**
+ * What a play mode adds to a team's count.
+ * @type {Readonly<Record<string, string>>}
+ */
 const COUNTED_MODES = {
     offside: "offsides", kick_in: "kickIns", corner_kick: "cornerKicks", goal_kick: "goalKicks",
     free_kick: "freeKicks", indirect_free_kick: "freeKicks", penalty_kick: "freeKicks",
@@ -170,6 +172,7 @@ export class Figures {
      */
     touchesIn(show) {
         const {store} = this;
+        /** @type {Touch[]} */
         const touches = [];
         for (let player = 0; player < PLAYERS; player += 1) {
             const kind = touchKind(store.state(show, player), store.state(show - 1, player));
@@ -306,6 +309,7 @@ export class Figures {
  * cycles, but meet the ball in the first.
  * @param {number} now
  * @param {number} before
+ * @returns {Touch["kind"] | ""}
  */
 function touchKind(now, before) {
     if (now & KICK && !(now & KICK_FAILED)) {
