@@ -7,6 +7,7 @@ import {PLAYERS, Store, VX, VY, X, Y} from "../log/store.js";
 const BALL_RADIUS = 0.085;
 const LEAST_RADIUS = 4.2;
 const TRAIL_SHOWS = 30;
+const HALF_LENGTH = 52.5;
 
 /** The ball flies at most 3 m a step; further, it was put there. */
 const LONGEST_FLIGHT = 4;
@@ -115,7 +116,7 @@ export function offsideX(store, show, side) {
             lastButOne = forward;
         }
     }
-    return direction * Math.max(0, lastButOne, store.ball(show, X) * direction);
+    return direction * Math.min(HALF_LENGTH, Math.max(0, lastButOne, store.ball(show, X) * direction));
 }
 
 /** @param {Scene} scene */

@@ -25,8 +25,7 @@ export function drawBeliefs(scene, plans, steps) {
         if (belief) {
             drawBelief(scene, player, belief);
         }
-        context.strokeStyle = scene.colours.accent;
-        context.fillStyle = scene.colours.accent;
+        context.strokeStyle = scene.colours.drawing;
         context.lineWidth = 1.6;
         for (const shape of plans.shapes(player, time, stoppage, steps)) {
             drawShape(scene, shape);

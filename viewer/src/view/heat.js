@@ -14,6 +14,29 @@ const ROWS = (2 * HALF_WIDTH) / CELL;
 /** From cold to hot; it also goes from dark to light, so that it reads without colour. */
 const RAMP = [[20, 11, 53, 0], [88, 16, 110, 130], [186, 54, 85, 175], [249, 142, 8, 205], [252, 255, 164, 225]];
 
+/** Fewer shows than this in the fullest cell do not make it hot. */
+const LEAST_HOT = 4;
+
+/**
+ * Every cell as the mean of itself and its neighbours: single steps become areas.
+ * @param {Float32Array} counts
+ */
+function spread(counts) {
+    const result = new Float32Array(counts.length);
+    for (let row = 0; row < ROWS; row += 1) {
+        for (let column = 0; column < COLUMNS; column += 1) {
+            let sum = 0;
+            for (let y = Math.max(0, row - 1); y <= Math.min(ROWS - 1, row + 1); y += 1) {
+                for (let x = Math.max(0, column - 1); x <= Math.min(COLUMNS - 1, column + 1); x += 1) {
+                    sum += counts[y * COLUMNS + x];
+                }
+            }
+            result[row * COLUMNS + column] = sum / 9;
+        }
+    }
+    return result;
+}
+
 export class HeatMap {
     constructor() {
         this.counts = new Float32Array(COLUMNS * ROWS);
@@ -72,9 +95,10 @@ export class HeatMap {
         }
         this.drawnUpTo = this.upTo;
         const image = context.createImageData(COLUMNS, ROWS);
-        const most = Math.max(1, ...this.counts);
-        for (let cell = 0; cell < this.counts.length; cell += 1) {
-            const heat = Math.sqrt(this.counts[cell] / most) * (RAMP.length - 1);
+        const smooth = spread(spread(this.counts));
+        const most = Math.max(LEAST_HOT, ...smooth);
+        for (let cell = 0; cell < smooth.length; cell += 1) {
+            const heat = Math.sqrt(smooth[cell] / most) * (RAMP.length - 1);
             const step = Math.min(Math.floor(heat), RAMP.length - 2);
             for (let channel = 0; channel < 4; channel += 1) {
                 image.data[cell * 4 + channel] = RAMP[step][channel] +
