@@ -122,3 +122,43 @@ class Page:
     def errors(self) -> list[str]:
         """Errors in the browser's console since the last call."""
         return [str(entry["message"]) for entry in self.driver.get_log("browser") if entry["level"] == "SEVERE"]
+
+    def pixel(self, x: float, y: float) -> tuple[int, int, int]:
+        """The colour of the pitch's canvas at a place in metres."""
+        red, green, blue = self.js("""
+            const place = viewer.screen(arguments[0], arguments[1]);
+            const canvas = document.getElementById("pitch");
+            const box = canvas.getBoundingClientRect();
+            const density = canvas.width / box.width;
+            return [...canvas.getContext("2d").getImageData(
+                Math.round((place.x - box.left) * density), Math.round((place.y - box.top) * density), 1, 1)
+                .data.slice(0, 3)];""", x, y)
+        return red, green, blue
+
+    def press(self, x: float, y: float, shift: bool = False) -> None:
+        """Clicks the place of the pitch, in metres."""
+        place = self.js("return viewer.screen(arguments[0], arguments[1])", x, y)
+        self.mouse("mousePressed", place, shift)
+        self.mouse("mouseReleased", place, shift)
+        self.frames()
+
+    def drag(self, start: tuple[float, float], end: tuple[float, float]) -> None:
+        """Drags from one place of the pitch to another, in metres."""
+        places = [self.js("return viewer.screen(arguments[0], arguments[1])", *place) for place in (start, end)]
+        self.mouse("mousePressed", places[0])
+        for part in (0.3, 0.6, 1.0):
+            self.mouse("mouseMoved", {axis: places[0][axis] + part * (places[1][axis] - places[0][axis])
+                                      for axis in ("x", "y")})
+        self.mouse("mouseReleased", places[1])
+        self.frames()
+
+    def mouse(self, kind: str, place: dict[str, float], shift: bool = False) -> None:
+        """One event of the mouse at a point of the window."""
+        self.driver.execute_cdp_cmd("Input.dispatchMouseEvent", {
+            "type": kind, "x": place["x"], "y": place["y"], "button": "left", "buttons": 1,
+            "clickCount": 1, "modifiers": 8 if shift else 0})
+
+    def touch(self, kind: str, *fingers: tuple[float, float]) -> None:
+        """Fingers on the window, in pixels."""
+        self.driver.execute_cdp_cmd("Input.dispatchTouchEvent", {
+            "type": kind, "touchPoints": [{"x": x, "y": y, "id": index} for index, (x, y) in enumerate(fingers)]})

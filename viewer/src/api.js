@@ -4,6 +4,7 @@
  * - `state()`: where in the match the page is, and what it plays.
  * - `positions()`: ball and players as they are drawn, in metres.
  * - `logged(show)`: ball and players as the log has them.
+ * - `beliefs(player)`: what a player, an index from 0 to 21, believes and draws now, in the pitch's frame.
  * - `screen(x, y)`: the point of the window where a place of the pitch is drawn.
  * - `seek(show)`, `option(name)`: as the controls do.
  * - `open(files)`: opens `File` objects as if they were dropped.
@@ -103,6 +104,14 @@ export function makeApi({state, stage, actions, files, timings}) {
         screen(x, y) {
             const box = stage.canvas.getBoundingClientRect();
             return {x: box.left + state.camera.screenX(x), y: box.top + state.camera.screenY(y)};
+        },
+        /** @param {number} player index from 0 to 21 */
+        beliefs(player) {
+            const {store, playback, plans} = state;
+            const show = playback.show;
+            const [time, stoppage] = [store.times[show], store.stoppages[show]];
+            return {belief: plans.belief(player, time, stoppage),
+                shapes: plans.shapes(player, time, stoppage, state.stepsOf(show))};
         },
         /** @param {number} show */
         seek: (show) => actions.seek(show),

@@ -93,11 +93,6 @@ export class Plans {
         this.files.set(player, files);
     }
 
-    /** Moves every file to the other side, for the user who answered wrongly. */
-    swapSides() {
-        this.files = new Map([...this.files].map(([player, files]) => [(player + 11) % 22, files]));
-    }
-
     /**
      * The shapes a player drew in one step. In a stoppage the same time has many steps, and its lines are shared out evenly.
      * @param {number} player
