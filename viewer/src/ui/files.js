@@ -140,8 +140,9 @@ export class Files {
             faults.push(`the file is cut off; it is shown up to cycle ${store.times[store.length - 1]}`);
         }
         if (reader.badRecords > 0) {
-            const count = reader.badRecords === 1 ? "1 record" : `${reader.badRecords} records`;
-            faults.push(`${count} could not be read and were left out (${reader.firstBad})`);
+            const count = reader.badRecords === 1 ? "1 record that cannot be read is"
+                : `${reader.badRecords} records that cannot be read are`;
+            faults.push(`${count} left out (${reader.firstBad})`);
         }
         if (reader.full) {
             faults.push(`it is too long; only the first ${store.length} steps are shown`);
