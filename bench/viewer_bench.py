@@ -3,8 +3,9 @@
 
 usage: bench/viewer_bench.py [LOG.rcg.gz]
 
-Makes a log of 20 MB by repeating a real one, opens it, and prints a line for each figure that the page is
-held to. Needs chromium, chromedriver and Selenium; VIEWER names the page when it is not in build-release.
+Makes a log of 20 MB by repeating a real one, opens it, and prints a line for each figure that the
+page is held to. Needs chromium, chromedriver and Selenium; VIEWER names the page when it is not in
+build-release.
 """
 
 import gzip
@@ -41,7 +42,8 @@ const show = Math.round(part * Number(slider.max));
 const start = performance.now();
 slider.value = String(show);
 slider.dispatchEvent(new Event("input"));
-const look = () => viewer.state().drawn === show ? done(performance.now() - start) : requestAnimationFrame(look);
+const look = () => viewer.state().drawn === show
+    ? done(performance.now() - start) : requestAnimationFrame(look);
 requestAnimationFrame(look);
 """
 
@@ -72,7 +74,9 @@ def renderer_memory(page: Page) -> float:
             lines = pathlib.Path(f"/proc/{process}/smaps_rollup").read_text().splitlines()
         except OSError:
             continue
-        most = max(most, sum(int(line.split()[1]) for line in lines if line.startswith("Private")) / 1024)
+        most = max(
+            most, sum(int(line.split()[1]) for line in lines if line.startswith("Private")) / 1024
+        )
     return most
 
 
@@ -89,8 +93,10 @@ def measure_open(page: Page, log: pathlib.Path) -> None:
     page.open(log)
     report(f"first frame, {log.suffix}", page.js("return window.firstFrame"), "ms", 1500)
     print(f"{'  the whole log read':44} {page.js('return viewer.timings().loadedMs'):8.1f} ms")
-    seeks = [page.driver.execute_async_script(CLICK_AND_SEE, (7 * index % SEEKS + 0.5) / SEEKS)
-             for index in range(SEEKS)]
+    seeks = [
+        page.driver.execute_async_script(CLICK_AND_SEE, (7 * index % SEEKS + 0.5) / SEEKS)
+        for index in range(SEEKS)
+    ]
     report("a cycle after a click, median", statistics.median(seeks), "ms", 50)
     report("a cycle after a click, longest", max(seeks), "ms", 50)
     page.js("viewer.seek(100); document.getElementById('play').click()")
@@ -115,14 +121,20 @@ def main() -> None:
         print(f"a log of {len(data) / 1e6:.1f} MB, {data.count(b'(show ')} steps")
         measure_open(page, plain)
         measure_open(page, zipped)
-        text = embed(page_file().read_text(encoding="utf-8"), {"name": "long.rcg", "rcg": packed(data)})
+        text = embed(
+            page_file().read_text(encoding="utf-8"), {"name": "long.rcg", "rcg": packed(data)}
+        )
         embedded = pathlib.Path(folder) / "replay.html"
         embedded.write_text(text, encoding="utf-8")
         report("the page with the log in it", len(text) / 1e6, "MB", 5)
         page.visit(embedded.as_uri())
         page.wait(lambda: page.js("return viewer.timings().loadedMs >= 0"), "the embedded log", 30)
-        report("first frame of it, after its script began", page.js("return viewer.timings().firstFrameMs"),
-               "ms", 1500)
+        report(
+            "first frame of it, after its script began",
+            page.js("return viewer.timings().firstFrameMs"),
+            "ms",
+            1500,
+        )
 
 
 if __name__ == "__main__":

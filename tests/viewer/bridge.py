@@ -31,7 +31,9 @@ class Bridge:
                     bridge.stream(self)
                 elif self.path == "/":
                     source = {"live": "/events", "commands": "/command", "token": TOKEN}
-                    self.answer(200, embed(page_file().read_text(encoding="utf-8"), source), "text/html")
+                    self.answer(
+                        200, embed(page_file().read_text(encoding="utf-8"), source), "text/html"
+                    )
                 else:
                     self.answer(404, "nothing here")
 
@@ -68,7 +70,9 @@ class Bridge:
         self.server = ThreadingHTTPServer(("127.0.0.1", port), Handler)
         self.server.daemon_threads = True
         self.port = self.server.server_address[1]
-        threading.Thread(target=self.server.serve_forever, kwargs={"poll_interval": 0.02}, daemon=True).start()
+        threading.Thread(
+            target=self.server.serve_forever, kwargs={"poll_interval": 0.02}, daemon=True
+        ).start()
 
     @property
     def address(self) -> str:

@@ -12,13 +12,21 @@ from selenium import webdriver
 from selenium.webdriver.chrome.service import Service
 from selenium.webdriver.common.by import By
 from selenium.webdriver.remote.webelement import WebElement
+from selenium.webdriver.support.select import Select
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 LOGS = ROOT / "tests" / "logs"
 FLAGS = (
-    "--headless=new", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
-    "--disable-background-networking", "--disable-component-update", "--disable-sync",
-    "--hide-scrollbars", "--force-color-profile=srgb",
+    "--headless=new",
+    "--no-sandbox",
+    "--disable-gpu",
+    "--disable-quic",
+    "--no-first-run",
+    "--disable-background-networking",
+    "--disable-component-update",
+    "--disable-sync",
+    "--hide-scrollbars",
+    "--force-color-profile=srgb",
 )
 
 
@@ -30,15 +38,20 @@ def page_file() -> pathlib.Path:
 class Page:
     """One browser with the page open. Use it with `with`."""
 
-    def __init__(self, width: int = 1200, height: int = 800) -> None:
+    def __init__(self, width: int = 960, height: int = 640) -> None:
         self.profile = tempfile.mkdtemp(prefix="viewer-profile-")
         self.downloads = pathlib.Path(tempfile.mkdtemp(prefix="viewer-downloads-"))
-        options = webdriver.ChromeOptions()
+        # Selenium has types for a part of its calls only.
+        options: Any = webdriver.ChromeOptions()
         for flag in (*FLAGS, f"--user-data-dir={self.profile}"):
             options.add_argument(flag)
         options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
-        options.add_experimental_option("prefs", {"download.default_directory": str(self.downloads)})
-        self.driver = webdriver.Chrome(options=options, service=Service(shutil.which("chromedriver")))
+        options.add_experimental_option(
+            "prefs", {"download.default_directory": str(self.downloads)}
+        )
+        self.driver: Any = webdriver.Chrome(
+            options=options, service=Service(shutil.which("chromedriver") or "chromedriver")
+        )
         self.driver.set_script_timeout(30)
         self.resize(width, height)
 
@@ -56,8 +69,10 @@ class Page:
 
     def resize(self, width: int, height: int, density: float = 1, touch: bool = False) -> None:
         """Gives the window this size in CSS pixels."""
-        self.driver.execute_cdp_cmd("Emulation.setDeviceMetricsOverride", {
-            "width": width, "height": height, "deviceScaleFactor": density, "mobile": touch})
+        self.driver.execute_cdp_cmd(
+            "Emulation.setDeviceMetricsOverride",
+            {"width": width, "height": height, "deviceScaleFactor": density, "mobile": touch},
+        )
         self.driver.execute_cdp_cmd("Emulation.setTouchEmulationEnabled", {"enabled": touch})
 
     def visit(self, address: str | None = None, fragment: str = "") -> None:
@@ -78,7 +93,9 @@ class Page:
         """Waits until so many frames were drawn."""
         self.driver.execute_async_script(
             "let left = arguments[0]; const done = arguments[1];"
-            "const next = () => left-- > 0 ? requestAnimationFrame(next) : done(); next();", count)
+            "const next = () => left-- > 0 ? requestAnimationFrame(next) : done(); next();",
+            count,
+        )
 
     def wait(self, condition: Callable[[], Any], what: str, seconds: float = 10) -> Any:
         """Waits until the condition holds."""
@@ -92,7 +109,8 @@ class Page:
 
     def find(self, name: str) -> WebElement:
         """The element with this id."""
-        return self.driver.find_element(By.ID, name)
+        element: WebElement = self.driver.find_element(By.ID, name)
+        return element
 
     def click(self, name: str) -> None:
         """Clicks the element with this id and waits for the picture."""
@@ -102,6 +120,12 @@ class Page:
     def key(self, *keys: str) -> None:
         """Presses keys on the page, held together."""
         self.driver.find_element(By.TAG_NAME, "body").send_keys(*keys)
+        self.frames()
+
+    def pick(self, name: str, value: str) -> None:
+        """Takes a value of a list and waits for the picture."""
+        choice: Any = Select(self.find(name))
+        choice.select_by_value(value)
         self.frames()
 
     def choose(self, files: Iterable[pathlib.Path]) -> None:
@@ -121,18 +145,26 @@ class Page:
 
     def errors(self) -> list[str]:
         """Errors in the browser's console since the last call."""
-        return [str(entry["message"]) for entry in self.driver.get_log("browser") if entry["level"] == "SEVERE"]
+        return [
+            str(entry["message"])
+            for entry in self.driver.get_log("browser")
+            if entry["level"] == "SEVERE"
+        ]
 
     def pixel(self, x: float, y: float) -> tuple[int, int, int]:
         """The colour of the pitch's canvas at a place in metres."""
-        red, green, blue = self.js("""
+        red, green, blue = self.js(
+            """
             const place = viewer.screen(arguments[0], arguments[1]);
             const canvas = document.getElementById("pitch");
             const box = canvas.getBoundingClientRect();
             const density = canvas.width / box.width;
-            return [...canvas.getContext("2d").getImageData(
-                Math.round((place.x - box.left) * density), Math.round((place.y - box.top) * density), 1, 1)
-                .data.slice(0, 3)];""", x, y)
+            const x = Math.round((place.x - box.left) * density);
+            const y = Math.round((place.y - box.top) * density);
+            return [...canvas.getContext("2d").getImageData(x, y, 1, 1).data.slice(0, 3)];""",
+            x,
+            y,
+        )
         return red, green, blue
 
     def press(self, x: float, y: float, shift: bool = False) -> None:
@@ -144,21 +176,45 @@ class Page:
 
     def drag(self, start: tuple[float, float], end: tuple[float, float]) -> None:
         """Drags from one place of the pitch to another, in metres."""
-        places = [self.js("return viewer.screen(arguments[0], arguments[1])", *place) for place in (start, end)]
+        places = [
+            self.js("return viewer.screen(arguments[0], arguments[1])", *place)
+            for place in (start, end)
+        ]
         self.mouse("mousePressed", places[0])
         for part in (0.3, 0.6, 1.0):
-            self.mouse("mouseMoved", {axis: places[0][axis] + part * (places[1][axis] - places[0][axis])
-                                      for axis in ("x", "y")})
+            self.mouse(
+                "mouseMoved",
+                {
+                    axis: places[0][axis] + part * (places[1][axis] - places[0][axis])
+                    for axis in ("x", "y")
+                },
+            )
         self.mouse("mouseReleased", places[1])
         self.frames()
 
     def mouse(self, kind: str, place: dict[str, float], shift: bool = False) -> None:
         """One event of the mouse at a point of the window."""
-        self.driver.execute_cdp_cmd("Input.dispatchMouseEvent", {
-            "type": kind, "x": place["x"], "y": place["y"], "button": "left", "buttons": 1,
-            "clickCount": 1, "modifiers": 8 if shift else 0})
+        self.driver.execute_cdp_cmd(
+            "Input.dispatchMouseEvent",
+            {
+                "type": kind,
+                "x": place["x"],
+                "y": place["y"],
+                "button": "left",
+                "buttons": 1,
+                "clickCount": 1,
+                "modifiers": 8 if shift else 0,
+            },
+        )
 
     def touch(self, kind: str, *fingers: tuple[float, float]) -> None:
         """Fingers on the window, in pixels."""
-        self.driver.execute_cdp_cmd("Input.dispatchTouchEvent", {
-            "type": kind, "touchPoints": [{"x": x, "y": y, "id": index} for index, (x, y) in enumerate(fingers)]})
+        self.driver.execute_cdp_cmd(
+            "Input.dispatchTouchEvent",
+            {
+                "type": kind,
+                "touchPoints": [
+                    {"x": x, "y": y, "id": index} for index, (x, y) in enumerate(fingers)
+                ],
+            },
+        )

@@ -26,7 +26,7 @@ class PageTest(unittest.TestCase):
 
     def setUp(self) -> None:
         self.page = shared_page()
-        self.page.resize(1200, 800)
+        self.page.resize(960, 640)
         temporary = tempfile.TemporaryDirectory()
         self.addCleanup(temporary.cleanup)
         self.folder = pathlib.Path(temporary.name)

@@ -1,5 +1,7 @@
 """What players believed and drew: found for the right cycle and drawn in the pitch's frame."""
 
+from typing import Any
+
 from made_logs import match, show
 from support import PageTest
 
@@ -31,6 +33,7 @@ DRAWINGS = """\
 
 
 class Beliefs(PageTest):
+    """A match of four steps with the files of a player 7."""
 
     def setUp(self) -> None:
         super().setUp()
@@ -39,7 +42,8 @@ class Beliefs(PageTest):
 
     def open_for(self, side: str) -> None:
         """Opens the match with the files of one side, as a dropped folder gives them."""
-        self.page.js("""
+        self.page.js(
+            """
             window.done = false;
             const files = arguments[0].map(([name, text]) => {
                 const file = new File([text], name.split("/").pop());
@@ -47,11 +51,15 @@ class Beliefs(PageTest):
                 return file;
             });
             viewer.open(files).then(() => { window.done = true; });""",
-                     [["a.rcg", self.log.read_text()], [f"plans/{side}/beliefs7.log", BELIEFS],
-                      [f"plans/{side}/player7.log", DRAWINGS]])
+            [
+                ["a.rcg", self.log.read_text()],
+                [f"plans/{side}/beliefs7.log", BELIEFS],
+                [f"plans/{side}/player7.log", DRAWINGS],
+            ],
+        )
         self.page.wait(lambda: self.page.js("return window.done"), "the files")
 
-    def told(self, player: int) -> dict[str, object]:
+    def told(self, player: int) -> dict[str, Any]:
         return dict(self.page.js("return viewer.beliefs(arguments[0])", player))
 
     def test_both_sides_in_the_frame_of_the_pitch(self) -> None:
@@ -60,19 +68,40 @@ class Beliefs(PageTest):
             self.open_for(side)
             told = self.told(player)
             half = 0 if turn == 1 else 180
-            self.assertEqual(told["belief"], {
-                "self": {"x": -10 * turn, "y": 5 * turn, "body": half - 90, "head": half - 45},
-                "ball": {"x": 3 * turn, "y": -4 * turn, "vx": turn, "vy": 0.5 * turn},
-                "others": [{"kind": "mate", "unum": 9, "x": 2 * turn, "y": -6 * turn},
-                           {"kind": "opponent", "unum": 3, "x": 20 * turn, "y": turn},
-                           {"kind": "unknown", "unum": 0, "x": 12 * turn, "y": 12 * turn}],
-                "case": "pass to 9"})
-            shapes = [(shape["kind"], shape["from"]["x"] * turn, shape["from"]["y"] * turn,
-                       shape["to"]["x"] * turn, shape["to"]["y"] * turn, shape["text"])
-                      for shape in told["shapes"]]  # type: ignore[attr-defined]
-            self.assertEqual(shapes, [("ellipse", 9, -6, 11, -2, ""), ("line", 10, -5, 11.5, -5, ""),
-                                      ("rectangle", -3, -3, 3, 3, ""), ("point", 20, 20, 20, 20, ""),
-                                      ("text", 30, 10, 30, 10, "here I go")])
+            self.assertEqual(
+                told["belief"],
+                {
+                    "self": {"x": -10 * turn, "y": 5 * turn, "body": half - 90, "head": half - 45},
+                    "ball": {"x": 3 * turn, "y": -4 * turn, "vx": turn, "vy": 0.5 * turn},
+                    "others": [
+                        {"kind": "mate", "unum": 9, "x": 2 * turn, "y": -6 * turn},
+                        {"kind": "opponent", "unum": 3, "x": 20 * turn, "y": turn},
+                        {"kind": "unknown", "unum": 0, "x": 12 * turn, "y": 12 * turn},
+                    ],
+                    "case": "pass to 9",
+                },
+            )
+            shapes = [
+                (
+                    shape["kind"],
+                    shape["from"]["x"] * turn,
+                    shape["from"]["y"] * turn,
+                    shape["to"]["x"] * turn,
+                    shape["to"]["y"] * turn,
+                    shape["text"],
+                )
+                for shape in told["shapes"]
+            ]
+            self.assertEqual(
+                shapes,
+                [
+                    ("ellipse", 9, -6, 11, -2, ""),
+                    ("line", 10, -5, 11.5, -5, ""),
+                    ("rectangle", -3, -3, 3, 3, ""),
+                    ("point", 20, 20, 20, 20, ""),
+                    ("text", 30, 10, 30, 10, "here I go"),
+                ],
+            )
             self.assertIsNone(self.told((player + 11) % 22)["belief"])
 
     def test_each_decision_of_a_stoppage_has_its_own(self) -> None:
@@ -81,8 +110,13 @@ class Beliefs(PageTest):
         for index in (1, 2):
             self.page.js("viewer.seek(arguments[0])", index)
             told = self.told(6)
-            seen.append((told["belief"]["self"]["x"], told["belief"]["case"],  # type: ignore[index]
-                         [shape["to"]["x"] for shape in told["shapes"]]))  # type: ignore[attr-defined]
+            seen.append(
+                (
+                    told["belief"]["self"]["x"],
+                    told["belief"]["case"],
+                    [shape["to"]["x"] for shape in told["shapes"]],
+                )
+            )
         self.assertEqual(seen, [(-11, "", [1]), (-12, "second", [2])])
 
     def test_they_are_drawn_for_chosen_players_only(self) -> None:
@@ -93,7 +127,7 @@ class Beliefs(PageTest):
         for _ in range(18):
             self.page.key("n")
         self.assertEqual(self.page.state()["chosen"], [17])
-        red, green, blue = self.page.pixel(*edge)
+        _, _, blue = self.page.pixel(*edge)
         self.assertGreater(blue, before[2] + 60, "the rectangle's edge")
         self.page.key("b")
         self.assertLess(self.page.pixel(*edge)[2], blue - 60)
@@ -103,13 +137,17 @@ class Beliefs(PageTest):
         self.page.choose([self.file("beliefs7.log", BELIEFS), self.file("player7.log", DRAWINGS)])
         self.page.wait(lambda: self.page.find("ask-right").is_displayed(), "the question")
         self.page.click("ask-right")
-        self.page.wait(lambda: self.told(17)["belief"] is not None and self.told(17)["shapes"], "the beliefs")
+        self.page.wait(
+            lambda: self.told(17)["belief"] is not None and self.told(17)["shapes"], "the beliefs"
+        )
 
     def test_a_file_dropped_on_the_page_is_opened(self) -> None:
-        self.page.js("""
+        self.page.js(
+            """
             const transfer = new DataTransfer();
             transfer.items.add(new File([arguments[0]], "a.rcg"));
             document.getElementById("pitch").dispatchEvent(
-                new DragEvent("drop", {dataTransfer: transfer, bubbles: true, cancelable: true}));""",
-                     self.log.read_text())
+                new DragEvent("drop", {dataTransfer: transfer, bubbles: true}));""",
+            self.log.read_text(),
+        )
         self.page.wait(lambda: self.page.state()["shows"] == 4, "the dropped log")

@@ -11,6 +11,7 @@ START = match("(playmode 1 play_on)", "(team 1 Alpha Beta 0 0)").rstrip("\n")
 
 
 class LiveMatch(PageTest):
+    """The page connected to the stand-in."""
 
     def setUp(self) -> None:
         super().setUp()
@@ -19,7 +20,10 @@ class LiveMatch(PageTest):
 
     def begin(self, steps: int = 0) -> None:
         """Opens the page with a match that has so many steps already."""
-        self.bridge.send("status", json.dumps({"server": "connected", "host": "example", "port": 6000, "version": 5}))
+        self.bridge.send(
+            "status",
+            json.dumps({"server": "connected", "host": "example", "port": 6000, "version": 5}),
+        )
         self.bridge.send("log", START)
         for time in range(1, steps + 1):
             self.bridge.send("log", show(time))
@@ -72,7 +76,9 @@ class LiveMatch(PageTest):
     def test_a_bridge_that_ends_and_comes_back(self) -> None:
         self.begin(5)
         self.bridge.close()
-        self.page.wait(lambda: "trying again" in self.page.find("live-status").text, "the loss to be told")
+        self.page.wait(
+            lambda: "trying again" in self.page.find("live-status").text, "the loss to be told"
+        )
         self.page.key("n")
         self.assertEqual(self.page.state()["shows"], 5, "what was seen stays")
         history = self.bridge.history
@@ -98,11 +104,17 @@ class LiveMatch(PageTest):
         self.page.frames(10)
         kick_off, drop, free_kick, *moves = self.bridge.commands
         self.assertEqual(kick_off, {"command": "kick_off"})
-        self.assertEqual((drop["command"], free_kick["command"], free_kick["side"]), ("drop_ball", "free_kick", "r"))
+        self.assertEqual(
+            (drop["command"], free_kick["command"], free_kick["side"]),
+            ("drop_ball", "free_kick", "r"),
+        )
         for command, x, y in ((drop, 10, -5), (free_kick, -20, 8), (moves[-1], -20, 10)):
             self.assertAlmostEqual(float(str(command["x"])), x, delta=0.3)
             self.assertAlmostEqual(float(str(command["y"])), y, delta=0.3)
-        self.assertEqual({(move["command"], move["side"], move["unum"]) for move in moves}, {("move_player", "l", 7)})
+        self.assertEqual(
+            {(move["command"], move["side"], move["unum"]) for move in moves},
+            {("move_player", "l", 7)},
+        )
 
     def test_a_refusal_is_told_as_text(self) -> None:
         self.begin(1)
@@ -116,7 +128,13 @@ class LiveMatch(PageTest):
 
     def test_broken_events_do_no_harm(self) -> None:
         self.begin(2)
-        for kind, data in (("status", "{"), ("log", "(show"), ("log", ""), ("log", "(show 3 ((b) x)"), ("other", "x")):
+        for kind, data in (
+            ("status", "{"),
+            ("log", "(show"),
+            ("log", ""),
+            ("log", "(show 3 ((b) x)"),
+            ("other", "x"),
+        ):
             self.bridge.send(kind, data)
         self.bridge.send("log", show(3))
         self.page.wait(lambda: self.page.state()["shows"] == 3, "the step after them")

@@ -53,8 +53,13 @@ const live = new Live(state, page);
 const board = new Board(state);
 const controls = new Controls(state, stage, actions);
 const timeline = new Timeline(state, seek);
-const panes = [new FiguresPane(state), new Plot(state, seek), new PlayersPane(state), new MapsPane(state),
-    new EventsPane(state, seek)];
+const panes = [
+    new FiguresPane(state),
+    new Plot(state, seek),
+    new PlayersPane(state),
+    new MapsPane(state),
+    new EventsPane(state, seek),
+];
 
 let drawnChanges = -1;
 let drawnPosition = -1;
@@ -116,7 +121,9 @@ scheme.addEventListener("change", () => {
     state.dark = scheme.matches;
     state.changed();
 });
-button("message-close").addEventListener("click", () => { byId("message").hidden = true; });
+button("message-close").addEventListener("click", () => {
+    byId("message").hidden = true;
+});
 new ResizeObserver(() => state.changed()).observe(byId("panel"));
 bindKeys(actions);
 bindTabs(() => state.changed());

@@ -39,8 +39,18 @@ export class State {
         this.follow = /** @type {Follow} */ ("none");
         /** @type {Options} */
         this.options = {
-            interpolate: true, cones: false, stamina: true, numbers: true, marks: true, trail: true,
-            speed: true, offside: false, trueSize: false, beliefs: true, heat: "off", passes: "off",
+            interpolate: true,
+            cones: false,
+            stamina: true,
+            numbers: true,
+            marks: true,
+            trail: true,
+            speed: true,
+            offside: false,
+            trueSize: false,
+            beliefs: true,
+            heat: "off",
+            passes: "off",
         };
         this.dark = false;
         /** Counts every change that needs a new picture. */

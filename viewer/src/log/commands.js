@@ -52,7 +52,12 @@ export class Commands {
                 lines = new TimedLines(bytes);
                 this.clients.set(client, lines);
             }
-            lines.add(Number(match[1]), Math.min(Number(match[2]), 65535), start + match[0].length, end);
+            lines.add(
+                Number(match[1]),
+                Math.min(Number(match[2]), 65535),
+                start + match[0].length,
+                end,
+            );
         });
     }
 
@@ -73,8 +78,11 @@ export class Commands {
         const commands = [];
         const end = lines.upTo(time, stoppage);
         for (let index = end - 1; index >= 0 && commands.length < most; index -= 1) {
-            commands.push({time: lines.time(index), stoppage: lines.stoppage(index),
-                text: lines.text(index).slice(0, 300)});
+            commands.push({
+                time: lines.time(index),
+                stoppage: lines.stoppage(index),
+                text: lines.text(index).slice(0, 300),
+            });
         }
         return commands;
     }

@@ -18,7 +18,7 @@ const BREATH_MS = 40;
  * @returns {ReadableWritablePair<Uint8Array, Uint8Array>}
  */
 function gunzip() {
-    return new (/** @type {any} */ (globalThis).DecompressionStream)("gzip");
+    return new /** @type {any} */ (globalThis).DecompressionStream("gzip");
 }
 
 /** @param {string} text base64 */
@@ -56,7 +56,11 @@ export async function kindOf(blob) {
         if (/^(ULG|\[)/.test(head)) {
             return "game log";
         }
-        return /^\d+,\d+\t/.test(head) ? "text log" : /^\d+ \d+ [89] /.test(head) ? "plan log" : "unknown";
+        return /^\d+,\d+\t/.test(head)
+            ? "text log"
+            : /^\d+ \d+ [89] /.test(head)
+              ? "plan log"
+              : "unknown";
     } catch {
         return "unknown";
     } finally {

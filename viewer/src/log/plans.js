@@ -1,4 +1,7 @@
-/** Drawings and beliefs that the players wrote: shapes over the pitch, turned into the pitch's frame. */
+/**
+ * Drawings and beliefs that the players wrote: shapes over the pitch, turned into the pitch's
+ * frame.
+ */
 
 import {TimedLines, eachLine} from "./lines.js";
 import {textOf} from "./scanner.js";
@@ -33,7 +36,8 @@ const MOST_SHAPES = 400;
 /**
  * Which file it is by its name.
  * @param {string} name
- * @returns {{side: number, unum: number, beliefs: boolean} | null} side -1 when the folder does not tell it
+ * @returns {{side: number, unum: number, beliefs: boolean} | null} side -1 when the folder does not
+ *     tell it
  */
 export function planFileOf(name) {
     const match = /(?:^|\/)(player|beliefs)(\d{1,2})\.log(?:\.gz)?$/.exec(name);
@@ -94,7 +98,8 @@ export class Plans {
     }
 
     /**
-     * The shapes a player drew in one step. In a stoppage the same time has many steps, and its lines are shared out evenly.
+     * The shapes a player drew in one step. In a stoppage the same time has many steps, and its
+     * lines are shared out evenly.
      * @param {number} player
      * @param {number} time
      * @param {number} stoppage
@@ -113,7 +118,8 @@ export class Plans {
         const shapes = [];
         for (let index = from; index < to && shapes.length < MOST_SHAPES; index += 1) {
             const match = HEAD.exec(lines.text(index).trimEnd());
-            const shape = match && match[3] === "8" ? shapeOf(match[4], player < 11 ? 1 : -1) : null;
+            const shape =
+                match && match[3] === "8" ? shapeOf(match[4], player < 11 ? 1 : -1) : null;
             if (shape) {
                 shapes.push(shape);
             }
@@ -166,14 +172,26 @@ function shapeOf(text, turn) {
     const box = BOX.exec(text);
     if (box) {
         const values = numbers(box.slice(2));
-        return values && {kind: box[1], from: {x: turn * values[0], y: turn * values[1]},
-            to: {x: turn * (values[0] + values[2]), y: turn * (values[1] + values[3])}, text: ""};
+        return (
+            values && {
+                kind: box[1],
+                from: {x: turn * values[0], y: turn * values[1]},
+                to: {x: turn * (values[0] + values[2]), y: turn * (values[1] + values[3])},
+                text: "",
+            }
+        );
     }
     const line = LINE.exec(text);
     if (line) {
         const values = numbers(line.slice(1));
-        return values && {kind: "line", from: {x: turn * values[0], y: turn * values[1]},
-            to: {x: turn * values[2], y: turn * values[3]}, text: ""};
+        return (
+            values && {
+                kind: "line",
+                from: {x: turn * values[0], y: turn * values[1]},
+                to: {x: turn * values[2], y: turn * values[3]},
+                text: "",
+            }
+        );
     }
     const mark = MARK.exec(text);
     const values = mark && numbers(mark.slice(2, 4));
@@ -185,7 +203,8 @@ function shapeOf(text, turn) {
 }
 
 /**
- * Directions are counted against the clock in the records and with it on the canvas, hence the minus.
+ * Directions are counted against the clock in the records and with it on the canvas, hence the
+ * minus.
  * @param {Belief} belief
  * @param {string} text
  * @param {number} turn
@@ -196,14 +215,29 @@ function addBelief(belief, text, turn) {
     const values = numbers((self ?? ball ?? []).slice(1));
     if (self && values) {
         const half = turn < 0 ? 180 : 0;
-        belief.self = {x: turn * values[0], y: turn * values[1], body: half - values[2], head: half - values[3]};
+        belief.self = {
+            x: turn * values[0],
+            y: turn * values[1],
+            body: half - values[2],
+            head: half - values[3],
+        };
     } else if (ball && values) {
-        belief.ball = {x: turn * values[0], y: turn * values[1], vx: turn * values[2], vy: turn * values[3]};
+        belief.ball = {
+            x: turn * values[0],
+            y: turn * values[1],
+            vx: turn * values[2],
+            vy: turn * values[3],
+        };
     }
     const other = OTHER.exec(text);
     const place = other && numbers(other.slice(3));
     if (other && place && belief.others.length < 64) {
-        belief.others.push({kind: other[1], unum: Number(other[2]), x: turn * place[0], y: turn * place[1]});
+        belief.others.push({
+            kind: other[1],
+            unum: Number(other[2]),
+            x: turn * place[0],
+            y: turn * place[1],
+        });
     }
     belief.case = CASE.exec(text)?.[1] ?? belief.case;
 }

@@ -2,23 +2,11 @@
 
 import {modeNumber} from "./modes.js";
 import {BadRecord, Scanner, textOf} from "./scanner.js";
-import {
-    BODY, CAPACITY, COUNT_NAMES, EFFORT, MOST_SHOWS, NECK, PLAYERS, POINT_X, POINT_Y, RECOVERY, STAMINA,
-    Store, VX, VY, X, Y,
-} from "./store.js";
+import {ShowReader} from "./showreader.js";
+import {MOST_SHOWS, Store} from "./store.js";
 
 const NEWLINE = 0x0a;
 const RETURN = 0x0d;
-const OPEN = 0x28;
-const LETTER_C = 0x63;
-const LETTER_F = 0x66;
-const LETTER_L = 0x6c;
-const LETTER_R = 0x72;
-const LETTER_S = 0x73;
-const LETTER_V = 0x76;
-
-/** Positions and speeds beyond this many metres are taken for broken. */
-const FARTHEST = 10000;
 const LATEST = 10000000;
 const LONGEST_LINE = 1 << 20;
 const LONGEST_NAME = 64;
@@ -32,6 +20,7 @@ export class Reader {
     constructor(store) {
         this.store = store;
         this.scanner = new Scanner();
+        this.shows = new ShowReader(this.scanner, store);
         /** The beginning of a line whose end has not come yet. */
         this.carry = new Uint8Array(0);
         this.line = 0;
@@ -123,13 +112,19 @@ export class Reader {
         if (match && Number(match[1]) >= 4 && Number(match[1]) <= 6) {
             this.version = Number(match[1]);
         } else if (match || text.startsWith("ULG")) {
-            throw new UnreadableLog("This game log has a version that the viewer does not read. Let the " +
-                "server write version 4, 5 or 6 (server::game_log_version).");
+            throw new UnreadableLog(
+                "This game log has a version that the viewer does not read. Let the " +
+                    "server write version 4, 5 or 6 (server::game_log_version).",
+            );
         } else if (text.startsWith("[")) {
-            throw new UnreadableLog("This looks like a game log in JSON. Let the server write version 4, " +
-                "5 or 6 (server::game_log_version).");
+            throw new UnreadableLog(
+                "This looks like a game log in JSON. Let the server write version 4, " +
+                    "5 or 6 (server::game_log_version).",
+            );
         } else {
-            throw new UnreadableLog("This is no game log: it does not begin with ULG4, ULG5 or ULG6.");
+            throw new UnreadableLog(
+                "This is no game log: it does not begin with ULG4, ULG5 or ULG6.",
+            );
         }
     }
 
@@ -137,13 +132,20 @@ export class Reader {
         const {scanner} = this;
         scanner.open();
         switch (scanner.word()) {
-            case "show": return this.takeShow();
-            case "playmode": return this.takeMode();
-            case "team": return this.takeTeam();
-            case "msg": return this.takeMessage();
-            case "server_param": return this.takeParameters(this.store.parameters);
-            case "player_type": return this.takeType();
-            default: return undefined;
+            case "show":
+                return this.takeShow();
+            case "playmode":
+                return this.takeMode();
+            case "team":
+                return this.takeTeam();
+            case "msg":
+                return this.takeMessage();
+            case "server_param":
+                return this.takeParameters(this.store.parameters);
+            case "player_type":
+                return this.takeType();
+            default:
+                return undefined;
         }
     }
 
@@ -160,19 +162,32 @@ export class Reader {
     takeTeam() {
         const {scanner, store} = this;
         scanner.integer(0, LATEST);
-        const words = scanner.rest().replace(/\)\s*$/, "").trim().split(/ +/);
+        const words = scanner
+            .rest()
+            .replace(/\)\s*$/, "")
+            .trim()
+            .split(/ +/);
         const numbers = [];
-        while (words.length > 2 && numbers.length < 6 && /^[0-9]{1,4}$/.test(words[words.length - 1])) {
+        while (
+            words.length > 2 &&
+            numbers.length < 6 &&
+            /^[0-9]{1,4}$/.test(words[words.length - 1])
+        ) {
             numbers.unshift(Number(words.pop()));
         }
         if (numbers.length !== 2 && numbers.length !== 6) {
             throw new BadRecord("the team record has no score");
         }
         const right = words.pop() ?? "";
-        const names = [words.join(" "), right].map((name) => (name === "null" ? "" : name))
+        const names = [words.join(" "), right]
+            .map((name) => (name === "null" ? "" : name))
             .map((name) => name.slice(0, LONGEST_NAME));
-        const line = {show: store.length, names, score: numbers.slice(0, 2),
-            penalties: numbers.length === 6 ? numbers.slice(2) : null};
+        const line = {
+            show: store.length,
+            names,
+            score: numbers.slice(0, 2),
+            penalties: numbers.length === 6 ? numbers.slice(2) : null,
+        };
         if (store.teams.length === 0) {
             line.show = 0;
         } else if (store.teams[store.teams.length - 1].show === line.show) {
@@ -211,7 +226,9 @@ export class Reader {
      * @param {Map<string, number>} parameters
      */
     takeParameters(parameters) {
-        const pairs = this.scanner.rest().matchAll(/\(([A-Za-z_0-9]+) (-?[0-9.]+(?:[eE][-+]?[0-9]+)?)\)/g);
+        const pairs = this.scanner
+            .rest()
+            .matchAll(/\(([A-Za-z_0-9]+) (-?[0-9.]+(?:[eE][-+]?[0-9]+)?)\)/g);
         for (const [, name, value] of pairs) {
             if (Number.isFinite(Number(value))) {
                 parameters.set(name, Number(value));
@@ -242,112 +259,13 @@ export class Reader {
             throw new BadRecord("the time runs backwards");
         }
         store.times[show] = time;
-        store.stoppages[show] = time === before ? Math.min(store.stoppages[show - 1] + 1, 65535) : 0;
+        store.stoppages[show] =
+            time === before ? Math.min(store.stoppages[show - 1] + 1, 65535) : 0;
         store.modes[show] = this.mode;
         const {score} = store.teamLine(show);
         store.scores[show * 2] = score[0];
         store.scores[show * 2 + 1] = score[1];
-        this.takeBall(show);
-        this.clearPlayers(show);
-        while (scanner.atOpen()) {
-            this.takePlayer(show);
-        }
-        scanner.close();
+        this.shows.read(show);
         store.length += 1;
-    }
-
-    /** @param {number} show */
-    takeBall(show) {
-        const {scanner, store} = this;
-        scanner.open();
-        scanner.open();
-        if (scanner.word() !== "b") {
-            throw new BadRecord("the ball is missing");
-        }
-        scanner.close();
-        for (let field = X; field <= VY; field += 1) {
-            store.balls[show * 4 + field] = scanner.within(FARTHEST);
-        }
-        scanner.close();
-    }
-
-    /**
-     * A record that broke off may have left something in the row.
-     * @param {number} show
-     */
-    clearPlayers(show) {
-        const {store} = this;
-        const from = store.places(show, 0);
-        const to = store.places(show, PLAYERS);
-        store.players.fill(0, from.floats, to.floats);
-        store.states.fill(0, from.row, to.row);
-        store.listens.fill(0, from.row, to.row);
-        store.counts.fill(0, from.counts, to.counts);
-    }
-
-    /** A side's letter and a number, as an index from 0 to 21. */
-    takeIndex() {
-        const side = this.scanner.letter();
-        if (side !== LETTER_L && side !== LETTER_R) {
-            throw new BadRecord("a player has no side");
-        }
-        return this.scanner.integer(1, 11) - 1 + (side === LETTER_R ? 11 : 0);
-    }
-
-    /** @param {number} show */
-    takePlayer(show) {
-        const {scanner, store} = this;
-        scanner.open();
-        scanner.open();
-        const {floats, row, counts} = store.places(show, this.takeIndex());
-        scanner.close();
-        store.types[row] = scanner.integer(0, 255);
-        store.states[row] = scanner.integer(0, 0xffffffff);
-        for (const field of [X, Y, VX, VY]) {
-            store.players[floats + field] = scanner.within(FARTHEST);
-        }
-        store.players[floats + BODY] = scanner.within(FARTHEST);
-        store.players[floats + NECK] = scanner.within(FARTHEST);
-        const points = !scanner.atOpen() && !scanner.atClose();
-        store.players[floats + POINT_X] = points ? scanner.within(FARTHEST) : NaN;
-        store.players[floats + POINT_Y] = points ? scanner.within(FARTHEST) : NaN;
-        while (scanner.peek() === OPEN) {
-            scanner.open();
-            this.takePart(floats, row, counts);
-        }
-        scanner.close();
-    }
-
-    /**
-     * One of the lists inside a player; unknown ones are passed over.
-     * @param {number} floats
-     * @param {number} row
-     * @param {number} counts
-     */
-    takePart(floats, row, counts) {
-        const {scanner, store} = this;
-        const start = scanner.position;
-        const kind = scanner.letter();
-        if (scanner.bytes[scanner.position] !== 0x20) {
-            scanner.position = start;
-            scanner.skipList();
-            return;
-        }
-        if (kind === LETTER_V) {
-            scanner.letter();
-            store.widths[row] = Math.round(Math.abs(scanner.within(360)));
-        } else if (kind === LETTER_S) {
-            for (const field of [STAMINA, EFFORT, RECOVERY]) {
-                store.players[floats + field] = scanner.within(1e9);
-            }
-            store.players[floats + CAPACITY] = scanner.atClose() ? NaN : scanner.within(1e9);
-        } else if (kind === LETTER_F) {
-            store.listens[row] = this.takeIndex() + 1;
-        } else if (kind === LETTER_C) {
-            for (let index = 0; index < COUNT_NAMES.length && !scanner.atClose(); index += 1) {
-                store.counts[counts + index] = scanner.integer(0, LATEST);
-            }
-        }
-        scanner.skipList();
     }
 }

@@ -1,4 +1,6 @@
-/** Reads numbers and words straight out of a line's bytes: a log of 20 MB is never turned into text. */
+/**
+ * Reads numbers and words straight out of a line's bytes: a log of 20 MB is never turned into text.
+ */
 
 const SPACE = 0x20;
 const OPEN = 0x28;
@@ -136,8 +138,10 @@ export class Scanner {
     unusualNumber(start) {
         this.position = start;
         const word = this.word();
-        if (word.length > LONGEST_NUMBER ||
-            !/^(0x[0-9a-fA-F]+|-?[0-9]*\.?[0-9]+([eE][-+]?[0-9]+)?)$/.test(word)) {
+        if (
+            word.length > LONGEST_NUMBER ||
+            !/^(0x[0-9a-fA-F]+|-?[0-9]*\.?[0-9]+([eE][-+]?[0-9]+)?)$/.test(word)
+        ) {
             throw new BadRecord("a number cannot be read");
         }
         const value = Number(word);

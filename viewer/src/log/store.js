@@ -1,25 +1,58 @@
 /**
- * A match in memory: one row for each `show` record, in typed arrays that grow. A match of 6500 shows takes
- * about 13 MB here.
+ * A match in memory: one row for each `show` record, in typed arrays that grow. A match of 6500
+ * shows takes about 13 MB here.
  */
 
 export const PLAYERS = 22;
 
 /** Floats of one player in one show, in this order. Angles in degrees, y down, clockwise. */
-export const X = 0, Y = 1, VX = 2, VY = 3, BODY = 4, NECK = 5, POINT_X = 6, POINT_Y = 7,
-    STAMINA = 8, EFFORT = 9, RECOVERY = 10, CAPACITY = 11;
+export const X = 0,
+    Y = 1,
+    VX = 2,
+    VY = 3,
+    BODY = 4,
+    NECK = 5,
+    POINT_X = 6,
+    POINT_Y = 7,
+    STAMINA = 8,
+    EFFORT = 9,
+    RECOVERY = 10,
+    CAPACITY = 11;
 const FLOATS = 12;
 const BALL_FLOATS = 4;
 
 /** Counts of executed commands, in this order. */
-export const COUNT_NAMES = ["kick", "dash", "turn", "catch", "move", "turn neck", "change view", "say",
-    "tackle", "point to", "attention to", "change focus"];
+export const COUNT_NAMES = [
+    "kick",
+    "dash",
+    "turn",
+    "catch",
+    "move",
+    "turn neck",
+    "change view",
+    "say",
+    "tackle",
+    "point to",
+    "attention to",
+    "change focus",
+];
 const COUNTS = COUNT_NAMES.length;
 
 /** State bits of a player. */
-export const ON_FIELD = 0x1, KICK = 0x2, KICK_FAILED = 0x4, GOALIE = 0x8, CATCH = 0x10,
-    CATCH_FAILED = 0x20, BALL_COLLISION = 0x400, PLAYER_COLLISION = 0x800, TACKLE = 0x1000,
-    TACKLE_FAILED = 0x2000, POST_COLLISION = 0x10000, FOULED = 0x20000, YELLOW = 0x40000, RED = 0x80000;
+export const ON_FIELD = 0x1,
+    KICK = 0x2,
+    KICK_FAILED = 0x4,
+    GOALIE = 0x8,
+    CATCH = 0x10,
+    CATCH_FAILED = 0x20,
+    BALL_COLLISION = 0x400,
+    PLAYER_COLLISION = 0x800,
+    TACKLE = 0x1000,
+    TACKLE_FAILED = 0x2000,
+    POST_COLLISION = 0x10000,
+    FOULED = 0x20000,
+    YELLOW = 0x40000,
+    RED = 0x80000;
 
 /** More shows than this are not taken: twenty matches' worth, about 250 MB. */
 export const MOST_SHOWS = 130000;
@@ -74,7 +107,8 @@ export class Store {
         /** @type {Note[]} */
         this.referee = [];
         /**
-         * Every change of the play mode, with the show that follows it; some last for no show at all.
+         * Every change of the play mode, with the show that follows it; some last for no show at
+         * all.
          * @type {{show: number, mode: number}[]}
          */
         this.modeChanges = [];
@@ -92,7 +126,10 @@ export class Store {
         this.playerTypes = new Map();
     }
 
-    /** Makes room for one more show and answers its index; the caller fills it and then adds one to `length`. */
+    /**
+     * Makes room for one more show and answers its index; the caller fills it and then adds one to
+     * `length`.
+     */
     room() {
         if (this.length === this.capacity) {
             this.capacity *= 2;
@@ -201,8 +238,14 @@ export class Store {
      */
     teamLine(show) {
         const index = lastAtMost(this.teams.length, show, (at) => this.teams[at].show);
-        return this.teams[Math.max(index, 0)] ??
-            {show: 0, names: ["", ""], score: [0, 0], penalties: null};
+        return (
+            this.teams[Math.max(index, 0)] ?? {
+                show: 0,
+                names: ["", ""],
+                score: [0, 0],
+                penalties: null,
+            }
+        );
     }
 
     /**
@@ -222,8 +265,10 @@ export class Store {
      */
     showAt(time, stoppage = 0) {
         const key = time * 65536 + stoppage;
-        return Math.max(0, lastAtMost(this.length, key,
-            (at) => this.times[at] * 65536 + this.stoppages[at]));
+        return Math.max(
+            0,
+            lastAtMost(this.length, key, (at) => this.times[at] * 65536 + this.stoppages[at]),
+        );
     }
 }
 

@@ -1,6 +1,7 @@
 /**
- * Follows the ball from touch to touch. What a touch was shows only when the next one comes or the play stops:
- * that closes it as a pass, a shot, a part of a dribble, or nothing. The definitions are those of docs/statistics.md.
+ * Follows the ball from touch to touch. What a touch was shows only when the next one comes or the
+ * play stops: that closes it as a pass, a shot, a part of a dribble, or nothing. The definitions
+ * are those of docs/statistics.md.
  */
 
 /** What rolls less is lost in a duel or handed over: metres. */
@@ -72,7 +73,11 @@ export class BallChain {
         if (!same) {
             this.dribbleFrom = touch.place;
         }
-        this.count({kick: "kicks", tackle: "tackles", catch: "catches"}[touch.kind], touch.player, touch.show);
+        this.count(
+            {kick: "kicks", tackle: "tackles", catch: "catches"}[touch.kind],
+            touch.player,
+            touch.show,
+        );
         this.last = touch;
         this.owner = sideOf(touch.player);
     }
@@ -182,8 +187,14 @@ export class BallChain {
         const attack = sideOf(kick.player) === 0 ? 1 : -1;
         const ahead = attack * (to.x - from.x);
         const aside = attack * (to.y - from.y);
-        const way = Math.abs(ahead) >= Math.abs(aside) ? (ahead > 0 ? "passesForward" : "passesBack")
-            : (aside > 0 ? "passesRight" : "passesLeft");
+        const way =
+            Math.abs(ahead) >= Math.abs(aside)
+                ? ahead > 0
+                    ? "passesForward"
+                    : "passesBack"
+                : aside > 0
+                  ? "passesRight"
+                  : "passesLeft";
         this.count(way, kick.player, show);
         this.passed({show, from: kick.player, to: receiver, start: from, end: to});
         return true;

@@ -1,15 +1,31 @@
 /**
- * The figures of both teams and of each player up to any show. They are those that match-stats prints;
- * docs/statistics.md defines them.
+ * The figures of both teams and of each player up to any show. They are those that match-stats
+ * prints; docs/statistics.md defines them.
  */
 
 import {modeKind, modeSide, modeWord} from "../log/modes.js";
 import {
-    CAPACITY, CATCH, CATCH_FAILED, KICK, KICK_FAILED, PLAYERS, RECOVERY, RED, STAMINA, Store, TACKLE,
-    TACKLE_FAILED, VX, VY, X, Y, YELLOW, lastAtMost,
+    CAPACITY,
+    CATCH,
+    CATCH_FAILED,
+    KICK,
+    KICK_FAILED,
+    PLAYERS,
+    RECOVERY,
+    RED,
+    STAMINA,
+    Store,
+    TACKLE,
+    TACKLE_FAILED,
+    VX,
+    VY,
+    X,
+    Y,
+    YELLOW,
+    lastAtMost,
 } from "../log/store.js";
 import {BallChain, sideOf} from "./ballchain.js";
-import {Sums, Tallies} from "./tallies.js";
+import {Sums, Tallies, shareOf} from "./tallies.js";
 
 /** @typedef {import("./ballchain.js").Pass} Pass */
 /** @typedef {import("./ballchain.js").Touch} Touch */
@@ -23,21 +39,34 @@ const DASHES = 1;
 const MOVES = 4;
 
 /** Columns of the sums of the teams, left then right. */
-const POSSESSION = 0, DOMINATION = 2, METRES = 4, SPENT = 6, TEAM_COLUMNS = 8;
+export const POSSESSION = 0,
+    DOMINATION = 2,
+    METRES = 4,
+    SPENT = 6;
+const TEAM_COLUMNS = 8;
 
 /**
  * What a play mode adds to a team's count.
  * @type {Readonly<Record<string, string>>}
  */
 const COUNTED_MODES = {
-    offside: "offsides", kick_in: "kickIns", corner_kick: "cornerKicks", goal_kick: "goalKicks",
-    free_kick: "freeKicks", indirect_free_kick: "freeKicks", penalty_kick: "freeKicks",
-    foul_charge: "fouls", foul_push: "fouls", foul_multiple_attack: "fouls", foul_ballout: "fouls",
-    back_pass: "fouls", free_kick_fault: "fouls", catch_fault: "fouls", illegal_defense: "fouls",
+    offside: "offsides",
+    kick_in: "kickIns",
+    corner_kick: "cornerKicks",
+    goal_kick: "goalKicks",
+    free_kick: "freeKicks",
+    indirect_free_kick: "freeKicks",
+    penalty_kick: "freeKicks",
+    foul_charge: "fouls",
+    foul_push: "fouls",
+    foul_multiple_attack: "fouls",
+    foul_ballout: "fouls",
+    back_pass: "fouls",
+    free_kick_fault: "fouls",
+    catch_fault: "fouls",
+    illegal_defense: "fouls",
 };
 const BALL_WAS_OUT = new Set(["kick_in", "corner_kick", "goal_kick"]);
-
-/** @typedef {{label: string, left: string, right: string, share: number}} Row share: of the left team, 0 to 1 */
 
 export class Figures {
     /** @param {Store} store */
@@ -52,8 +81,10 @@ export class Figures {
         this.metres = new Sums(PLAYERS);
         /** @type {Pass[]} */
         this.passes = [];
-        this.chain = new BallChain((key, player, show) => this.count(key, player, show),
-            (pass) => this.passes.push(pass));
+        this.chain = new BallChain(
+            (key, player, show) => this.count(key, player, show),
+            (pass) => this.passes.push(pass),
+        );
         /** Which side caught the ball in this show or the last one, or -1. */
         this.caught = -1;
     }
@@ -106,9 +137,14 @@ export class Figures {
      */
     followPlayer(show, player) {
         const {store} = this;
-        const step = Math.hypot(store.player(show, player, X) - store.player(show - 1, player, X),
-            store.player(show, player, Y) - store.player(show - 1, player, Y));
-        if (store.count(show, player, MOVES) === store.count(show - 1, player, MOVES) && step <= LONGEST_STEP) {
+        const step = Math.hypot(
+            store.player(show, player, X) - store.player(show - 1, player, X),
+            store.player(show, player, Y) - store.player(show - 1, player, Y),
+        );
+        if (
+            store.count(show, player, MOVES) === store.count(show - 1, player, MOVES) &&
+            step <= LONGEST_STEP
+        ) {
             this.metres.add(show, player, step);
             this.teamSums.add(show, METRES + sideOf(player), step);
         }
@@ -116,15 +152,17 @@ export class Figures {
     }
 
     /**
-     * What was won back comes from the capacity. Where that is not told, the usual increase stands for it, in cycles
-     * with a dash.
+     * What was won back comes from the capacity. Where that is not told, the usual increase stands
+     * for it, in cycles with a dash.
      * @param {number} show
      * @param {number} player
      */
     staminaSpent(show, player) {
         const {store} = this;
-        const change = store.player(show - 1, player, STAMINA) - store.player(show, player, STAMINA);
-        const capacity = store.player(show - 1, player, CAPACITY) - store.player(show, player, CAPACITY);
+        const change =
+            store.player(show - 1, player, STAMINA) - store.player(show, player, STAMINA);
+        const capacity =
+            store.player(show - 1, player, CAPACITY) - store.player(show, player, CAPACITY);
         if (Number.isFinite(capacity)) {
             return Math.max(0, change + capacity);
         }
@@ -142,11 +180,15 @@ export class Figures {
     followBall(show) {
         const {store, chain} = this;
         const first = this.changes;
-        while (this.changes < store.modeChanges.length && store.modeChanges[this.changes].show <= show) {
+        while (
+            this.changes < store.modeChanges.length &&
+            store.modeChanges[this.changes].show <= show
+        ) {
             this.changes += 1;
         }
         const modes = store.modeChanges.slice(first, this.changes).map((change) => change.mode);
-        const inPlay = modeWord(this.mode) === "play_on" || modeWord(store.modes[show]) === "play_on";
+        const inPlay =
+            modeWord(this.mode) === "play_on" || modeWord(store.modes[show]) === "play_on";
         const offside = modes.length > 0 && modeKind(modes[0]) === "offside";
         const touches = inPlay && !offside && show > 0 ? this.touchesIn(show) : [];
         if (touches.some((touch) => sideOf(touch.player) !== sideOf(touches[0].player))) {
@@ -177,8 +219,17 @@ export class Figures {
         for (let player = 0; player < PLAYERS; player += 1) {
             const kind = touchKind(store.state(show, player), store.state(show - 1, player));
             if (kind) {
-                touches.push({kind, player, show, place: this.ballPlace(show - 1),
-                    ball: {...this.ballPlace(show), vx: store.ball(show, VX), vy: store.ball(show, VY)}});
+                touches.push({
+                    kind,
+                    player,
+                    show,
+                    place: this.ballPlace(show - 1),
+                    ball: {
+                        ...this.ballPlace(show),
+                        vx: store.ball(show, VX),
+                        vy: store.ball(show, VY),
+                    },
+                });
             }
         }
         return touches;
@@ -240,7 +291,11 @@ export class Figures {
     inArea(show, side) {
         const {x, y} = this.ballPlace(show);
         const ahead = side === 0 ? x : -x;
-        return ahead > HALF_LENGTH - AREA_LENGTH && ahead <= HALF_LENGTH && Math.abs(y) < AREA_HALF_WIDTH;
+        return (
+            ahead > HALF_LENGTH - AREA_LENGTH &&
+            ahead <= HALF_LENGTH &&
+            Math.abs(y) < AREA_HALF_WIDTH
+        );
     }
 
     /**
@@ -269,44 +324,11 @@ export class Figures {
     ofPlayer(key, player, show) {
         return this.tallies.count(key, `player ${player}`, show);
     }
-
-    /**
-     * The figures of both teams up to a show, as the panel shows them.
-     * @param {number} show
-     * @returns {Row[]}
-     */
-    table(show) {
-        const sums = (/** @type {number} */ column) => [this.teamSums.at(show, column), this.teamSums.at(show, column + 1)];
-        const counts = (/** @type {string} */ key) => [0, 1].map((side) => this.tallies.count(key, `team ${side}`, show));
-        const add = (/** @type {number[][]} */ ...lists) => [0, 1].map((side) =>
-            lists.reduce((sum, list) => sum + list[side], 0));
-        const arrived = counts("passesArrived");
-        const passes = counts("passes");
-        const onTarget = counts("shotsOnTarget");
-        const {scores} = this.store;
-        return [
-            percentRow("Possession", sums(POSSESSION)),
-            percentRow("Domination", sums(DOMINATION)),
-            row("Goals", [scores[show * 2], scores[show * 2 + 1]]),
-            row("Shots (on target)", counts("shots"), (value, side) => `${value} (${onTarget[side]})`),
-            row("Passes arrived", arrived, (value, side) => `${value} of ${passes[side]}`),
-            row("Interceptions", counts("interceptions")),
-            row("Tackles", counts("tackles")),
-            row("Dribbles", counts("dribbles")),
-            row("Penalty area entries", counts("areaEntries")),
-            row("Catches", counts("catches")),
-            row("Set pieces", add(counts("kickIns"), counts("cornerKicks"), counts("freeKicks"), counts("goalKicks"))),
-            row("Offsides", counts("offsides")),
-            row("Fouls", counts("fouls")),
-            row("Distance run", sums(METRES), (value) => `${(value / 1000).toFixed(2)} km`),
-            row("Stamina spent", sums(SPENT), (value) => String(Math.round(value))),
-        ];
-    }
 }
 
 /**
- * What a player did to the ball in a step; "" when nothing, or when it failed. A tackle and a catch go on for some
- * cycles, but meet the ball in the first.
+ * What a player did to the ball in a step; "" when nothing, or when it failed. A tackle and a catch
+ * go on for some cycles, but meet the ball in the first.
  * @param {number} now
  * @param {number} before
  * @returns {Touch["kind"] | ""}
@@ -319,32 +341,4 @@ function touchKind(now, before) {
         return "tackle";
     }
     return now & CATCH && !(now & CATCH_FAILED) && !(before & CATCH) ? "catch" : "";
-}
-
-/**
- * @param {number} left
- * @param {number} right
- */
-function shareOf(left, right) {
-    return left + right > 0 ? left / (left + right) : 0.5;
-}
-
-/**
- * @param {string} label
- * @param {number[]} values
- * @param {(value: number, side: number) => string} [text]
- * @returns {Row}
- */
-function row(label, values, text = String) {
-    return {label, left: text(values[0], 0), right: text(values[1], 1), share: shareOf(values[0], values[1])};
-}
-
-/**
- * @param {string} label
- * @param {number[]} values
- * @returns {Row}
- */
-function percentRow(label, values) {
-    const share = shareOf(values[0], values[1]);
-    return {label, left: `${(share * 100).toFixed(1)} %`, right: `${((1 - share) * 100).toFixed(1)} %`, share};
 }

@@ -12,7 +12,7 @@ const LONGEST_MOVE = 4;
  * @param {number} part
  */
 export function angleBetween(from, to, part) {
-    const turn = ((to - from + 540) % 360 + 360) % 360 - 180;
+    const turn = ((((to - from + 540) % 360) + 360) % 360) - 180;
     return from + turn * part;
 }
 
@@ -73,8 +73,11 @@ export class Frame {
         const moves = part > 0 && Math.hypot(dx, dy) < LONGEST_MOVE;
         this.x[player] = moves ? x + dx * part : x;
         this.y[player] = moves ? y + dy * part : y;
-        this.body[player] = moves ? angleBetween(body, store.player(next, player, BODY), part) : body;
-        this.head[player] = this.body[player] +
+        this.body[player] = moves
+            ? angleBetween(body, store.player(next, player, BODY), part)
+            : body;
+        this.head[player] =
+            this.body[player] +
             (moves ? angleBetween(neck, store.player(next, player, NECK), part) : neck);
     }
 }

@@ -15,13 +15,28 @@ import {PLAYERS, RED, Store, YELLOW} from "../log/store.js";
 
 /** @type {Readonly<Record<string, MarkKind>>} */
 const KIND_OF_MODE = {
-    kick_in: "set piece", free_kick: "set piece", corner_kick: "set piece", goal_kick: "set piece",
-    drop_ball: "set piece", indirect_free_kick: "set piece", kick_off: "set piece",
-    offside: "fault", foul_charge: "fault", foul_push: "fault", foul_multiple_attack: "fault",
-    foul_ballout: "fault", back_pass: "fault", free_kick_fault: "fault", catch_fault: "fault",
+    kick_in: "set piece",
+    free_kick: "set piece",
+    corner_kick: "set piece",
+    goal_kick: "set piece",
+    drop_ball: "set piece",
+    indirect_free_kick: "set piece",
+    kick_off: "set piece",
+    offside: "fault",
+    foul_charge: "fault",
+    foul_push: "fault",
+    foul_multiple_attack: "fault",
+    foul_ballout: "fault",
+    back_pass: "fault",
+    free_kick_fault: "fault",
+    catch_fault: "fault",
     illegal_defense: "fault",
-    penalty_kick: "penalty", penalty_taken: "penalty", penalty_miss: "penalty", penalty_score: "penalty",
-    first_half_over: "half", time_over: "half",
+    penalty_kick: "penalty",
+    penalty_taken: "penalty",
+    penalty_miss: "penalty",
+    penalty_score: "penalty",
+    first_half_over: "half",
+    time_over: "half",
 };
 
 const MOST_MARKS = 20000;
@@ -79,8 +94,13 @@ export class Marks {
             this.addHalf(show);
             for (const side of [0, 1]) {
                 if (store.scores[show * 2 + side] > store.scores[(show - 1) * 2 + side]) {
-                    this.add(show, "goal", side, `Goal for ${teams[side]}, ` +
-                        `${store.scores[show * 2]} : ${store.scores[show * 2 + 1]}`);
+                    this.add(
+                        show,
+                        "goal",
+                        side,
+                        `Goal for ${teams[side]}, ` +
+                            `${store.scores[show * 2]} : ${store.scores[show * 2 + 1]}`,
+                    );
                 }
             }
             this.addCards(show, teams);
@@ -100,8 +120,12 @@ export class Marks {
         const cycles = store.halfCycles();
         const [before, now] = [store.times[show - 1], store.times[show]];
         const half = Math.floor((now - 1) / cycles);
-        if (cycles > 0 && half > Math.floor((before - 1) / cycles) &&
-            modeKind(store.modes[show]) === "kick_off" && store.stoppages[show] === 0) {
+        if (
+            cycles > 0 &&
+            half > Math.floor((before - 1) / cycles) &&
+            modeKind(store.modes[show]) === "kick_off" &&
+            store.stoppages[show] === 0
+        ) {
             this.add(show, "half", -1, half === 1 ? "Second half" : `Extra time, part ${half - 1}`);
         }
     }
@@ -116,8 +140,13 @@ export class Marks {
             const fresh = store.state(show, player) & ~store.state(show - 1, player);
             if (fresh & (YELLOW | RED)) {
                 const side = player < 11 ? 0 : 1;
-                this.add(show, "card", side, `${fresh & RED ? "Red" : "Yellow"} card for ` +
-                    `${teams[side]} ${(player % 11) + 1}`);
+                this.add(
+                    show,
+                    "card",
+                    side,
+                    `${fresh & RED ? "Red" : "Yellow"} card for ` +
+                        `${teams[side]} ${(player % 11) + 1}`,
+                );
             }
         }
     }
@@ -131,7 +160,11 @@ export class Marks {
      */
     next(show, direction, kinds) {
         const list = direction > 0 ? this.all : [...this.all].reverse();
-        return list.find((mark) => (mark.show - show) * direction > 0 &&
-            (!kinds || kinds.includes(mark.kind))) ?? null;
+        return (
+            list.find(
+                (mark) =>
+                    (mark.show - show) * direction > 0 && (!kinds || kinds.includes(mark.kind)),
+            ) ?? null
+        );
     }
 }

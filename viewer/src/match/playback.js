@@ -5,12 +5,18 @@ import {Store} from "../log/store.js";
 
 export const SPEEDS = [0.25, 0.5, 1, 2, 4, 8, 16];
 
-/** With stoppages skipped, this many shows are seen after the whistle and before the ball is played again. */
+/**
+ * With stoppages skipped, this many shows are seen after the whistle and before the ball is played
+ * again.
+ */
 const SEEN_AFTER_WHISTLE = 8;
 const SEEN_AFTER_GOAL = 20;
 const SEEN_BEFORE_PLAY = 5;
 
-/** At the end of a live match a new step is reached in this time; it hides the jump and keeps what is seen current. */
+/**
+ * At the end of a live match a new step is reached in this time; it hides the jump and keeps what
+ * is seen current.
+ */
 const LIVE_GLIDE_MS = 40;
 
 export class Playback {
@@ -90,7 +96,8 @@ export class Playback {
     advance(ms) {
         if (this.atLive) {
             const lag = this.last - this.position;
-            this.position = lag > 2 ? this.last : Math.min(this.last, this.position + ms / LIVE_GLIDE_MS);
+            this.position =
+                lag > 2 ? this.last : Math.min(this.last, this.position + ms / LIVE_GLIDE_MS);
             return;
         }
         if (!this.playing) {

@@ -75,3 +75,12 @@ export class Sums {
         return this.values[show * this.columns + column] ?? 0;
     }
 }
+
+/**
+ * The left one's share of both, a half when there is nothing to share.
+ * @param {number} left
+ * @param {number} right
+ */
+export function shareOf(left, right) {
+    return left + right > 0 ? left / (left + right) : 0.5;
+}

@@ -97,7 +97,11 @@ export class Actions {
     /** @param {1 | -1} direction */
     zoom(direction) {
         const {camera} = this.state;
-        camera.zoomAt(direction > 0 ? ZOOM_STEP : 1 / ZOOM_STEP, camera.width / 2, camera.height / 2);
+        camera.zoomAt(
+            direction > 0 ? ZOOM_STEP : 1 / ZOOM_STEP,
+            camera.width / 2,
+            camera.height / 2,
+        );
         this.state.changed();
     }
 
@@ -121,7 +125,8 @@ export class Actions {
 
     /**
      * Turns one of the switches of the view.
-     * @param {"interpolate" | "cones" | "stamina" | "numbers" | "marks" | "trail" | "speed" | "offside"
+     * @param {"interpolate" | "cones" | "stamina" | "numbers" | "marks" | "trail" | "speed" |
+     *     "offside"
      *     | "trueSize" | "beliefs"} name
      */
     option(name) {

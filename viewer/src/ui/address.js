@@ -37,7 +37,10 @@ export function addressOf({store, playback, camera, chosen, follow}) {
         parts.push(`f=${follow === "ball" ? "ball" : playerName(follow)}`);
     }
     if (camera.zoom > 1.001) {
-        const place = follow === "none" ? [camera.x, camera.y].map((value) => `,${value.toFixed(1)}`).join("") : "";
+        const place =
+            follow === "none"
+                ? [camera.x, camera.y].map((value) => `,${value.toFixed(1)}`).join("")
+                : "";
         parts.push(`z=${camera.zoom.toFixed(2)}${place}`);
     }
     return `#${parts.join("&")}`;
@@ -55,7 +58,10 @@ export function goTo(state, address) {
         state.playback.playing = false;
         state.playback.seek(state.store.showAt(Number(time[1]), Number(time[2] ?? 0)));
     }
-    const players = (parts.get("p") ?? "").split(",").map(playerIndex).filter((player) => player >= 0);
+    const players = (parts.get("p") ?? "")
+        .split(",")
+        .map(playerIndex)
+        .filter((player) => player >= 0);
     if (players.length > 0) {
         state.chosen = new Set(players);
     }
@@ -105,8 +111,12 @@ export class Address {
 
     /** @param {number} now */
     update(now) {
-        if (!this.state.hasMatch || this.wanted !== "" || this.state.playback.atLive ||
-            now - this.lastWrite < LEAST_PAUSE_MS) {
+        if (
+            !this.state.hasMatch ||
+            this.wanted !== "" ||
+            this.state.playback.atLive ||
+            now - this.lastWrite < LEAST_PAUSE_MS
+        ) {
             return;
         }
         const address = addressOf(this.state);

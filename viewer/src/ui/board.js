@@ -53,7 +53,10 @@ export class Board {
     update(show) {
         const {state} = this;
         if (!state.hasMatch) {
-            setText(this.mode, state.reader.version > 0 ? "Waiting for the first step" : "No match yet");
+            setText(
+                this.mode,
+                state.reader.version > 0 ? "Waiting for the first step" : "No match yet",
+            );
             this.names.forEach((name, side) => setText(name, side ? "Right" : "Left"));
             for (const element of [this.cycle, this.clock]) {
                 setText(element, "");

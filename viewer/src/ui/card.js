@@ -1,7 +1,16 @@
 /** The players' pane: both line-ups to choose from, and the chosen player's card. */
 
 import {
-    CAPACITY, COUNT_NAMES, EFFORT, GOALIE, RECOVERY, RED, STAMINA, VX, VY, YELLOW,
+    CAPACITY,
+    COUNT_NAMES,
+    EFFORT,
+    GOALIE,
+    RECOVERY,
+    RED,
+    STAMINA,
+    VX,
+    VY,
+    YELLOW,
 } from "../log/store.js";
 import {State} from "../state.js";
 import {byId, make, setAttribute} from "./dom.js";
@@ -45,14 +54,22 @@ export class PlayersPane {
             return;
         }
         const names = state.store.teamNames(show);
-        this.titles.forEach((title, side) => { title.textContent = names[side]; });
+        this.titles.forEach((title, side) => {
+            title.textContent = names[side];
+        });
         this.buttons.forEach((element, player) => {
             element.disabled = !state.hasMatch || !state.store.onField(show, player);
             setAttribute(element, "aria-pressed", String(state.chosen.has(player)));
-            setAttribute(element, "aria-label", `${names[player < 11 ? 0 : 1]} ${(player % 11) + 1}`);
+            setAttribute(
+                element,
+                "aria-label",
+                `${names[player < 11 ? 0 : 1]} ${(player % 11) + 1}`,
+            );
         });
         if (state.primary < 0 || !state.hasMatch) {
-            this.card.replaceChildren(make("p", "quiet", "Choose a player here or on the pitch; with Shift, several."));
+            this.card.replaceChildren(
+                make("p", "quiet", "Choose a player here or on the pitch; with Shift, several."),
+            );
             return;
         }
         this.card.replaceChildren(...this.contents(show, state.primary, names));
@@ -68,15 +85,33 @@ export class PlayersPane {
         const {store} = state;
         const side = player < 11 ? 0 : 1;
         const bits = store.state(show, player);
-        const role = [bits & GOALIE ? "goalkeeper" : "", bits & RED ? "sent off" : bits & YELLOW ? "yellow card" : ""]
-            .filter(Boolean).join(", ");
-        const head = make("div", "head", make("span", `chip ${side === 0 ? "left" : "right"}`),
-            `${names[side]} ${(player % 11) + 1}`, make("span", "quiet", role));
-        const counts = COUNT_NAMES.map((name, index) => numberBox(name, String(store.count(show, player, index))));
-        return [head, make("h2", "", "Now"), make("div", "numbers", ...this.present(show, player)),
-            make("h2", "", "Has done"), make("div", "numbers", ...this.done(show, player)),
-            make("h2", "", "Commands so far"), make("div", "numbers", ...counts),
-            make("h2", "", "Told the server"), this.commands(show, player, names[side])];
+        const role = [
+            bits & GOALIE ? "goalkeeper" : "",
+            bits & RED ? "sent off" : bits & YELLOW ? "yellow card" : "",
+        ]
+            .filter(Boolean)
+            .join(", ");
+        const head = make(
+            "div",
+            "head",
+            make("span", `chip ${side === 0 ? "left" : "right"}`),
+            `${names[side]} ${(player % 11) + 1}`,
+            make("span", "quiet", role),
+        );
+        const counts = COUNT_NAMES.map((name, index) =>
+            numberBox(name, String(store.count(show, player, index))),
+        );
+        return [
+            head,
+            make("h2", "", "Now"),
+            make("div", "numbers", ...this.present(show, player)),
+            make("h2", "", "Has done"),
+            make("div", "numbers", ...this.done(show, player)),
+            make("h2", "", "Commands so far"),
+            make("div", "numbers", ...counts),
+            make("h2", "", "Told the server"),
+            this.commands(show, player, names[side]),
+        ];
     }
 
     /**
@@ -89,16 +124,24 @@ export class PlayersPane {
         const speed = (Math.hypot(value(VX), value(VY)) * 1000) / store.stepMs();
         const capacity = value(CAPACITY);
         const listens = store.listens[show * 22 + player];
-        const boxes = [numberBox("stamina", Math.round(value(STAMINA)).toString()),
-            numberBox("speed, m/s", speed.toFixed(1)), numberBox("effort", value(EFFORT).toFixed(2)),
+        const boxes = [
+            numberBox("stamina", Math.round(value(STAMINA)).toString()),
+            numberBox("speed, m/s", speed.toFixed(1)),
+            numberBox("effort", value(EFFORT).toFixed(2)),
             numberBox("recovery", value(RECOVERY).toFixed(2)),
             numberBox("view angle", `${store.widths[show * 22 + player]}°`),
-            numberBox("metres run", Math.round(figures.metres.at(show, player)).toString())];
+            numberBox("metres run", Math.round(figures.metres.at(show, player)).toString()),
+        ];
         if (Number.isFinite(capacity)) {
             boxes.push(numberBox("capacity", Math.round(capacity).toString()));
         }
         if (listens > 0) {
-            boxes.push(numberBox("listens to", `${listens <= 11 ? "left" : "right"} ${((listens - 1) % 11) + 1}`));
+            boxes.push(
+                numberBox(
+                    "listens to",
+                    `${listens <= 11 ? "left" : "right"} ${((listens - 1) % 11) + 1}`,
+                ),
+            );
         }
         return boxes;
     }
@@ -109,12 +152,14 @@ export class PlayersPane {
      */
     done(show, player) {
         const count = (/** @type {string} */ key) => this.state.figures.ofPlayer(key, player, show);
-        return [numberBox("goals", String(count("goals"))),
+        return [
+            numberBox("goals", String(count("goals"))),
             numberBox("shots (on target)", `${count("shots")} (${count("shotsOnTarget")})`),
             numberBox("passes arrived", `${count("passesArrived")} of ${count("passes")}`),
             numberBox("passes received", String(count("passesReceived"))),
             numberBox("interceptions", String(count("interceptions"))),
-            numberBox("dribbles", String(count("dribbles")))];
+            numberBox("dribbles", String(count("dribbles"))),
+        ];
     }
 
     /**
@@ -130,12 +175,25 @@ export class PlayersPane {
         const time = store.times[show];
         const stoppage = store.stoppages[show];
         const list = commands.last(team, (player % 11) + 1, time, stoppage, SHOWN_COMMANDS);
-        return make("ul", "commands", ...list.map((command) => {
-            const now = command.time === time && command.stoppage === stoppage;
-            return make("li", now ? "current" : "", make("span", "time",
-                command.stoppage > 0 ? `${command.time}+${command.stoppage}` : String(command.time)),
-            make("span", "", command.text));
-        }));
+        return make(
+            "ul",
+            "commands",
+            ...list.map((command) => {
+                const now = command.time === time && command.stoppage === stoppage;
+                return make(
+                    "li",
+                    now ? "current" : "",
+                    make(
+                        "span",
+                        "time",
+                        command.stoppage > 0
+                            ? `${command.time}+${command.stoppage}`
+                            : String(command.time),
+                    ),
+                    make("span", "", command.text),
+                );
+            }),
+        );
     }
 }
 

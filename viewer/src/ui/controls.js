@@ -9,9 +9,15 @@ import {showKeys} from "./keys.js";
 
 /** @type {readonly [Parameters<Actions["option"]>[0], string, string][]} */
 const SWITCHES = [
-    ["cones", "View cones", "C"], ["stamina", "Stamina rings", "R"], ["numbers", "Numbers", "U"],
-    ["marks", "Kicks and tackles", "M"], ["trail", "Ball trail", "T"], ["speed", "Ball speed", "V"],
-    ["offside", "Offside lines", "O"], ["beliefs", "Beliefs", "B"], ["trueSize", "True sizes", "X"],
+    ["cones", "View cones", "C"],
+    ["stamina", "Stamina rings", "R"],
+    ["numbers", "Numbers", "U"],
+    ["marks", "Kicks and tackles", "M"],
+    ["trail", "Ball trail", "T"],
+    ["speed", "Ball speed", "V"],
+    ["offside", "Offside lines", "O"],
+    ["beliefs", "Beliefs", "B"],
+    ["trueSize", "True sizes", "X"],
     ["interpolate", "Smooth movement", "I"],
 ];
 
@@ -46,14 +52,24 @@ export class Controls {
         const {actions} = this;
         /** @type {Record<string, () => void>} */
         const table = {
-            play: () => actions.toggle(), "step-back": () => actions.step(-1), "step-forward": () => actions.step(1),
-            "event-back": () => actions.event(-1), "event-next": () => actions.event(1),
-            "goal-back": () => actions.goal(-1), "goal-next": () => actions.goal(1),
-            "zoom-in": () => actions.zoom(1), "zoom-out": () => actions.zoom(-1),
-            "zoom-fit": () => actions.wholePitch(), skip: () => actions.skipStoppages(),
-            "go-live": () => actions.goLive(), picture: () => actions.picture(), theme: () => actions.theme(),
-            help: showKeys, view: () => this.openMenu(this.menu.hidden),
-            open: () => input("files").click(), "choose-file": () => input("files").click(),
+            play: () => actions.toggle(),
+            "step-back": () => actions.step(-1),
+            "step-forward": () => actions.step(1),
+            "event-back": () => actions.event(-1),
+            "event-next": () => actions.event(1),
+            "goal-back": () => actions.goal(-1),
+            "goal-next": () => actions.goal(1),
+            "zoom-in": () => actions.zoom(1),
+            "zoom-out": () => actions.zoom(-1),
+            "zoom-fit": () => actions.wholePitch(),
+            skip: () => actions.skipStoppages(),
+            "go-live": () => actions.goLive(),
+            picture: () => actions.picture(),
+            theme: () => actions.theme(),
+            help: showKeys,
+            view: () => this.openMenu(this.menu.hidden),
+            open: () => input("files").click(),
+            "choose-file": () => input("files").click(),
         };
         for (const [id, action] of Object.entries(table)) {
             button(id).addEventListener("click", action);
@@ -117,14 +133,23 @@ export class Controls {
     updateFollow() {
         const {store, playback, follow} = this.state;
         const names = store.teamNames(playback.show);
-        const players = Array.from({length: 22}, (_, player) => player)
-            .filter((player) => this.state.hasMatch && store.onField(playback.show, player));
+        const players = Array.from({length: 22}, (_, player) => player).filter(
+            (player) => this.state.hasMatch && store.onField(playback.show, player),
+        );
         const key = [...names, ...players].join("\n");
         if (key !== this.followKey) {
             this.followKey = key;
-            this.follow.replaceChildren(new Option("nobody", "none"), new Option("the ball", "ball"),
-                ...players.map((player) => new Option(`${names[player < 11 ? 0 : 1]} ${(player % 11) + 1}`,
-                    String(player))));
+            this.follow.replaceChildren(
+                new Option("nobody", "none"),
+                new Option("the ball", "ball"),
+                ...players.map(
+                    (player) =>
+                        new Option(
+                            `${names[player < 11 ? 0 : 1]} ${(player % 11) + 1}`,
+                            String(player),
+                        ),
+                ),
+            );
         }
         if (this.follow.value !== String(follow)) {
             this.follow.value = String(follow);

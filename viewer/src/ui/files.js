@@ -7,7 +7,9 @@ import {State} from "../state.js";
 import {byId, button, dialog, input} from "./dom.js";
 
 /** @typedef {{name: string, blob: Blob}} Named */
-/** @typedef {{report: (text: string) => void, restart: (name: string) => void, loaded: () => void}} Page */
+/**
+ * @typedef {{report: (text: string) => void, restart: (name: string) => void, loaded: () => void}} Page
+ */
 
 /** A folder with more files than this is not a match's. */
 const MOST_FILES = 200;
@@ -31,7 +33,10 @@ export class Files {
         /** Counts what was opened: a log that is still being read stops when another is opened. */
         this.opened = 0;
         input("files").addEventListener("change", () => {
-            const files = [...(input("files").files ?? [])].map((file) => ({name: file.name, blob: file}));
+            const files = [...(input("files").files ?? [])].map((file) => ({
+                name: file.name,
+                blob: file,
+            }));
             input("files").value = "";
             this.open(files);
         });
@@ -62,7 +67,10 @@ export class Files {
             const name = source.name ?? "match.rcg";
             const files = [{name, blob: fromBase64(source.rcg ?? "")}];
             if (source.rcl) {
-                files.push({name: name.replace(/\.rcg(\.gz)?$/, "") + ".rcl", blob: fromBase64(source.rcl)});
+                files.push({
+                    name: name.replace(/\.rcg(\.gz)?$/, "") + ".rcl",
+                    blob: fromBase64(source.rcl),
+                });
             }
             for (const plan of source.plans ?? []) {
                 files.push({name: plan.name, blob: fromBase64(plan.text)});
@@ -83,7 +91,7 @@ export class Files {
             kinds[kind].push(file);
         }
         const log = kinds["game log"][0];
-        if (log && !await this.openGameLog(log)) {
+        if (log && !(await this.openGameLog(log))) {
             return;
         }
         const text = kinds["text log"][0];
@@ -92,7 +100,9 @@ export class Files {
         }
         await this.openPlans(kinds["plan log"]);
         if (!log && !text && kinds["plan log"].length === 0 && files.length > 0) {
-            this.page.report(`${files[0].name} is no game log: it does not begin with ULG4, ULG5 or ULG6.`);
+            this.page.report(
+                `${files[0].name} is no game log: it does not begin with ULG4, ULG5 or ULG6.`,
+            );
         }
         this.state.changed();
     }
@@ -137,11 +147,15 @@ export class Files {
         if (store.length === 0) {
             faults.push("it has no step of a match to show");
         } else if (!complete) {
-            faults.push(`the file is cut off; it is shown up to cycle ${store.times[store.length - 1]}`);
+            faults.push(
+                `the file is cut off; it is shown up to cycle ${store.times[store.length - 1]}`,
+            );
         }
         if (reader.badRecords > 0) {
-            const count = reader.badRecords === 1 ? "1 record that cannot be read is"
-                : `${reader.badRecords} records that cannot be read are`;
+            const count =
+                reader.badRecords === 1
+                    ? "1 record that cannot be read is"
+                    : `${reader.badRecords} records that cannot be read are`;
             faults.push(`${count} left out (${reader.firstBad})`);
         }
         if (reader.full) {
@@ -160,10 +174,16 @@ export class Files {
             const plan = planFileOf(file.name);
             const side = plan && plan.side >= 0 ? plan.side : asked;
             if (plan && side >= 0) {
-                this.state.plans.load(side * 11 + plan.unum - 1, plan.beliefs, await readAll(file.blob));
+                this.state.plans.load(
+                    side * 11 + plan.unum - 1,
+                    plan.beliefs,
+                    await readAll(file.blob),
+                );
             } else if (!plan) {
-                this.page.report(`${file.name} has plan records, but its name does not tell the player: ` +
-                    "name it player7.log or beliefs7.log.");
+                this.page.report(
+                    `${file.name} has plan records, but its name does not tell the player: ` +
+                        "name it player7.log or beliefs7.log.",
+                );
             }
         }
     }
@@ -177,8 +197,14 @@ function askSide() {
     const box = dialog("ask-side");
     return new Promise((resolve) => {
         let side = -1;
-        button("ask-left").onclick = () => { side = 0; box.close(); };
-        button("ask-right").onclick = () => { side = 1; box.close(); };
+        button("ask-left").onclick = () => {
+            side = 0;
+            box.close();
+        };
+        button("ask-right").onclick = () => {
+            side = 1;
+            box.close();
+        };
         button("ask-cancel").onclick = () => box.close();
         box.addEventListener("close", () => resolve(side), {once: true});
         box.showModal();
@@ -217,7 +243,8 @@ async function collect(entry, files) {
     }
     if (entry.isFile) {
         const file = await new Promise((resolve, reject) =>
-            /** @type {FileSystemFileEntry} */ (entry).file(resolve, reject));
+            /** @type {FileSystemFileEntry} */ (entry).file(resolve, reject),
+        );
         files.push({name: entry.fullPath.replace(/^\//, ""), blob: /** @type {File} */ (file)});
         return;
     }

@@ -1,4 +1,7 @@
-/** Mouse, touch and pen on the pitch: choose, pan, zoom, pinch; live, put things down and move players. */
+/**
+ * Mouse, touch and pen on the pitch: choose, pan, zoom, pinch; live, put things down and move
+ * players.
+ */
 
 import {State} from "../state.js";
 import {Stage} from "../view/stage.js";

@@ -15,12 +15,21 @@ const MOVE_EVERY_MS = 100;
 /** The browser tries again by itself, but not after every kind of failure. */
 const RETRY_MS = 1000;
 
-const HINTS = {drop_ball: "Click where the ball is to drop", free_left: "Click where the left team's free kick is",
-    free_right: "Click where the right team's free kick is", move: "Drag a player to its new place", "": ""};
+const HINTS = {
+    drop_ball: "Click where the ball is to drop",
+    free_left: "Click where the left team's free kick is",
+    free_right: "Click where the right team's free kick is",
+    move: "Drag a player to its new place",
+    "": "",
+};
 
 /** @type {readonly [string, Tool][]} */
-const TOOLS = [["live-drop-ball", "drop_ball"], ["live-free-left", "free_left"], ["live-free-right", "free_right"],
-    ["live-move", "move"]];
+const TOOLS = [
+    ["live-drop-ball", "drop_ball"],
+    ["live-free-left", "free_left"],
+    ["live-free-right", "free_right"],
+    ["live-move", "move"],
+];
 
 export class Live {
     /**
@@ -71,7 +80,9 @@ export class Live {
         });
     }
 
-    /** Forgets the match; who was chosen and followed stays, as the next match has the same numbers. */
+    /**
+     * Forgets the match; who was chosen and followed stays, as the next match has the same numbers.
+     */
     begin() {
         const {chosen, follow} = this.state;
         const kept = [...chosen];
@@ -103,9 +114,12 @@ export class Live {
     takeStatus(text) {
         try {
             const {server, host, port, version} = JSON.parse(text);
-            setText(byId("live-status"), server === "connected"
-                ? `Connected to ${host}:${port}, monitor version ${version}`
-                : `Waiting for a server at ${host}:${port}`);
+            setText(
+                byId("live-status"),
+                server === "connected"
+                    ? `Connected to ${host}:${port}, monitor version ${version}`
+                    : `Waiting for a server at ${host}:${port}`,
+            );
         } catch {
             setText(byId("live-status"), "The bridge sent a status that cannot be read.");
         }
@@ -128,10 +142,15 @@ export class Live {
             return;
         }
         try {
-            const answer = await fetch(this.source.commands, {method: "POST", body: JSON.stringify(command),
-                headers: {"Content-Type": "application/json", "X-Token": this.source.token}});
+            const answer = await fetch(this.source.commands, {
+                method: "POST",
+                body: JSON.stringify(command),
+                headers: {"Content-Type": "application/json", "X-Token": this.source.token},
+            });
             if (!answer.ok) {
-                this.page.report((await answer.text()).slice(0, 300) || `The bridge refused (${answer.status}).`);
+                this.page.report(
+                    (await answer.text()).slice(0, 300) || `The bridge refused (${answer.status}).`,
+                );
             }
         } catch {
             this.page.report("The command did not arrive: the bridge does not answer.");
@@ -149,8 +168,11 @@ export class Live {
                 if (tool === "" || tool === "move") {
                     return false;
                 }
-                this.send(tool === "drop_ball" ? {command: tool, x, y}
-                    : {command: "free_kick", side: tool === "free_left" ? "l" : "r", x, y});
+                this.send(
+                    tool === "drop_ball"
+                        ? {command: tool, x, y}
+                        : {command: "free_kick", side: tool === "free_left" ? "l" : "r", x, y},
+                );
                 this.take("");
                 return true;
             },
@@ -172,7 +194,13 @@ export class Live {
         }
         this.lastMove = now;
         const {store, playback} = this.state;
-        this.send({command: "move_player", side: player < 11 ? "l" : "r", unum: (player % 11) + 1, x, y,
-            angle: Math.round(store.player(playback.last, player, BODY))});
+        this.send({
+            command: "move_player",
+            side: player < 11 ? "l" : "r",
+            unum: (player % 11) + 1,
+            x,
+            y,
+            angle: Math.round(store.player(playback.last, player, BODY)),
+        });
     }
 }

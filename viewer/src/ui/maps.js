@@ -9,12 +9,23 @@ export class MapsPane {
     /** @param {State} state */
     constructor(state) {
         this.state = state;
-        /** @type {{map: "heat" | "passes", whose: typeof WHOSE[number], box: HTMLInputElement, text: HTMLElement}[]} */
+        /**
+         * @type {{map: "heat" | "passes", whose: typeof WHOSE[number], box: HTMLInputElement, text:
+         *     HTMLElement}[]}
+         */
         this.choices = [];
         this.passes = make("p", "quiet");
-        byId("pane-maps").append(this.makeGroup("heat", "Heat map"), this.makeGroup("passes", "Passes"),
-            this.passes, make("p", "quiet", "Both grow with the match, up to the present cycle. Full arrows are " +
-                "passes that reached a team-mate, dashed ones were lost; the last 60 are drawn."));
+        byId("pane-maps").append(
+            this.makeGroup("heat", "Heat map"),
+            this.makeGroup("passes", "Passes"),
+            this.passes,
+            make(
+                "p",
+                "quiet",
+                "Both grow with the match, up to the present cycle. Full arrows are " +
+                    "passes that arrived, dashed ones were lost; the last 60 are drawn.",
+            ),
+        );
     }
 
     /**
@@ -46,8 +57,12 @@ export class MapsPane {
             return;
         }
         const names = store.teamNames(show);
-        const texts = {off: "nobody", left: names[0], right: names[1],
-            chosen: chosen.size > 0 ? "the chosen players" : "the chosen players (none yet)"};
+        const texts = {
+            off: "nobody",
+            left: names[0],
+            right: names[1],
+            chosen: chosen.size > 0 ? "the chosen players" : "the chosen players (none yet)",
+        };
         for (const {map, whose, box, text} of this.choices) {
             box.checked = options[map] === whose;
             text.textContent = texts[whose];

@@ -1,5 +1,6 @@
 /** The panel beside the pitch: tabs, the figures of both teams, and the list of events. */
 
+import {tableOf} from "../match/table.js";
 import {State} from "../state.js";
 import {byId, button, make, setAttribute, setText} from "./dom.js";
 
@@ -55,7 +56,7 @@ export class FiguresPane {
 
     /** @param {number} show */
     update(show) {
-        const rows = this.state.hasMatch ? this.state.figures.table(show) : [];
+        const rows = this.state.hasMatch ? tableOf(this.state.figures, show) : [];
         if (rows.length !== this.rows.length) {
             this.makeRows(rows.map((row) => row.label));
         }
@@ -66,15 +67,31 @@ export class FiguresPane {
             bars[0].style.flexGrow = String(Math.max(row.share, 0.004));
             bars[1].style.flexGrow = String(Math.max(1 - row.share, 0.004));
         });
-        setText(byId("result"), this.state.store.result ? `Result record: ${this.state.store.result}` : "");
+        setText(
+            byId("result"),
+            this.state.store.result ? `Result record: ${this.state.store.result}` : "",
+        );
     }
 
     /** @param {string[]} labels */
     makeRows(labels) {
-        this.rows = labels.map(() => ({left: make("span", "value"), right: make("span", "value"),
-            bars: [make("i", ""), make("i", "")]}));
-        this.pane.replaceChildren(...this.rows.map(({left, right, bars}, index) =>
-            make("div", "figure", left, make("span", "label", labels[index]), right, make("div", "bar", ...bars))));
+        this.rows = labels.map(() => ({
+            left: make("span", "value"),
+            right: make("span", "value"),
+            bars: [make("i", ""), make("i", "")],
+        }));
+        this.pane.replaceChildren(
+            ...this.rows.map(({left, right, bars}, index) =>
+                make(
+                    "div",
+                    "figure",
+                    left,
+                    make("span", "label", labels[index]),
+                    right,
+                    make("div", "bar", ...bars),
+                ),
+            ),
+        );
     }
 }
 
@@ -104,8 +121,12 @@ export class EventsPane {
         }
         for (; this.made < Math.min(marks.all.length, MOST_EVENTS); this.made += 1) {
             const mark = marks.all[this.made];
-            const element = make("button", mark.kind, make("span", "time", String(store.times[mark.show])),
-                make("span", "", mark.text));
+            const element = make(
+                "button",
+                mark.kind,
+                make("span", "time", String(store.times[mark.show])),
+                make("span", "", mark.text),
+            );
             element.addEventListener("click", () => this.seek(mark.show));
             this.list.append(make("li", "", element));
         }
@@ -114,7 +135,11 @@ export class EventsPane {
             current += 1;
         }
         for (const [index, item] of [...this.list.children].entries()) {
-            setAttribute(/** @type {Element} */ (item.firstElementChild), "aria-current", String(index === current));
+            setAttribute(
+                /** @type {Element} */ (item.firstElementChild),
+                "aria-current",
+                String(index === current),
+            );
         }
     }
 }

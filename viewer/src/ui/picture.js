@@ -34,11 +34,20 @@ export function picture(state, stage) {
     context.textBaseline = "middle";
     context.textAlign = "center";
     context.font = `600 ${17 * density}px system-ui, sans-serif`;
-    context.fillText(`${names[0]}  ${scoreText(state, show)}  ${names[1]}`, canvas.width / 2, head * 0.33,
-        canvas.width * 0.95);
+    context.fillText(
+        `${names[0]}  ${scoreText(state, show)}  ${names[1]}`,
+        canvas.width / 2,
+        head * 0.33,
+        canvas.width * 0.95,
+    );
     context.font = `${12 * density}px system-ui, sans-serif`;
-    context.fillText(`${modeText(store.modes[show], names)} · ${cycleText(state, show)} · ` +
-        clockText(store.times[show], store.stepMs()), canvas.width / 2, head * 0.77, canvas.width * 0.95);
+    context.fillText(
+        `${modeText(store.modes[show], names)} · ${cycleText(state, show)} · ` +
+            clockText(store.times[show], store.stepMs()),
+        canvas.width / 2,
+        head * 0.77,
+        canvas.width * 0.95,
+    );
     return canvas;
 }
 
@@ -51,7 +60,9 @@ export function savePicture(state, stage) {
         return;
     }
     const {store, playback} = state;
-    const names = store.teamNames(playback.show).map((name) => name.replace(/[^\p{L}\p{N}_.-]/gu, "_"));
+    const names = store
+        .teamNames(playback.show)
+        .map((name) => name.replace(/[^\p{L}\p{N}_.-]/gu, "_"));
     picture(state, stage).toBlob((blob) => {
         if (!blob) {
             return;

@@ -33,7 +33,8 @@ export class Plot {
         const {context, width, height} = fit;
         const last = Math.max(1, this.state.playback.last);
         const x = (/** @type {number} */ at) => LEFT + (at / last) * (width - LEFT - RIGHT);
-        const y = (/** @type {number} */ share) => height - BOTTOM - share * (height - BOTTOM - TOP);
+        const y = (/** @type {number} */ share) =>
+            height - BOTTOM - share * (height - BOTTOM - TOP);
         this.drawAxes(context, width, height, y);
         context.save();
         this.drawPossession(context, show, x, y);
@@ -43,8 +44,11 @@ export class Plot {
         context.fillRect(x(show) - 0.75, TOP - 4, 1.5, height - BOTTOM - TOP + 4);
         const names = this.state.store.teamNames(show);
         const share = Math.round(this.state.figures.possessionShare(show) * 100);
-        setAttribute(this.canvas, "aria-label", `Possession over time: now ${names[0]} ${share} %, ` +
-            `${names[1]} ${100 - share} %`);
+        setAttribute(
+            this.canvas,
+            "aria-label",
+            `Possession over time: now ${names[0]} ${share} %, ` + `${names[1]} ${100 - share} %`,
+        );
     }
 
     /**
@@ -89,7 +93,10 @@ export class Plot {
             points.push(at);
         }
         points.push(show);
-        for (const [edge, colour] of /** @type {const} */ ([[0, "--left"], [1, "--right"]])) {
+        for (const [edge, colour] of /** @type {const} */ ([
+            [0, "--left"],
+            [1, "--right"],
+        ])) {
             context.fillStyle = styleValue(colour);
             context.globalAlpha = 0.55;
             context.beginPath();
@@ -124,7 +131,11 @@ export class Plot {
             context.stroke();
             context.fillStyle = styleValue("--ink");
             const {scores} = this.state.store;
-            context.fillText(`${scores[mark.show * 2]}:${scores[mark.show * 2 + 1]}`, x(mark.show), y(0.5) + 4);
+            context.fillText(
+                `${scores[mark.show * 2]}:${scores[mark.show * 2 + 1]}`,
+                x(mark.show),
+                y(0.5) + 4,
+            );
         }
     }
 }

@@ -7,7 +7,10 @@ import {cycleText} from "./board.js";
 
 /** @typedef {import("../match/marks.js").Mark} Mark */
 
-/** Goals, halves and chapters become buttons; there may be this many before they would crowd each other out. */
+/**
+ * Goals, halves and chapters become buttons; there may be this many before they would crowd each
+ * other out.
+ */
 const MOST_BUTTONS = 60;
 
 /** A tip names a mark that is this near, in pixels. */
@@ -35,7 +38,9 @@ export class Timeline {
         this.slider.addEventListener("input", () => seek(Number(this.slider.value)));
         const line = byId("timeline");
         line.addEventListener("pointermove", (event) => this.showTip(event));
-        line.addEventListener("pointerleave", () => { this.tip.hidden = true; });
+        line.addEventListener("pointerleave", () => {
+            this.tip.hidden = true;
+        });
     }
 
     /** @param {number} show */
@@ -49,11 +54,20 @@ export class Timeline {
             slider.value = String(show);
         }
         if (state.hasMatch) {
-            setAttribute(slider, "aria-valuetext",
-                `${cycleText(state, show)}, ${modeText(state.store.modes[show], state.store.teamNames(show))}`);
+            setAttribute(
+                slider,
+                "aria-valuetext",
+                `${cycleText(state, show)}, ${this.mode(show)}`,
+            );
         }
         this.drawTicks(show);
         this.placeButtons();
+    }
+
+    /** @param {number} show */
+    mode(show) {
+        const {store} = this.state;
+        return modeText(store.modes[show], store.teamNames(show));
     }
 
     /** @param {number} show */
@@ -84,7 +98,8 @@ export class Timeline {
 
     /** The marks that can be clicked are made anew only when there are others. */
     placeButtons() {
-        const marks = this.state.marks.all.filter((mark) => ["goal", "half", "chapter"].includes(mark.kind))
+        const marks = this.state.marks.all
+            .filter((mark) => ["goal", "half", "chapter"].includes(mark.kind))
             .slice(0, MOST_BUTTONS);
         const key = `${this.state.playback.last} ${marks.length} ${this.state.name}`;
         if (key === this.drawn) {
@@ -98,7 +113,8 @@ export class Timeline {
     makeButton(mark) {
         const element = make("button", `${mark.kind} ${mark.side === 1 ? "right" : "left"}`);
         if (mark.kind !== "goal") {
-            element.textContent = mark.kind === "chapter" ? mark.text : mark.text === "Full time" ? "" : "½";
+            element.textContent =
+                mark.kind === "chapter" ? mark.text : mark.text === "Full time" ? "" : "½";
         }
         const text = `${mark.text}, cycle ${this.state.store.times[mark.show]}`;
         element.title = text;
@@ -117,14 +133,16 @@ export class Timeline {
         const box = this.ticks.getBoundingClientRect();
         const x = Math.min(Math.max(event.clientX - box.left, 0), box.width);
         const show = Math.round((x / box.width) * state.playback.last);
-        const near = state.marks.all.filter((mark) => Math.abs(this.left(mark.show) * box.width - x) <= NEAR);
+        const near = state.marks.all.filter(
+            (mark) => Math.abs(this.left(mark.show) * box.width - x) <= NEAR,
+        );
         near.sort((one, two) => HEIGHTS[two.kind] - HEIGHTS[one.kind]);
         const mark = near[0];
-        this.tip.textContent = mark ? `${mark.text}, ${cycleText(state, mark.show).toLowerCase()}`
+        this.tip.textContent = mark
+            ? `${mark.text}, ${cycleText(state, mark.show).toLowerCase()}`
             : cycleText(state, show);
         this.tip.hidden = false;
         const half = this.tip.offsetWidth / 2;
         this.tip.style.left = `${Math.min(Math.max(x, half), box.width - half)}px`;
     }
 }
-

@@ -23,7 +23,8 @@ export function drawBall(scene) {
     }
     const x = camera.screenX(frame.ball.x);
     const y = camera.screenY(frame.ball.y);
-    const radius = options.trueSize ? Math.max(BALL_RADIUS * camera.scale, 2)
+    const radius = options.trueSize
+        ? Math.max(BALL_RADIUS * camera.scale, 2)
         : Math.max(BALL_RADIUS * camera.scale, LEAST_RADIUS);
     context.fillStyle = colours.ball;
     context.strokeStyle = "#000000";
@@ -96,8 +97,8 @@ function drawTrail({context, camera, store, frame, colours}) {
 }
 
 /**
- * Where offside begins for the attackers of a side: at the last defender but one, never behind the ball or
- * the middle line.
+ * Where offside begins for the attackers of a side: at the last defender but one, never behind the
+ * ball or the middle line.
  * @param {Store} store
  * @param {number} show
  * @param {number} side of the attackers
@@ -116,7 +117,9 @@ export function offsideX(store, show, side) {
             lastButOne = forward;
         }
     }
-    return direction * Math.min(HALF_LENGTH, Math.max(0, lastButOne, store.ball(show, X) * direction));
+    return (
+        direction * Math.min(HALF_LENGTH, Math.max(0, lastButOne, store.ball(show, X) * direction))
+    );
 }
 
 /** @param {Scene} scene */

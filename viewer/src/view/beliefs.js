@@ -60,8 +60,15 @@ function drawShape(scene, shape) {
         } else if (shape.kind === "rectangle") {
             context.rect(x, y, toX - x, toY - y);
         } else {
-            context.ellipse((x + toX) / 2, (y + toY) / 2, Math.abs(toX - x) / 2, Math.abs(toY - y) / 2,
-                0, 0, FULL);
+            context.ellipse(
+                (x + toX) / 2,
+                (y + toY) / 2,
+                Math.abs(toX - x) / 2,
+                Math.abs(toY - y) / 2,
+                0,
+                0,
+                FULL,
+            );
         }
     }
     context.stroke();
@@ -87,8 +94,10 @@ function drawBelief(scene, player, belief) {
         ghost(scene, x, y, radius + 1);
         context.beginPath();
         context.moveTo(x, y);
-        context.lineTo(x + 2 * radius * Math.cos(belief.self.body * DEGREE),
-            y + 2 * radius * Math.sin(belief.self.body * DEGREE));
+        context.lineTo(
+            x + 2 * radius * Math.cos(belief.self.body * DEGREE),
+            y + 2 * radius * Math.sin(belief.self.body * DEGREE),
+        );
         context.moveTo(camera.screenX(frame.x[player]), camera.screenY(frame.y[player]));
         context.lineTo(x, y);
         context.stroke();
@@ -98,7 +107,12 @@ function drawBelief(scene, player, belief) {
         drawBall(scene, belief.ball);
     }
     if (belief.case) {
-        label(scene, belief.case, camera.screenX(frame.x[player]), camera.screenY(frame.y[player]) - radius - 15);
+        label(
+            scene,
+            belief.case,
+            camera.screenX(frame.x[player]),
+            camera.screenY(frame.y[player]) - radius - 15,
+        );
     }
 }
 
@@ -127,8 +141,12 @@ function drawOther(scene, player, other, radius) {
     const own = player < 11 ? 0 : 1;
     const x = camera.screenX(other.x);
     const y = camera.screenY(other.y);
-    const colour = other.kind === "mate" ? colours.team[own]
-        : other.kind === "opponent" ? colours.team[1 - own] : colours.ink;
+    const colour =
+        other.kind === "mate"
+            ? colours.team[own]
+            : other.kind === "opponent"
+              ? colours.team[1 - own]
+              : colours.ink;
     context.save();
     context.setLineDash([]);
     context.globalAlpha = 0.45;

@@ -20,8 +20,10 @@ export class Camera {
 
     /** CSS pixels of a metre. */
     get scale() {
-        const fit = Math.min(this.width / (2 * (HALF_LENGTH + MARGIN_X)),
-            this.height / (2 * (HALF_WIDTH + MARGIN_Y)));
+        const fit = Math.min(
+            this.width / (2 * (HALF_LENGTH + MARGIN_X)),
+            this.height / (2 * (HALF_WIDTH + MARGIN_Y)),
+        );
         return fit * this.zoom;
     }
 
@@ -93,7 +95,10 @@ export class Camera {
         this.lookAt(0, 0);
     }
 
-    /** Never shows more beyond the pitch than the margin, where there is enough pitch to fill the screen. */
+    /**
+     * Never shows more beyond the pitch than the margin, where there is enough pitch to fill the
+     * screen.
+     */
     keepInside() {
         const roomX = Math.max(0, HALF_LENGTH + MARGIN_X - this.width / 2 / this.scale);
         const roomY = Math.max(0, HALF_WIDTH + MARGIN_Y - this.height / 2 / this.scale);

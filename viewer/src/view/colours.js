@@ -1,6 +1,6 @@
 /**
- * Colours of the canvas. Yellow against blue differ for every common kind of colour blindness, and differ in
- * lightness too; what a mark means is told by its form, never by its colour alone.
+ * Colours of the canvas. Yellow against blue differ for every common kind of colour blindness, and
+ * differ in lightness too; what a mark means is told by its form, never by its colour alone.
  */
 
 /**
@@ -21,16 +21,34 @@
 
 /** @type {Palette} */
 const LIGHT = {
-    around: "#3f7f55", grass: ["#4a8f60", "#4f9565"], line: "rgba(255,255,255,0.85)",
-    net: "rgba(255,255,255,0.35)", team: ["#ffd23f", "#1f4fd1"], keeper: ["#ff9f4a", "#7cc4ff"],
-    number: ["#2a2100", "#ffffff"], edge: "#10251a", ball: "#ffffff", ink: "#ffffff", accent: "#ff5fd2", drawing: "#a5f3ff",
+    around: "#3f7f55",
+    grass: ["#4a8f60", "#4f9565"],
+    line: "rgba(255,255,255,0.85)",
+    net: "rgba(255,255,255,0.35)",
+    team: ["#ffd23f", "#1f4fd1"],
+    keeper: ["#ff9f4a", "#7cc4ff"],
+    number: ["#2a2100", "#ffffff"],
+    edge: "#10251a",
+    ball: "#ffffff",
+    ink: "#ffffff",
+    accent: "#ff5fd2",
+    drawing: "#a5f3ff",
 };
 
 /** @type {Palette} */
 const DARK = {
-    around: "#13251b", grass: ["#193324", "#1c3828"], line: "rgba(222,240,228,0.6)",
-    net: "rgba(222,240,228,0.22)", team: ["#ffd23f", "#5b8cff"], keeper: ["#ff9f4a", "#9ad6ff"],
-    number: ["#2a2100", "#06122e"], edge: "#07110b", ball: "#ffffff", ink: "#eef7f1", accent: "#ff7adb", drawing: "#8be9fd",
+    around: "#13251b",
+    grass: ["#193324", "#1c3828"],
+    line: "rgba(222,240,228,0.6)",
+    net: "rgba(222,240,228,0.22)",
+    team: ["#ffd23f", "#5b8cff"],
+    keeper: ["#ff9f4a", "#9ad6ff"],
+    number: ["#2a2100", "#06122e"],
+    edge: "#07110b",
+    ball: "#ffffff",
+    ink: "#eef7f1",
+    accent: "#ff7adb",
+    drawing: "#8be9fd",
 };
 
 /** @param {boolean} dark */

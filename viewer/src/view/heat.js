@@ -12,7 +12,13 @@ const COLUMNS = (2 * HALF_LENGTH) / CELL;
 const ROWS = (2 * HALF_WIDTH) / CELL;
 
 /** From cold to hot; it also goes from dark to light, so that it reads without colour. */
-const RAMP = [[20, 11, 53, 0], [88, 16, 110, 130], [186, 54, 85, 175], [249, 142, 8, 205], [252, 255, 164, 225]];
+const RAMP = [
+    [20, 11, 53, 0],
+    [88, 16, 110, 130],
+    [186, 54, 85, 175],
+    [249, 142, 8, 205],
+    [252, 255, 164, 225],
+];
 
 /** Fewer shows than this in the fullest cell do not make it hot. */
 const LEAST_HOT = 4;
@@ -27,7 +33,11 @@ function spread(counts) {
         for (let column = 0; column < COLUMNS; column += 1) {
             let sum = 0;
             for (let y = Math.max(0, row - 1); y <= Math.min(ROWS - 1, row + 1); y += 1) {
-                for (let x = Math.max(0, column - 1); x <= Math.min(COLUMNS - 1, column + 1); x += 1) {
+                for (
+                    let x = Math.max(0, column - 1);
+                    x <= Math.min(COLUMNS - 1, column + 1);
+                    x += 1
+                ) {
                     sum += counts[y * COLUMNS + x];
                 }
             }
@@ -69,7 +79,10 @@ export class HeatMap {
             }
             for (const player of players) {
                 if (store.onField(this.upTo, player)) {
-                    this.add(store.player(this.upTo, player, X), store.player(this.upTo, player, Y));
+                    this.add(
+                        store.player(this.upTo, player, X),
+                        store.player(this.upTo, player, Y),
+                    );
                 }
             }
         }
@@ -87,7 +100,10 @@ export class HeatMap {
         }
     }
 
-    /** Colours the cells by the square root of their share of the fullest, which keeps rare places visible. */
+    /**
+     * Colours the cells by the square root of their share of the fullest, which keeps rare places
+     * visible.
+     */
     paint() {
         const context = this.canvas.getContext("2d");
         if (!context || this.drawnUpTo === this.upTo) {
@@ -101,7 +117,8 @@ export class HeatMap {
             const heat = Math.sqrt(smooth[cell] / most) * (RAMP.length - 1);
             const step = Math.min(Math.floor(heat), RAMP.length - 2);
             for (let channel = 0; channel < 4; channel += 1) {
-                image.data[cell * 4 + channel] = RAMP[step][channel] +
+                image.data[cell * 4 + channel] =
+                    RAMP[step][channel] +
                     (RAMP[step + 1][channel] - RAMP[step][channel]) * (heat - step);
             }
         }
@@ -113,8 +130,13 @@ export class HeatMap {
         this.paint();
         context.imageSmoothingEnabled = true;
         context.imageSmoothingQuality = "high";
-        context.drawImage(this.canvas, camera.screenX(-HALF_LENGTH), camera.screenY(-HALF_WIDTH),
-            2 * HALF_LENGTH * camera.scale, 2 * HALF_WIDTH * camera.scale);
+        context.drawImage(
+            this.canvas,
+            camera.screenX(-HALF_LENGTH),
+            camera.screenY(-HALF_WIDTH),
+            2 * HALF_LENGTH * camera.scale,
+            2 * HALF_WIDTH * camera.scale,
+        );
     }
 }
 

@@ -34,7 +34,10 @@ export function drawPasses({context, camera, colours}, passes, players) {
         context.beginPath();
         for (const side of [-1, 1]) {
             context.moveTo(toX, toY);
-            context.lineTo(toX - HEAD * Math.cos(angle + side * 0.45), toY - HEAD * Math.sin(angle + side * 0.45));
+            context.lineTo(
+                toX - HEAD * Math.cos(angle + side * 0.45),
+                toY - HEAD * Math.sin(angle + side * 0.45),
+            );
         }
         context.stroke();
     }

@@ -101,7 +101,7 @@ function drawPenaltyArc(context, side) {
 function drawCorner(context, side, top) {
     const x = (side * LENGTH) / 2;
     const y = (top * WIDTH) / 2;
-    const start = side < 0 ? (top < 0 ? 0 : -Math.PI / 2) : (top < 0 ? Math.PI / 2 : Math.PI);
+    const start = side < 0 ? (top < 0 ? 0 : -Math.PI / 2) : top < 0 ? Math.PI / 2 : Math.PI;
     context.moveTo(x + CORNER * Math.cos(start), y + CORNER * Math.sin(start));
     context.arc(x, y, CORNER, start, start + Math.PI / 2);
 }

@@ -1,12 +1,13 @@
-/** The players: discs with number, body, gaze, view cone, stamina, cards and marks of what they just did. */
+/**
+ * The players: discs with number, body, gaze, view cone, stamina, cards and marks of what they just
+ * did.
+ */
 
-import {
-    BALL_COLLISION, CATCH, CATCH_FAILED, GOALIE, KICK, KICK_FAILED, NECK, PLAYERS, PLAYER_COLLISION,
-    POINT_X, POINT_Y, POST_COLLISION, RED, STAMINA, Store, TACKLE, TACKLE_FAILED, YELLOW,
-} from "../log/store.js";
+import {GOALIE, PLAYERS, POINT_X, POINT_Y, RED, STAMINA, Store, YELLOW} from "../log/store.js";
 import {Frame} from "../match/frame.js";
 import {Camera} from "./camera.js";
 import {numberColour, playerColour} from "./colours.js";
+import {drawDeeds} from "./deeds.js";
 
 /** @typedef {import("./colours.js").Palette} Palette */
 /** @typedef {import("../state.js").Options} Options */
@@ -27,8 +28,8 @@ const FULL = 2 * Math.PI;
 const PLAYER_RADIUS = 0.3;
 
 /**
- * A disc is larger than to scale, so that it can be read: metres, but no more CSS pixels than the cap, which grows a
- * little with the scale.
+ * A disc is larger than to scale, so that it can be read: metres, but no more CSS pixels than the
+ * cap, which grows a little with the scale.
  */
 const READABLE_RADIUS = 1.15;
 const SMALLEST_CAP = 13;
@@ -46,8 +47,6 @@ const NOSE_ANGLE = 0.6;
 const CONE_LENGTH = 18;
 const CHOSEN_CONE_LENGTH = 40;
 
-/** A mark is seen for this many shows. */
-const MARK_SHOWS = 4;
 const TIRED = 0.35;
 
 /**
@@ -57,9 +56,13 @@ const TIRED = 0.35;
  */
 export function discRadius(camera, trueSize) {
     const real = PLAYER_RADIUS * camera.scale;
-    return trueSize ? Math.max(real, 2)
-        : Math.max(real, LEAST_RADIUS, Math.min(READABLE_RADIUS * camera.scale,
-            SMALLEST_CAP + CAP_GROWTH * camera.scale));
+    return trueSize
+        ? Math.max(real, 2)
+        : Math.max(
+              real,
+              LEAST_RADIUS,
+              Math.min(READABLE_RADIUS * camera.scale, SMALLEST_CAP + CAP_GROWTH * camera.scale),
+          );
 }
 
 /** @param {Scene} scene */
@@ -111,7 +114,7 @@ function drawPlayer(scene, player, radius) {
     const x = camera.screenX(frame.x[player]);
     const y = camera.screenY(frame.y[player]);
     if (options.marks) {
-        drawMarks(scene, player, x, y, radius);
+        drawDeeds(scene, player, x, y, radius);
     }
     const body = frame.body[player] * DEGREE;
     context.fillStyle = playerColour(colours, side, goalie);
@@ -218,7 +221,7 @@ function drawCards({context, store, frame, colours}, player, x, y, radius) {
 function drawPointing({context, store, frame, camera, colours}, player, x, y) {
     const pointX = store.player(frame.show, player, POINT_X);
     const pointY = store.player(frame.show, player, POINT_Y);
-    if (!Number.isFinite(pointX) || !Number.isFinite(store.player(frame.show, player, NECK))) {
+    if (!Number.isFinite(pointX)) {
         return;
     }
     context.strokeStyle = colours.ink;
@@ -229,84 +232,4 @@ function drawPointing({context, store, frame, camera, colours}, player, x, y) {
     context.lineTo(camera.screenX(pointX), camera.screenY(pointY));
     context.stroke();
     context.setLineDash([]);
-}
-
-/**
- * What the player did in the last shows, fading: each kind has a form of its own.
- * @param {Scene} scene
- * @param {number} player
- * @param {number} x
- * @param {number} y
- * @param {number} radius
- */
-function drawMarks({context, store, frame, colours}, player, x, y, radius) {
-    for (let age = 0; age < MARK_SHOWS && frame.show - age >= 0; age += 1) {
-        const state = store.state(frame.show - age, player);
-        const forms = markForms(state);
-        if (forms.length === 0) {
-            continue;
-        }
-        const growth = radius * (1.5 + 0.25 * (age + frame.part));
-        context.globalAlpha = Math.max(0, 1 - (age + frame.part) / MARK_SHOWS);
-        context.strokeStyle = colours.ink;
-        context.lineWidth = 2.2;
-        for (const form of forms) {
-            context.beginPath();
-            markPath(context, form, x, y, growth);
-            context.stroke();
-        }
-        context.globalAlpha = 1;
-        return;
-    }
-}
-
-/** @typedef {"ring" | "cross" | "square" | "diamond" | "rays"} Form */
-
-/**
- * Kick: ring; catch: square; tackle: diamond; collision: rays; a failure adds a cross.
- * @param {number} state
- * @returns {Form[]}
- */
-export function markForms(state) {
-    /** @type {[number, Form][]} */
-    const table = [
-        [KICK, "ring"],
-        [CATCH | CATCH_FAILED, "square"],
-        [TACKLE | TACKLE_FAILED, "diamond"],
-        [BALL_COLLISION | PLAYER_COLLISION | POST_COLLISION, "rays"],
-        [KICK_FAILED | CATCH_FAILED | TACKLE_FAILED, "cross"],
-    ];
-    return table.filter(([bits]) => state & bits).map(([, form]) => form);
-}
-
-/**
- * @param {CanvasRenderingContext2D} context
- * @param {Form} form
- * @param {number} x
- * @param {number} y
- * @param {number} size
- */
-function markPath(context, form, x, y, size) {
-    if (form === "ring") {
-        context.arc(x, y, size, 0, FULL);
-    } else if (form === "square") {
-        context.rect(x - size, y - size, 2 * size, 2 * size);
-    } else if (form === "diamond") {
-        context.moveTo(x, y - size * 1.3);
-        context.lineTo(x + size * 1.3, y);
-        context.lineTo(x, y + size * 1.3);
-        context.lineTo(x - size * 1.3, y);
-        context.closePath();
-    } else if (form === "cross") {
-        context.moveTo(x - size, y - size);
-        context.lineTo(x + size, y + size);
-        context.moveTo(x + size, y - size);
-        context.lineTo(x - size, y + size);
-    } else {
-        for (let ray = 0; ray < 8; ray += 1) {
-            const [c, s] = [Math.cos((ray * FULL) / 8), Math.sin((ray * FULL) / 8)];
-            context.moveTo(x + c * size, y + s * size);
-            context.lineTo(x + c * size * 1.35, y + s * size * 1.35);
-        }
-    }
 }

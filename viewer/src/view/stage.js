@@ -88,7 +88,11 @@ export class Stage {
             drawOffside(scene);
         }
         if (options.passes !== "off") {
-            drawPasses(scene, state.figures.passesUpTo(frame.show), mappedPlayers(options.passes, chosen));
+            drawPasses(
+                scene,
+                state.figures.passesUpTo(frame.show),
+                mappedPlayers(options.passes, chosen),
+            );
         }
         drawPlayers(scene);
         drawBall(scene);
@@ -113,8 +117,10 @@ export class Stage {
         let nearest = -1;
         let least = discRadius(camera, options.trueSize) + 8;
         for (let player = 0; player < this.frame.x.length; player += 1) {
-            const distance = Math.hypot(camera.screenX(this.frame.x[player]) - x,
-                camera.screenY(this.frame.y[player]) - y);
+            const distance = Math.hypot(
+                camera.screenX(this.frame.x[player]) - x,
+                camera.screenY(this.frame.y[player]) - y,
+            );
             if (this.frame.onField[player] && distance < least) {
                 least = distance;
                 nearest = player;
