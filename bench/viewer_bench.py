@@ -13,15 +13,18 @@ import pathlib
 import statistics
 import sys
 import tempfile
+import time
 
 ROOT = pathlib.Path(__file__).resolve().parents[1]
 sys.path.insert(0, str(ROOT / "tests" / "viewer"))
 
-from made_logs import embed, long_log, packed  # noqa: E402
+from bridge import Bridge  # noqa: E402
+from made_logs import embed, long_log, match, packed, show  # noqa: E402
 from page import LOGS, Page, page_file  # noqa: E402
 
 SIZE = 20_000_000
 SEEKS = 40
+LIVE_STEPS = 60
 
 # Stamps the moment of the choice, and the first frame after it that shows a step.
 WATCH_FIRST_FRAME = """
@@ -45,6 +48,19 @@ slider.dispatchEvent(new Event("input"));
 const look = () => viewer.state().drawn === show
     ? done(performance.now() - start) : requestAnimationFrame(look);
 requestAnimationFrame(look);
+"""
+
+# The wall clock at which each step of a live match stood where it was sent to.
+STAMP_STEPS = """
+window.stamps = new Map();
+const look = () => {
+    const {position, shows} = viewer.state();
+    if (shows > 0 && position === shows - 1 && !stamps.has(shows)) {
+        stamps.set(shows, performance.timeOrigin + performance.now());
+    }
+    requestAnimationFrame(look);
+};
+look();
 """
 
 
@@ -109,6 +125,26 @@ def measure_open(page: Page, log: pathlib.Path) -> None:
     print(f"{'  of it with no match':44} {empty:8.1f} MB")
 
 
+def measure_live(page: Page) -> None:
+    """From the moment the bridge sends a step until the frame that shows it is drawn."""
+    bridge = Bridge()
+    bridge.send("log", match("(playmode 1 play_on)", "(team 1 Alpha Beta 0 0)").rstrip())
+    page.visit(bridge.address)
+    page.wait(lambda: page.js("return viewer.state().version === 5"), "the header")
+    page.js(STAMP_STEPS)
+    sent = []
+    for step in range(1, LIVE_STEPS + 1):
+        sent.append(time.time() * 1000)
+        bridge.send("log", show(step, (step / 10, 0)))
+        time.sleep(0.1)
+    page.wait(lambda: page.js("return stamps.size") == LIVE_STEPS, "the steps")
+    seen = page.js("return [...stamps.values()]")
+    bridge.close()
+    late = sorted(end - start for start, end in zip(sent, seen, strict=True))
+    report("a live step until it is seen, median", statistics.median(late), "ms", 50)
+    report("a live step until it is seen, 95 of 100", late[int(0.95 * len(late))], "ms", 50)
+
+
 def main() -> None:
     """Makes the logs and measures both, then the page with the log in it."""
     source = pathlib.Path(sys.argv[1]) if len(sys.argv) > 1 else LOGS / "standard_v5.rcg.gz"
@@ -135,6 +171,7 @@ def main() -> None:
             "ms",
             1500,
         )
+        measure_live(page)
 
 
 if __name__ == "__main__":

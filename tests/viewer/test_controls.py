@@ -299,7 +299,7 @@ class Controls(PageTest):
     def test_everything_has_a_name(self) -> None:
         unnamed = self.page.js("""
             const all = "button, select, input:not([hidden]), canvas:not([aria-hidden])";
-            const named = (e) => 
+            const named = (e) =>
                 e.getAttribute("aria-label") || e.textContent.trim() || e.closest("label");
             return [...document.querySelectorAll(all)].filter((e) => !named(e))
                 .map((e) => e.id || e.outerHTML);""")
