@@ -149,7 +149,7 @@ function drawOther(scene, player, other, radius) {
               : colours.ink;
     context.save();
     context.setLineDash([]);
-    context.globalAlpha = 0.45;
+    context.globalAlpha = 0.25;
     context.fillStyle = colours.edge;
     context.beginPath();
     context.arc(x, y, radius * 0.85, 0, FULL);
