@@ -82,7 +82,7 @@ class Broken(PageTest):
         lines = [line for line in whole.splitlines(keepends=True) if not line.startswith(b"(msg")][
             :60
         ]
-        for _ in range(25):
+        for _ in range(15):
             data = bytearray(b"".join(lines))
             for _ in range(chance.randrange(1, 60)):
                 place = chance.randrange(5, len(data))

@@ -17,7 +17,7 @@ const SEEN_BEFORE_PLAY = 5;
  * At the end of a live match a new step is reached in this time; it hides the jump and keeps what
  * is seen current.
  */
-const LIVE_GLIDE_MS = 40;
+const LIVE_GLIDE_MS = 25;
 
 export class Playback {
     /** @param {Store} store */
