@@ -127,6 +127,7 @@ Command readCommand(std::string_view body) {
         if (!members.allUsed()) return {{}, "the command has a member that it does not know"};
         return {std::move(datagram), {}};
     }
+    if (!members.wrong().empty()) return {{}, members.wrong()};
     return {{}, "there is no such command"};
 }
 
