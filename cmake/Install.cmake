@@ -4,6 +4,13 @@ include(GNUInstallDirs)
 set(SHARE ${CMAKE_INSTALL_DATADIR}/agent)
 
 install(TARGETS agent practice-server lossy-link match-stats check-conf)
+if(WATCH_BUILT)
+  # Another program is called watch on every machine.
+  install(PROGRAMS $<TARGET_FILE:watch> DESTINATION ${CMAKE_INSTALL_BINDIR} RENAME agent-watch)
+endif()
+if(TARGET viewer)
+  install(FILES ${CMAKE_BINARY_DIR}/viewer.html DESTINATION ${SHARE} OPTIONAL)
+endif()
 install(PROGRAMS play team DESTINATION ${SHARE})
 install(PROGRAMS scripts/python DESTINATION ${SHARE}/scripts)
 install(FILES scripts/common.sh DESTINATION ${SHARE}/scripts)
