@@ -8,10 +8,10 @@
 #include <string_view>
 #include <vector>
 
-#include "AllocationCount.h"
+#include "bench/AllocationCount.h"
 #include "parser/RCC_Parser.h"
-#include "support/AgentHarness.h"
-#include "support/Scenes.h"
+#include "tests/support/AgentHarness.h"
+#include "tests/support/Scenes.h"
 
 namespace {
 

@@ -1,5 +1,6 @@
 // Any text is a player.conf.
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -8,6 +9,7 @@
 #include <sstream>
 #include <string>
 
+#include "config/ConfProblems.h"
 #include "config/ConfigFile.h"
 #include "config/readConfFile.h"
 
@@ -29,7 +31,14 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     std::streambuf* const standardError = std::cerr.rdbuf(complaints.rdbuf());
     bool const traced = size % 2 == 1;
     bool const good = readConfFile(text, traced, traced);
+    auto const problems = findConfProblems(text);
     std::cerr.rdbuf(standardError);
+
+    bool const complained = !problems.empty() && problems.back().isError;
+    require(good != complained);
+    auto const lines = static_cast<int>(std::ranges::count(text, '\n')) + 1;
+    require(std::ranges::all_of(
+        problems, [=](ConfProblem const& p) { return p.line >= 1 && p.line <= lines; }));
 
     require(good || !complaints.str().empty());
     require(isPlain(ConfigFile::teamname) && isPlain(ConfigFile::serverHost));

@@ -180,7 +180,8 @@ public:
 
     // --- Player types ---
 
-    /// In the order of arrival. The server sends 18; a peer that goes on sending fills no memory.
+    /// In the order of arrival. The server sends 18; the limit keeps a peer that goes on sending
+    /// from filling the memory.
     inline static std::vector<RCC_PlayerType> playerTypesV;
     static constexpr std::size_t MAX_PLAYER_TYPES = 64;
 

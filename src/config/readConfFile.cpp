@@ -1,51 +1,45 @@
 #include "config/readConfFile.h"
 
-#include "config/ConfigFile.h"
-
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <iostream>
-#include <string>
+#include <locale>
+#include <sstream>
 #include <system_error>
-#include <variant>
+
+#include "config/ConfigFile.h"
 
 namespace {
 
-/// The kind of the member is the kind of value that the keyword takes.
-struct Keyword {
-    std::string_view name;
-    std::variant<std::string*, int*, double*> member;
-};
-
 // No keyword is the beginning of another, so the first that fits is the longest.
 // clang-format off
-constexpr std::array<Keyword, 21> KEYWORDS{{
+constexpr std::array<ConfKeyword, 21> KEYWORDS{{
     {"teamname",                  &ConfigFile::teamname},
     {"serverHost",                &ConfigFile::serverHost},
-    {"serverPort",                &ConfigFile::serverPort},
-    {"noSeeFraction",             &ConfigFile::noSeeFraction},
-    {"firstHalfFraction",         &ConfigFile::firstHalfFraction},
-    {"lastHalfFraction",          &ConfigFile::lastHalfFraction},
-    {"angleWhenToTurn",           &ConfigFile::angleWhenToTurn},
-    {"dribbleKickPower",          &ConfigFile::dribbleKickPower},
-    {"stopBallPowerThr",          &ConfigFile::stopBallPowerThr},
-    {"positioningTolerance",      &ConfigFile::positioningTolerance},
-    {"dribbleAreaX",              &ConfigFile::dribbleAreaX},
-    {"passAreaX",                 &ConfigFile::passAreaX},
-    {"passEndSpeed",              &ConfigFile::passEndSpeed},
-    {"passMinDelay",              &ConfigFile::passMinDelay},
-    {"passScanDelay",             &ConfigFile::passScanDelay},
-    {"walkPower",                 &ConfigFile::walkPower},
-    {"stopBallAngleTolerance",    &ConfigFile::stopBallAngleTolerance},
-    {"stopBallVelocityThreshold", &ConfigFile::stopBallVelocityThreshold},
-    {"stopBallSectorFrom",        &ConfigFile::stopBallSectorFrom},
-    {"stopBallSectorTo",          &ConfigFile::stopBallSectorTo},
+    {"serverPort",                &ConfigFile::serverPort, 1, 65535},
+    {"noSeeFraction",             &ConfigFile::noSeeFraction, 0, 1},
+    {"firstHalfFraction",         &ConfigFile::firstHalfFraction, 0, 1},
+    {"lastHalfFraction",          &ConfigFile::lastHalfFraction, 0, 1},
+    {"angleWhenToTurn",           &ConfigFile::angleWhenToTurn, 0, 180},
+    {"dribbleKickPower",          &ConfigFile::dribbleKickPower, 0, 100},
+    {"stopBallPowerThr",          &ConfigFile::stopBallPowerThr, 0, 100},
+    {"positioningTolerance",      &ConfigFile::positioningTolerance, 0, 105},
+    {"dribbleAreaX",              &ConfigFile::dribbleAreaX, -52.5, 52.5},
+    {"passAreaX",                 &ConfigFile::passAreaX, -52.5, 52.5},
+    {"passEndSpeed",              &ConfigFile::passEndSpeed, 0, 3},
+    {"passMinDelay",              &ConfigFile::passMinDelay, 0, 200},
+    {"passScanDelay",             &ConfigFile::passScanDelay, 0, 200},
+    {"walkPower",                 &ConfigFile::walkPower, 0, 100},
+    {"stopBallAngleTolerance",    &ConfigFile::stopBallAngleTolerance, 0, 180},
+    {"stopBallVelocityThreshold", &ConfigFile::stopBallVelocityThreshold, 0, 3},
+    {"stopBallSectorFrom",        &ConfigFile::stopBallSectorFrom, -180, 180},
+    {"stopBallSectorTo",          &ConfigFile::stopBallSectorTo, -180, 180},
     {"sayID",                     &ConfigFile::sayID},
 }};
 // clang-format on
 
-enum class TokenKind { END, KEYWORD, COLON, LONG, DOUBLE, CHARS, ERROR };
+enum class TokenKind { end, keyword, colon, whole, real, chars, error };
 
 std::string_view kindName(TokenKind kind) {
     static constexpr std::array<std::string_view, 7> NAMES{"END",    "KEYWORD", "COLON", "LONG",
@@ -54,9 +48,9 @@ std::string_view kindName(TokenKind kind) {
 }
 
 struct Token {
-    TokenKind kind = TokenKind::END;
-    std::string_view text;            ///< as it stands in the file; empty at its end
-    Keyword const* keyword = nullptr; ///< for KEYWORD only
+    TokenKind kind = TokenKind::end;
+    std::string_view text;                ///< as it stands in the file; empty at its end
+    ConfKeyword const* keyword = nullptr; ///< of a keyword only
 };
 
 // Characters are tested by value: the language of the file does not follow the locale.
@@ -79,7 +73,7 @@ constexpr bool isComment(char c) {
 }
 
 /// How many characters at the beginning of text satisfy the test.
-template <class Test>
+template <typename Test>
 std::size_t span(std::string_view text, Test test) {
     return static_cast<std::size_t>(std::ranges::find_if_not(text, test) - text.begin());
 }
@@ -114,25 +108,25 @@ std::size_t charsLength(std::string_view text) {
     return inside > 0 && closed ? inside + 2 : 0;
 }
 
-Keyword const* findKeyword(std::string_view text) {
+ConfKeyword const* findKeyword(std::string_view text) {
     auto const* found = std::ranges::find_if(
-        KEYWORDS, [text](Keyword const& keyword) { return text.starts_with(keyword.name); });
+        KEYWORDS, [text](ConfKeyword const& keyword) { return text.starts_with(keyword.name); });
     return found == KEYWORDS.end() ? nullptr : found;
 }
 
 /// Cuts the text into tokens.
 class Scanner {
 public:
-    Scanner(std::string_view text, bool trace) : rest(text), tracing(trace) {}
+    Scanner(std::string_view text, bool trace) : rest_(text), tracing_(trace) {}
 
     Token next() {
         skipSpaceAndComments();
         Token const token = recognise();
-        rest.remove_prefix(token.text.size());
-        if (token.kind == TokenKind::ERROR) {
+        rest_.remove_prefix(token.text.size());
+        if (token.kind == TokenKind::error) {
             std::cerr << "readConfFile"
                       << ": Tokenizer Error at <" << token.text << ">" << std::endl;
-        } else if (tracing && token.kind != TokenKind::END) {
+        } else if (tracing_ && token.kind != TokenKind::end) {
             std::cerr << "--accepting " << kindName(token.kind) << " (\"" << token.text << "\")\n";
         }
         return token;
@@ -140,108 +134,134 @@ public:
 
 private:
     void skipSpaceAndComments() {
-        rest.remove_prefix(span(rest, isSpace));
-        while (rest.starts_with('#')) {
-            rest.remove_prefix(span(rest, isComment));
-            rest.remove_prefix(span(rest, isSpace));
+        rest_.remove_prefix(span(rest_, isSpace));
+        while (rest_.starts_with('#')) {
+            rest_.remove_prefix(span(rest_, isComment));
+            rest_.remove_prefix(span(rest_, isSpace));
         }
     }
 
     Token recognise() const {
-        if (rest.empty()) return {TokenKind::END, rest};
-        if (Keyword const* keyword = findKeyword(rest)) {
-            return {TokenKind::KEYWORD, rest.substr(0, keyword->name.size()), keyword};
+        if (rest_.empty()) return {TokenKind::end, rest_};
+        if (ConfKeyword const* keyword = findKeyword(rest_)) {
+            return {TokenKind::keyword, rest_.substr(0, keyword->name.size()), keyword};
         }
-        if (rest.front() == ':') return {TokenKind::COLON, rest.substr(0, 1)};
-        if (auto const n = doubleLength(rest)) return {TokenKind::DOUBLE, rest.substr(0, n)};
-        if (auto const n = longLength(rest)) return {TokenKind::LONG, rest.substr(0, n)};
-        if (auto const n = charsLength(rest)) return {TokenKind::CHARS, rest.substr(0, n)};
-        return {TokenKind::ERROR, rest.substr(0, 1)};
+        if (rest_.front() == ':') return {TokenKind::colon, rest_.substr(0, 1)};
+        if (auto const n = doubleLength(rest_)) return {TokenKind::real, rest_.substr(0, n)};
+        if (auto const n = longLength(rest_)) return {TokenKind::whole, rest_.substr(0, n)};
+        if (auto const n = charsLength(rest_)) return {TokenKind::chars, rest_.substr(0, n)};
+        return {TokenKind::error, rest_.substr(0, 1)};
     }
 
-    std::string_view rest;
-    bool tracing;
+    std::string_view rest_;
+    bool tracing_;
 };
 
-/// False when the number does not fit.
-template <class Number>
-bool toNumber(std::string_view text, Number* number) {
-    return std::from_chars(text.data(), text.data() + text.size(), *number).ec == std::errc{};
+constexpr std::string_view NO_PROBLEM;
+constexpr std::string_view SYNTAX = "parse error";
+constexpr std::string_view TOO_LARGE = "number too large";
+
+template <typename Number>
+bool isOutOfRange(std::string_view text, Number* number) {
+    return std::from_chars(text.data(), text.data() + text.size(), *number).ec ==
+           std::errc::result_out_of_range;
 }
 
-/// Puts the value of a token into the member of a keyword; false when it is of the wrong kind.
+/// Of a number beyond the range of double: too large, and not just too near to zero. A stream tells
+/// the two apart.
+bool isTooLarge(std::string_view text) {
+    std::istringstream stream{std::string(text)};
+    stream.imbue(std::locale::classic());
+    double number = 0.0;
+    return !(stream >> number);
+}
+
+/// Puts the value of a token into the member of a keyword. Returns what is wrong with it.
 struct Assignment {
     Token const& value;
 
-    bool operator()(std::string* member) const {
-        if (value.kind != TokenKind::CHARS) return false;
+    std::string_view operator()(std::string* member) const {
+        if (value.kind != TokenKind::chars) return SYNTAX;
         *member = value.text.substr(1, value.text.size() - 2);
-        return true;
+        return NO_PROBLEM;
     }
 
-    bool operator()(int* member) const {
-        return value.kind == TokenKind::LONG && toNumber(value.text, member);
+    std::string_view operator()(int* member) const {
+        if (value.kind != TokenKind::whole) return SYNTAX;
+        return isOutOfRange(value.text, member) ? TOO_LARGE : NO_PROBLEM;
     }
 
-    bool operator()(double* member) const {
-        if (value.kind != TokenKind::LONG && value.kind != TokenKind::DOUBLE) return false;
-        if (!toNumber(value.text, member)) return false;
+    std::string_view operator()(double* member) const {
+        if (value.kind != TokenKind::whole && value.kind != TokenKind::real) return SYNTAX;
+        if (isOutOfRange(value.text, member)) {
+            if (isTooLarge(value.text)) return TOO_LARGE;
+            *member = 0.0;
+        }
         *member += 0.0; // "-0" is a whole number, and that has no negative zero
-        return true;
+        return NO_PROBLEM;
     }
 };
 
 /// Reads the grammar token by token; what it expects next is its state.
 class Parser {
 public:
-    Parser(Scanner const& source, bool trace) : scanner(source), tracing(trace) {}
+    /// The report may be missing.
+    Parser(std::string_view text, bool traceScanner, bool traceParser, ConfReport* report)
+        : scanner_(text, traceScanner), tracing_(traceParser), report_(report) {}
 
     bool parse() {
-        if (tracing) std::cerr << "Starting parse\n";
-        Token token = next(State::KEYWORD);
+        if (tracing_) std::cerr << "Starting parse\n";
+        Token token = next(ConfPlace::keyword);
         do {
             if (!parseConfigLine(token)) return false;
-            token = next(State::KEYWORD);
-        } while (token.kind != TokenKind::END);
+            token = next(ConfPlace::keyword);
+        } while (token.kind != TokenKind::end);
         return true;
     }
 
 private:
-    enum class State { KEYWORD, COLON, VALUE };
-
     bool parseConfigLine(Token const& keyword) {
-        if (keyword.kind != TokenKind::KEYWORD) return syntaxError(keyword);
-        Token const colon = next(State::COLON);
-        if (colon.kind != TokenKind::COLON) return syntaxError(colon);
-        Token const value = next(State::VALUE);
-        return std::visit(Assignment{value}, keyword.keyword->member) || syntaxError(value);
+        if (keyword.kind != TokenKind::keyword) return stop(SYNTAX, ConfPlace::keyword, keyword);
+        if (report_ != nullptr) report_->settings.push_back({keyword.keyword, keyword.text, {}});
+        Token const colon = next(ConfPlace::colon);
+        if (colon.kind != TokenKind::colon) return stop(SYNTAX, ConfPlace::colon, colon);
+        Token const value = next(ConfPlace::value);
+        if (report_ != nullptr) report_->settings.back().value = value.text;
+        std::string_view const problem = std::visit(Assignment{value}, keyword.keyword->member);
+        return problem.empty() || stop(problem, ConfPlace::value, value);
     }
 
-    Token next(State state) {
-        if (tracing) std::cerr << "Entering state " << static_cast<int>(state) << "\n";
-        Token const token = scanner.next();
-        if (tracing) {
-            bool const atEnd = token.kind == TokenKind::END;
+    Token next(ConfPlace place) {
+        if (tracing_) std::cerr << "Entering state " << static_cast<int>(place) << "\n";
+        Token const token = scanner_.next();
+        if (tracing_) {
+            bool const atEnd = token.kind == TokenKind::end;
             std::cerr << "Reading a token: "
                       << (atEnd ? "Now at end of input." : kindName(token.kind)) << "\n";
         }
         return token;
     }
 
-    static bool syntaxError(Token const& token) {
+    /// Always false.
+    bool stop(std::string_view problem, ConfPlace place, Token const& token) {
+        if (report_ != nullptr) report_->stop = {place, token.text};
         std::cerr << "readConfFile"
-                  << ": <"
-                  << "parse error"
-                  << "> occured while parsing <" << token.text << ">" << std::endl;
+                  << ": <" << problem << "> occured while parsing <" << token.text << ">"
+                  << std::endl;
         return false;
     }
 
-    Scanner scanner;
-    bool tracing;
+    Scanner scanner_;
+    bool tracing_;
+    ConfReport* report_;
 };
 
 } // namespace
 
-bool readConfFile(std::string_view text, bool scannerDebug, bool parserDebug) {
-    return Parser(Scanner(text, scannerDebug), parserDebug).parse();
+std::span<ConfKeyword const> confKeywords() {
+    return KEYWORDS;
+}
+
+bool readConfFile(std::string_view text, bool scannerDebug, bool parserDebug, ConfReport* report) {
+    return Parser(text, scannerDebug, parserDebug, report).parse();
 }

@@ -1,7 +1,7 @@
-#include "parser/Readers.h"
-
 #include <algorithm>
 #include <array>
+
+#include "parser/Readers.h"
 
 namespace rcc {
 

@@ -1,8 +1,8 @@
-#include "parser/Names.h"
-
 #include <array>
 #include <cstddef>
 #include <cstdint>
+
+#include "parser/Names.h"
 
 namespace rcc {
 

@@ -1,5 +1,3 @@
-#include "parser/Readers.h"
-
 #include <algorithm>
 #include <array>
 #include <bitset>
@@ -7,6 +5,8 @@
 #include <cstddef>
 #include <ostream>
 #include <variant>
+
+#include "parser/Readers.h"
 
 namespace rcc {
 

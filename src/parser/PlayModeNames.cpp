@@ -1,7 +1,7 @@
-#include "parser/Names.h"
-
 #include <algorithm>
 #include <array>
+
+#include "parser/Names.h"
 
 namespace rcc {
 

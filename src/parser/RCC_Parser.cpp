@@ -66,7 +66,7 @@ private:
         Operation operation;
     };
 
-    static std::array<Kind, 12> const KINDS;
+    static std::array<Kind, 13> const KINDS;
 
     /// The operation of a kind whose text says all there is to know.
     template <auto SLOT, auto READ>
@@ -104,15 +104,17 @@ private:
     Slot<RCC_ServerParam> serverParam_{parser_.serverParamHandlers};
     Slot<RCC_PlayerParam> playerParam_{parser_.playerParamHandlers};
     Slot<RCC_PlayerType> playerType_{parser_.playerTypeHandlers};
+    Slot<RCC_Think> think_{parser_.thinkHandlers};
     Slot<RCC_FullState> fullState_{parser_.fullStateHandlers};
 };
 
-// The frequent kinds first. What else the server says (ok, warning, think) needs no answer.
+// The frequent kinds first. What else the server says (ok, warning) needs no answer.
 // clang-format off
-std::array<RCC_Parser::Reader::Kind, 12> const RCC_Parser::Reader::KINDS = {{
+std::array<RCC_Parser::Reader::Kind, 13> const RCC_Parser::Reader::KINDS = {{
     {"see",                &Reader::see},
     {"sense_body",         &Reader::plain<&Reader::senseBody_, rcc::readSenseBody>},
     {"hear",               &Reader::hear},
+    {"think",              &Reader::plain<&Reader::think_, rcc::readThink>},
     {"score",              &Reader::plain<&Reader::score_, rcc::readScore>},
     {"change_player_type", &Reader::plain<&Reader::substitution_, rcc::readSubstitution>},
     {"error",              &Reader::plain<&Reader::error_, rcc::readError>},

@@ -79,6 +79,7 @@ public:
     Handlers<RCC_Substitution> substitutionHandlers;
     Handlers<RCC_Error> errorHandlers;
     Handlers<RCC_InitMsg> initMsgHandlers;
+    Handlers<RCC_Think> thinkHandlers;
     Handlers<RCC_ServerParam> serverParamHandlers;
     Handlers<RCC_PlayerParam> playerParamHandlers;
     Handlers<RCC_PlayerType> playerTypeHandlers;

@@ -219,6 +219,9 @@ struct RCC_Score {
     int theirs = 0;
 };
 
+/// A server in synchronous mode waits for the commands of the cycle.
+struct RCC_Think {};
+
 /// A player's type has changed.
 struct RCC_Substitution {
     static constexpr int NOT_REVEALED = -1;

@@ -28,6 +28,7 @@ bool readCoachAudio(Scanner& scanner, RCC_CoachAudio& audio);
 /// A player is named by the direction, which is read here too.
 bool readPlayerAudio(Scanner& scanner, RCC_PlayerAudio& audio);
 
+bool readThink(Scanner& scanner, RCC_Think& think);
 bool readScore(Scanner& scanner, RCC_Score& score);
 bool readSubstitution(Scanner& scanner, RCC_Substitution& substitution);
 bool readError(Scanner& scanner, RCC_Error& error);

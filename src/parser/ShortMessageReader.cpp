@@ -1,6 +1,5 @@
-#include "parser/Readers.h"
-
 #include "parser/Names.h"
+#include "parser/Readers.h"
 
 namespace rcc {
 
@@ -45,6 +44,10 @@ bool readCoachAudio(Scanner& scanner, RCC_CoachAudio& audio) {
 
 bool readPlayerAudio(Scanner& scanner, RCC_PlayerAudio& audio) {
     return scanner.angle(audio.direction) && readQuoted(scanner, audio.text);
+}
+
+bool readThink(Scanner& /*scanner*/, RCC_Think& /*think*/) {
+    return true;
 }
 
 bool readScore(Scanner& scanner, RCC_Score& score) {

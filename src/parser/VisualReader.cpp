@@ -1,9 +1,8 @@
-#include "parser/Readers.h"
-
 #include <array>
 #include <cstddef>
 
 #include "parser/Names.h"
+#include "parser/Readers.h"
 
 namespace rcc {
 

@@ -50,6 +50,7 @@ class ScoreHandler final : public RecordHandler<RCC_Score> {};
 class SubstitutionHandler final : public RecordHandler<RCC_Substitution> {};
 class ErrorHandler final : public RecordHandler<RCC_Error> {};
 class InitMsgHandler final : public RecordHandler<RCC_InitMsg> {};
+class ThinkHandler final : public RecordHandler<RCC_Think> {};
 class ServerParamHandler final : public RecordHandler<RCC_ServerParam> {};
 class PlayerParamHandler final : public RecordHandler<RCC_PlayerParam> {};
 class PlayerTypeHandler final : public RecordHandler<RCC_PlayerType> {};

@@ -3,7 +3,7 @@
 #include <array>
 #include <cstddef>
 
-#include "geometry/Geometry.h"
+#include "geometry/Vector2D.h"
 #include "worldmodel/PlayMode.h"
 
 /// The team's fixed formation as constant tables, and the strategic position drawn from them.
@@ -11,6 +11,8 @@
 namespace Formation {
 
 inline constexpr int PLAYERS = 11;
+inline constexpr int GOALIE_NUMBER = 1;
+inline constexpr int FIRST_FIELD_PLAYER = 2;
 
 /// By shirt number; index 0 is number 1.
 inline constexpr std::array<Vector2D, PLAYERS> homePositions = {{

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "config/ConfigFile.h"
-#include "skills/Utils.h"
+#include "worldmodel/SayAlphabet.h"
 
 namespace {
 
@@ -56,7 +56,7 @@ constexpr float VELOCITY_STEPS = 20.0F; ///< a report counts velocities in twent
 
 /// The value of one sign and one symbol of a ball report.
 float decode(std::string_view report, std::size_t sign) {
-    float const magnitude = Utils::doAsciiToFloat(report[sign + 1]);
+    float const magnitude = SayAlphabet::valueOf(report[sign + 1]);
     return report[sign] == 'y' ? -magnitude : magnitude;
 }
 
@@ -93,7 +93,3 @@ void Situation::integratePlayerAudio(RCC_PlayerAudio const& audio) {
     ball.position = ball.rollingPosition(1);
     heardBallVelocityTime = audio.time;
 }
-
-void Situation::integrateSelfAudio(RCC_SelfAudio const& /*audio*/) {}
-
-void Situation::integrateCoachAudio(RCC_CoachAudio const& /*audio*/) {}

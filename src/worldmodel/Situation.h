@@ -3,7 +3,7 @@
 #include <atomic>
 #include <vector>
 
-#include "link/ServerCommands.h"
+#include "link/CommandRecords.h"
 #include "parser/RCC_Records.h"
 #include "worldmodel/Ball.h"
 #include "worldmodel/Field.h"
@@ -39,12 +39,12 @@ public:
     Situation();
     virtual ~Situation() = default;
 
-    /// Takes over the referee's word; a word the program does not know changes nothing.
+    /// Takes over what the referee says; a word the program does not know changes nothing.
     void setPlayMode(RCC_PlayMode const& mode);
     /// Takes over the ball report of a team-mate, told by the team's say identifier; any other
     /// message is ignored.
     void integratePlayerAudio(RCC_PlayerAudio const& audio);
     /// Both do nothing: there is no protocol with the coach, and one's own reports hold no news.
-    void integrateSelfAudio(RCC_SelfAudio const& audio);
-    void integrateCoachAudio(RCC_CoachAudio const& audio);
+    void integrateSelfAudio(RCC_SelfAudio const& /*audio*/) {}
+    void integrateCoachAudio(RCC_CoachAudio const& /*audio*/) {}
 };

@@ -1,5 +1,5 @@
-#include "support/Allocations.h"
 #include "tests/parser/Messages.h"
+#include "tests/support/Allocations.h"
 
 namespace {
 

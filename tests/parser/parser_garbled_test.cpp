@@ -56,7 +56,7 @@ TEST_F(Garbled, OversizedNestedUnknownAndSilentKinds) {
     }
     expectRefused("",
                   {"", " ", "()", "see", "(seen 1)", "(SEE 1)", "(ok move)", "(warning x)",
-                   "(think)", "(unheard_of 1 2)", "((see 1))", "(error)x"},
+                   "(think 1)", "(think", "(unheard_of 1 2)", "((see 1))", "(error)x"},
                   "");
 }
 

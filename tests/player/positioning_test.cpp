@@ -1,12 +1,10 @@
-#include "skills/SkillPool.h"
-
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <array>
+#include <gtest/gtest.h>
 #include <vector>
 
-#include "player/Stage.h"
+#include "skills/SkillPool.h"
+#include "tests/player/Stage.h"
 
 namespace {
 
@@ -97,4 +95,7 @@ TEST(Positioning, FixedPlaces) {
         EXPECT_EQ(stage.world.isMyHomePosClosestToPos(at(-18, 0)), n == 3);
         EXPECT_EQ(stage.world.isMyHomePosClosestToPos(at(-51, -1)), n == 3);
     }
+    // Nobody's place is near to a ball that is unknown, and an agent without a number is nobody.
+    EXPECT_FALSE(support::AgentHarness().world.isMyHomePosClosestToPos(
+        at(UNDEFINED_FLOAT, UNDEFINED_FLOAT)));
 }

@@ -10,16 +10,26 @@
 
 #include "practice/Parameters.h"
 #include "sensing/Sensors.h"
-#include "support/AgentHarness.h"
-#include "support/Scenes.h"
+#include "tests/support/AgentHarness.h"
+#include "tests/support/Scenes.h"
 
 namespace {
 
 using support::LinkedAgent;
 
+/// A flag of any type that takes and gives a bool.
+struct AnyFlag {
+    template <typename Flag>
+    explicit(false) AnyFlag(Flag* flag)
+        : isRaised([flag] { return static_cast<bool>(*flag); }), lower([flag] { *flag = false; }) {}
+
+    std::function<bool()> isRaised;
+    std::function<void()> lower;
+};
+
 struct Kind {
     std::string message;
-    std::atomic<bool>* flag;
+    AnyFlag flag;
     std::function<void const*()> buffer;
 };
 
@@ -32,6 +42,7 @@ std::vector<Kind> const KINDS = {
     {"(hear 1 coach \"a\")",         &Sensors::newCoachAudio,   [] { return Sensors::coachAudio; }},
     {"(score 1 2 3)",                &Sensors::newScore,        [] { return Sensors::score; }},
     {"(change_player_type 1 1)",     &Sensors::newSubstitution, [] { return Sensors::substitution; }},
+    {"(think)",                      &Sensors::newThink,        [] { return Sensors::think; }},
     {"(error a)",                    &Sensors::newError,        [] { return Sensors::error; }},
     {"(init l 1 play_on)",           &Sensors::newInitMsg,      [] { return Sensors::initMsg; }},
     {practice::serverParamMessage(300), &Sensors::newServerParam,  [] { return Sensors::serverParam; }},
@@ -43,12 +54,12 @@ std::vector<Kind> const KINDS = {
 
 void lowerAllFlags() {
     for (Kind const& kind : KINDS) {
-        *kind.flag = false;
+        kind.flag.lower();
     }
 }
 
 long raisedFlags() {
-    return std::ranges::count_if(KINDS, [](Kind const& kind) { return kind.flag->load(); });
+    return std::ranges::count_if(KINDS, [](Kind const& kind) { return kind.flag.isRaised(); });
 }
 
 TEST(Sensing, EachKindRaisesItsOwnFlagAndKeepsItsAddress) {
@@ -56,7 +67,7 @@ TEST(Sensing, EachKindRaisesItsOwnFlagAndKeepsItsAddress) {
     for (Kind const& kind : KINDS) {
         lowerAllFlags();
         agent.receive(kind.message);
-        EXPECT_TRUE(*kind.flag) << kind.message;
+        EXPECT_TRUE(kind.flag.isRaised()) << kind.message;
         EXPECT_EQ(1, raisedFlags()) << kind.message;
         void const* const address = kind.buffer();
         EXPECT_NE(nullptr, address) << kind.message;

@@ -1,9 +1,8 @@
-#include "practice/Server.h"
-
-#include <gtest/gtest.h>
-
 #include <chrono>
+#include <gtest/gtest.h>
 #include <thread>
+
+#include "practice/Server.h"
 
 using namespace practice;
 
@@ -11,7 +10,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// Waits up to a second for a datagram that starts so.
+/// Waits up to a second for a datagram that starts so.
 bool receives(Socket const& socket, std::string_view start, Address& sender) {
     std::array<char, 8192> buffer{};
     std::string_view text;
@@ -53,6 +52,12 @@ TEST(Server, PlaysOverTheLoopback) {
             EXPECT_TRUE(receives(*client, "(score ", sender));
         }
         EXPECT_TRUE(receives(*client, "(see ", sender));
+        auto const monitor = Socket::bound(*makeAddress("127.0.0.1", 0));
+        ASSERT_TRUE(monitor);
+        monitor->send("(dispinit version 4)", &door);
+        EXPECT_TRUE(receives(*monitor, "(player_type (id 17)", sender));
+        EXPECT_TRUE(receives(*monitor, "(show ", sender));
+        EXPECT_NE(sender.sin_port, door.sin_port);
         Options same = options;
         same.port = server->port();
         EXPECT_EQ(Server::open(same, problem), nullptr);
@@ -69,8 +74,9 @@ TEST(Options, OutOfRangeAreRefused) {
                                  {"--port", "70000"},
                                  {"--players", "23"},
                                  {"--scoreboard", "big"},
-                                 {"--version", "1"}})
+                                 {"--version", "1"}}) {
         EXPECT_NE(readOptions(bad, options), "") << bad.back();
+    }
     EXPECT_EQ(readOptions(std::array{"--seed", "18446744073709551615"}, options), "");
     EXPECT_EQ(options.match.seed, 18446744073709551615U);
     std::string problem;

@@ -1,4 +1,4 @@
-#include "support/MatchDriver.h"
+#include "tests/support/MatchDriver.h"
 
 namespace support {
 
@@ -8,7 +8,7 @@ practice::MatchOptions optionsOf(MatchDriver::Setup const& setup) {
     practice::MatchOptions options;
     options.halfCycles = setup.halfCycles;
     options.seed = setup.seed;
-    options.kickOff.players = setup.scripted ? practice::maxPlayers : setup.unum + setup.opponents;
+    options.kickOff.players = setup.scripted ? practice::MAX_PLAYERS : setup.unum + setup.opponents;
     return options;
 }
 
@@ -19,9 +19,9 @@ std::string initText(std::string const& team, bool goalie) {
 } // namespace
 
 MatchDriver::MatchDriver(Setup const& setup)
-    : match(optionsOf(setup)), agent(setup.goalie), id(practice::nobody) {
+    : match(optionsOf(setup)), agent(setup.goalie), id(practice::NOBODY) {
     auto const joinOpponents = [&] {
-        int const opponents = setup.scripted ? practice::playersPerTeam : setup.opponents;
+        int const opponents = setup.scripted ? practice::PLAYERS_PER_TEAM : setup.opponents;
         for (int i = 0; i < opponents; ++i) {
             match.join(initText(AgentHarness::OTHER_TEAM, i == 0));
         }
@@ -32,7 +32,7 @@ MatchDriver::MatchDriver(Setup const& setup)
         match.join(initText(AgentHarness::TEAM, i == 1 && !setup.goalie));
     }
     id = match.join(initText(AgentHarness::TEAM, setup.goalie)).player;
-    for (int i = setup.unum; setup.scripted && i < practice::playersPerTeam; ++i) {
+    for (int i = setup.unum; setup.scripted && i < practice::PLAYERS_PER_TEAM; ++i) {
         match.join(initText(AgentHarness::TEAM, false));
     }
     if (!setup.right) joinOpponents();
@@ -75,16 +75,10 @@ void MatchDriver::deliver() {
             announced.push_back(message.text.substr(at + REFEREE.size()));
             announced.back().pop_back(); // the parenthesis
         }
-        bool const senseBody = message.text.starts_with("(sense_body");
-        bool const see = message.text.starts_with("(see");
-        if (senseBody) {
-            agent.receiveSenseBody(message.text);
-        } else if (see) {
-            agent.receiveSee(message.text);
-        } else {
-            agent.receive(message.text);
-        }
-        if ((senseBody || see) && agent.world.integrateSensorInfo()) {
+        agent.sense(message.text);
+        bool const wakes =
+            message.text.starts_with("(sense_body") || message.text.starts_with("(see");
+        if (wakes && agent.world.integrateSensorInfo()) {
             agent.decide();
             pending = agent.allCommands();
         }

@@ -1,0 +1,175 @@
+"""./play: a match of two teams on this machine, on the practice server."""
+
+import signal
+from pathlib import Path
+from types import FrameType
+
+from rich.console import Console
+
+from matches import options
+from matches.build import build_programs
+from matches.judge import faults
+from matches.match import Match
+from matches.places import DEFAULT_CONF, work_folder
+from matches.progress import Progress, expected_duration
+from matches.results import MatchOutcome
+from matches.settings import MatchSettings, TeamSettings, check_conf
+from matches.table import WIDTH, report
+from matches.words import Failure, duration, say, shown
+
+ABOUT = """\
+Plays a match on this machine: two teams of eleven players against each other on
+the practice server. Builds what has changed first. Ends with a table of what
+happened; Ctrl-C ends the match early, with the table of what was played.
+"""
+
+STATUS = """\
+Ends with 0 when all 22 players came through and the server understood every
+command; on a bad network, when the commands lost stay in proportion to what it
+does. What the rules void (a kick out of reach, a second neck turn in a cycle) is
+neither refused nor lost. Ends with 1 when something failed, with 2 for a wrong
+option, with 130 after Ctrl-C.
+"""
+
+
+def _parser() -> options.Parser:
+    parser = options.Parser("play", "[option ...]", ABOUT, STATUS)
+    add = parser.add_argument
+    number, file, program = options.whole_number, options.readable_file, options.program
+    add(
+        "--half-cycles",
+        type=number(1, 100000),
+        default=300,
+        metavar="N",
+        help="length of a half in cycles of 0.1 s (300)",
+    )
+    for side in ("left", "right"):
+        add(
+            f"--{side}",
+            type=options.team_name,
+            default=side.capitalize(),
+            metavar="NAME",
+            help=f"name of the team that starts on the {side} ({side.capitalize()})",
+        )
+        add(
+            f"--{side}-conf",
+            type=file,
+            default=DEFAULT_CONF,
+            metavar="FILE",
+            help="its settings (player.conf)",
+        )
+        add(
+            f"--{side}-agent",
+            type=program,
+            metavar="FILE",
+            help="the program that plays for it: called with host, team name and, for player 1, "
+            "-goalie, in a folder with its player.conf (build/agent)",
+        )
+    add(
+        "--seed",
+        type=number(0, 999999999),
+        default=1,
+        metavar="N",
+        help="where the server's random numbers start (1)",
+    )
+    add("--players", action="store_true", help="show a table of the players too")
+    add(
+        "--lossy",
+        type=number(0, 999999999),
+        metavar="SEED",
+        help="play through a bad network: of all datagrams, either way, 10 %% are lost, 10 %% "
+        "doubled, 10 %% late by up to 150 ms, 2 %% cut short and 2 %% garbled",
+    )
+    add(
+        "--busy",
+        type=number(0, 100),
+        default=0,
+        metavar="N",
+        help="run N programs beside that do nothing but keep a processor busy (0)",
+    )
+    add(
+        "--port",
+        type=number(1, 65534),
+        metavar="P",
+        help="UDP port of the practice server; --lossy takes the next too (6000, or a free one)",
+    )
+    add(
+        "--keep",
+        type=Path,
+        metavar="DIR",
+        help="folder for settings, logs and results (match, or match-2, ... when that is in use)",
+    )
+    return parser
+
+
+def _settings(arguments: list[str]) -> tuple[MatchSettings, bool]:
+    given = _parser().parse_args(arguments)
+    if given.left == given.right:
+        raise Failure("the two teams need different names", "Try --left or --right", status=2)
+    settings = MatchSettings(
+        TeamSettings(given.left, given.left_conf, given.left_agent),
+        TeamSettings(given.right, given.right_conf, given.right_agent),
+        given.half_cycles,
+        given.seed,
+        given.lossy,
+        given.busy,
+        given.port,
+        given.keep,
+    )
+    return settings, given.players
+
+
+class _Signals:
+    """The first wish to end stops the match, the second one us."""
+
+    def __init__(self, match: Match) -> None:
+        self.number = 0
+        self._match = match
+        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+            signal.signal(number, self._handle)
+
+    def _handle(self, number: int, _frame: FrameType | None) -> None:
+        if self.number:
+            raise KeyboardInterrupt
+        self.number = number
+        self._match.stop()
+
+
+def main(arguments: list[str]) -> int:
+    """Plays; returns the exit status."""
+    settings, shows_players = _settings(arguments)
+    programs, build = build_programs("play")
+    for conf in {settings.left.conf, settings.right.conf}:
+        for warning in check_conf(programs, conf).warnings:
+            say("play", warning)
+    match = Match(settings, programs, work_folder())
+    signals = _Signals(match)
+    half = settings.half_cycles
+    say(
+        "play",
+        f"two halves of {half} cycles, about {duration(expected_duration(half))} with "
+        f"breaks and stoppages",
+    )
+    say("play", f"port {match.port}, files in {shown(match.folder)}/; Ctrl-C ends it")
+    with Progress(half) as progress:
+        outcome = match.run(build, progress.show)
+    return _tell(outcome, shows_players, signals.number)
+
+
+def _tell(outcome: MatchOutcome, shows_players: bool, signal_number: int) -> int:
+    if outcome.cycles == 0 and outcome.interrupted:
+        say("play", "stopped before the kick-off; nothing was played")
+        return 128 + signal_number
+    with (outcome.folder / "table.txt").open("w") as file:
+        Console(file=file, width=WIDTH).print(report(outcome, players=True))
+    console = Console(width=None if Console().is_terminal else WIDTH, highlight=False)
+    console.print(report(outcome, shows_players))
+    say("play", f"settings, logs, results and tables are in {shown(outcome.folder)}/")
+    if signal_number:
+        return 128 + signal_number
+    if faults(outcome):
+        raise Failure(
+            "something went wrong on the pitch",
+            "The faults below the table say what; a player's own words are in its player-N.err",
+        )
+    return 0
