@@ -22,12 +22,12 @@ public:
     }
 
     void hearSenseBody() {
-        sense(senseBody);
+        sense(senseBody_);
         world.integrateSensorInfo();
     }
 
     void see() {
-        sense(largestSee);
+        sense(largestSee_);
         world.integrateSensorInfo();
     }
 
@@ -41,8 +41,8 @@ public:
     }
 
 private:
-    std::string const senseBody = support::senseBody(0, "high wide", "0.2 3");
-    std::string const largestSee = support::largestSee();
+    std::string const senseBody_ = support::senseBody(0, "high wide", "0.2 3");
+    std::string const largestSee_ = support::largestSee();
 };
 
 /// Sets up what the messages alone do not lead to.
@@ -110,7 +110,7 @@ BENCHMARK_CAPTURE(decide, goalieGuarding, GOALIE, asSeen);
 BENCHMARK_CAPTURE(decide, goalieChasing, GOALIE, ballRollsThroughTheArea);
 
 /// All of a cycle but the system calls: a sense_body and the largest see from the datagrams to the
-/// queued commands, decided upon twice.
+/// queued commands, with two decisions.
 void cycle(benchmark::State& state, bool goalie, Situation prepare) {
     PlayingAgent agent(goalie);
     AllocationCount const count(state);

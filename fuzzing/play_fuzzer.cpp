@@ -1,5 +1,5 @@
-// Any line is a datagram that the player takes over and decides upon: what a hostile message tells
-// goes through all of the arithmetic.
+// Any line is a datagram that the player integrates and decides on: the numbers of a hostile
+// message pass through all of the arithmetic.
 
 #include <csignal>
 #include <cstdlib>

@@ -294,7 +294,8 @@ LineFault readKnown(std::variant<Unknown, Known...>& record, std::string_view li
     std::string_view const name = line.substr(1, line.find_first_of(" ()", 1) - 1);
     LineFault fault;
     bool const known = (readAs<Known>(name, line, record, fault) || ...);
-    // Servers have printed what they received with rubbish behind it: such a line spoils nothing.
+    // Some servers wrote random bytes behind a message. Such a line is kept as it is; it is no
+    // reason to refuse the log.
     if (!known || (fault && name == Msg::NAME)) {
         keepWhole(line, record);
         return {};

@@ -7,7 +7,7 @@
 namespace gamelog {
 
 /// Lines of a file or of memory, plain or gzip (told by the first bytes). Holds no more than a
-/// block and the longest line, whatever comes.
+/// block and the longest line, for any input.
 class LineSource {
 public:
     enum class Result { line, end, fault };

@@ -191,7 +191,7 @@ struct Player {
     bool operator==(Player const&) const = default;
 };
 
-/// What a monitor's show tells besides, and a log says in records of its own.
+/// What a monitor's show also tells. A log has records of their own for it.
 struct Scoreboard {
     PlayMode mode = PlayMode::none;
     Score score;

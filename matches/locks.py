@@ -6,7 +6,6 @@ A lock is the kernel's own on an open file: it goes with the process, however th
 import fcntl
 import os
 from pathlib import Path
-from types import TracebackType
 
 from matches.words import Failure, shown
 
@@ -44,12 +43,7 @@ class Lock:
     def __enter__(self) -> "Lock":
         return self
 
-    def __exit__(
-        self,
-        kind: type[BaseException] | None,
-        error: BaseException | None,
-        trace: TracebackType | None,
-    ) -> None:
+    def __exit__(self, *_: object) -> None:
         self.release()
 
 

@@ -8,7 +8,6 @@ from collections.abc import Callable, Iterable, Mapping, Sequence
 from contextlib import suppress
 from dataclasses import dataclass
 from pathlib import Path
-from types import TracebackType
 
 from matches.words import Failure
 
@@ -164,12 +163,7 @@ class Nursery:
     def __enter__(self) -> "Nursery":
         return self
 
-    def __exit__(
-        self,
-        kind: type[BaseException] | None,
-        error: BaseException | None,
-        trace: TracebackType | None,
-    ) -> None:
+    def __exit__(self, *_: object) -> None:
         end_all(self.programs)
         self._guard.kill()
         self._guard.wait()

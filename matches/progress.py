@@ -1,7 +1,6 @@
 """The line that tells, while a match is played, how it stands and how long it will take."""
 
 import time
-from types import TracebackType
 
 from rich.console import Console
 from rich.live import Live
@@ -64,12 +63,7 @@ class Progress:
             self._live.start()
         return self
 
-    def __exit__(
-        self,
-        kind: type[BaseException] | None,
-        error: BaseException | None,
-        trace: TracebackType | None,
-    ) -> None:
+    def __exit__(self, *_: object) -> None:
         self._live.stop()
 
     def show(self, sight: Sight) -> None:

@@ -39,7 +39,7 @@ std::array<Option, 15> tableFor(Options& o) {
         {"--results", "FILE", "write at the end, as JSON, what no log can tell of the players", &o.resultsFile},
         {"--players", "N", "players that must have joined before the kick-off (22)", &m.kickOff.players, 1, MAX_PLAYERS},
         {"--ready-cycles", "N", "steps from then to the kick-off, and the break at half time (50)", &m.kickOff.readySteps, 0, MANY},
-        {"--wait", "N", "steps after the first player joined when whoever is there kicks off (600)", &m.kickOff.waitSteps, 0, MANY},
+        {"--wait", "N", "steps from the first player on; then the match starts without the others (600)", &m.kickOff.waitSteps, 0, MANY},
         {"--linger", "N", "steps to go on after the match while players are there (50)", &o.lingerSteps, 0, MANY},
         {"--scoreboard", "HOW", "auto, line (redrawn), plain (a line per event) or off (auto)", &o.scoreboard},
         {"--help", "", "print this text", &o.help},

@@ -91,7 +91,7 @@ void moveEverything(World& world, Random& random) {
 }
 
 /// Objects that overlap after the movement are pushed apart, in rounds because that may push them
-/// into others; whoever was in it bounces back once.
+/// into others; each player in it bounces back once.
 class Collisions {
 public:
     Collisions(World& world, Random& random) : world_(world), random_(random) {}

@@ -34,13 +34,14 @@ using OffsideMarks = Table<std::optional<OffsideMark>, MAX_PLAYERS>;
 OffsideMarks offsideMarks(World const& world, int id);
 
 /// Brings players of one team (none: of both) to the edge of a circle around the ball, radially if
-/// the run-off allows it. For an indirect free kick who stands in its own goal may stay.
+/// the run-off allows it. At an indirect free kick a player in its own goal may stay.
 void clearBall(World& world, Side team, double radius, bool goalLineMayStay = false);
 /// Brings the opponents of the owner out of its penalty area.
 void clearPenaltyArea(World& world, Side owner);
-/// Nobody farther from the pitch than its run-off of 5 m.
+/// Brings everybody back who is farther from the pitch than its run-off of 5 m.
 void bringBackFromOutside(World& world);
-/// Everybody into the own half: onto the half-way line, or to a random point before a half.
+/// Brings all players into their own half: onto the half-way line, or to a random point before a
+/// half.
 void sendToOwnHalf(World& world, Random* random = nullptr);
 /// Offenders beyond the line go back behind it, and off the ball.
 void clearBeyondOffsideLine(World& world, Side offender, double line);

@@ -15,7 +15,7 @@ namespace practice {
 struct KickOffRule {
     int players = MAX_PLAYERS; ///< that must have joined
     int readySteps = 50;       ///< from then until the kick-off; also the break at half time
-    int waitSteps = 600;       ///< since the first player joined, then whoever is there plays
+    int waitSteps = 600;       ///< since the first player joined; then the match starts
 };
 
 /// Watches the ball and the players, decides on the play mode, keeps clock and score, and puts ball

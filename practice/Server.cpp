@@ -103,7 +103,7 @@ void Server::readClient(int player) {
     }
 }
 
-/// The socket comes first, so that nobody joins who could not be told.
+/// Opens the socket first: a player that cannot be answered must not join.
 void Server::admit(std::string_view datagram, Address const& sender) {
     auto socket = Socket::bound(any_);
     bool const connected = socket && socket->connectTo(sender);

@@ -7,7 +7,7 @@
 namespace practice {
 
 /// Appends words and numbers without blanks in between. A double prints as the protocol has it: at
-/// most six significant digits in the shortest form, "-0" for negative zero, whatever the locale.
+/// most six significant digits in the shortest form, "-0" for negative zero, in any locale.
 template <typename... Parts>
 void appendText(std::string& out, Parts const&... parts) {
     auto const append = [&out]<typename Part>(Part const& part) {

@@ -27,10 +27,10 @@ constexpr char letter(Side side) {
 }
 
 /// An array indexed by the ints that stand for players and sides.
-template <typename T, int count>
-struct Table : std::array<T, count> {
+template <typename T, int COUNT>
+struct Table : std::array<T, COUNT> {
     T& operator[](int i) { return this->data()[i]; }
-    const T& operator[](int i) const { return this->data()[i]; }
+    T const& operator[](int i) const { return this->data()[i]; }
 };
 
 /// What is being played. The side of a mode HAS the ball (set pieces, goal) or is the OFFENDER

@@ -25,7 +25,7 @@ class TableError(Exception):
 
 
 def read_floors(text: str) -> Floors:
-    """Each folder with what it may include beside itself."""
+    """Each folder with the other folders that it may include."""
     floors: Floors = {}
     for number, line in enumerate(text.splitlines(), start=1):
         row = line.partition("#")[0].strip()
@@ -36,7 +36,8 @@ def read_floors(text: str) -> Floors:
             raise TableError(f"{TABLE}:{number}: not a new row 'folder: folders': {row}")
         used = frozenset(floors) if below.strip() == "*" else frozenset(below.split())
         for folder in sorted(used - set(floors)):
-            raise TableError(f"{TABLE}:{number}: {name} may not use {folder}, which is not above it")
+            fault = f"{name} may not use {folder}, which is not above it"
+            raise TableError(f"{TABLE}:{number}: {fault}")
         floors[name] = used
     return floors
 
@@ -47,7 +48,7 @@ def is_source(path: Path) -> bool:
 
 
 def folders(root: Path) -> Iterator[Path]:
-    """The folders that hold sources: those of src, and those beside it."""
+    """The folders that hold sources: those in src, and those at the top."""
     for parent in (root / "src", root):
         for folder in sorted(parent.iterdir()):
             visible = folder.is_dir() and not folder.name.startswith((".", "build"))

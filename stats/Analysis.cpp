@@ -10,7 +10,7 @@ namespace {
 
 using namespace gamelog;
 
-constexpr double LONGEST_STEP = 2; // metres; whoever is farther off than that was placed there
+constexpr double LONGEST_STEP = 2; // metres; a longer step means that the player was placed
 
 bool onField(Player const& player) {
     return player.has(state::ON_FIELD);

@@ -3,7 +3,6 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -18,6 +17,21 @@ template <typename Number>
 void appendNumber(std::string& out, Number value) {
     char digits[40];
     out.append(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
+}
+
+/// A value on its way to a sink: a number in digits, a text by `writeText`, `absent` for an
+/// optional that holds nothing.
+template <typename T, typename WriteText>
+void appendValue(std::string& out, T const& value, std::string_view absent, WriteText writeText) {
+    if constexpr (std::is_arithmetic_v<T>) {
+        appendNumber(out, value);
+    } else if constexpr (std::is_convertible_v<T const&, std::string_view>) {
+        writeText(value);
+    } else if (value) {
+        appendValue(out, *value, absent, writeText);
+    } else {
+        out += absent;
+    }
 }
 
 class CsvHeader {
@@ -50,25 +64,12 @@ public:
     template <typename T>
     void field(std::string_view /*key*/, T const& value) {
         if (!std::exchange(first_, false)) out_ += ',';
-        print(value);
+        appendValue(out_, value, "", [this](std::string_view text) { quoted(text); });
     }
 
 private:
-    template <typename T>
-    void print(T const& value) {
-        if constexpr (std::is_arithmetic_v<T>) {
-            appendNumber(out_, value);
-        } else {
-            text(value);
-        }
-    }
-    template <typename T>
-    void print(std::optional<T> const& value) {
-        if (value) print(*value);
-    }
-
     /// Quoted where a comma, a quote or a line end asks for it.
-    void text(std::string_view value) {
+    void quoted(std::string_view value) {
         if (value.find_first_of(",\"\r\n") == value.npos) {
             out_ += value;
             return;
@@ -105,7 +106,7 @@ public:
     template <typename T>
     void field(std::string_view name, T const& value) {
         key(name);
-        print(value);
+        appendValue(out_, value, "null", [this](std::string_view text) { quoted(text); });
     }
 
     /// A value that is JSON already.
@@ -117,30 +118,13 @@ public:
 private:
     void key(std::string_view name) {
         if (!std::exchange(first_, false)) out_ += ", ";
-        text(name);
+        quoted(name);
         out_ += ": ";
-    }
-
-    template <typename T>
-    void print(T const& value) {
-        if constexpr (std::is_arithmetic_v<T>) {
-            appendNumber(out_, value);
-        } else {
-            text(value);
-        }
-    }
-    template <typename T>
-    void print(std::optional<T> const& value) {
-        if (value) {
-            print(*value);
-        } else {
-            out_ += "null";
-        }
     }
 
     /// Bytes outside ASCII become the letters of the same number: logs have no fixed encoding, and
     /// JSON must be valid.
-    void text(std::string_view value) {
+    void quoted(std::string_view value) {
         out_ += '"';
         for (char const c : value) {
             auto const byte = static_cast<unsigned char>(c);

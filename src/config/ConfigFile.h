@@ -3,7 +3,7 @@
 #include <string>
 
 /// The player's own settings: compiled-in defaults, overridden by what "player.conf" names. The
-/// sample file beside the sources says what each one means, in which unit.
+/// sample "player.conf" at the top of the repository says what each one means, and in which unit.
 ///
 /// Written only by parseConfigFile, which the main thread calls before it starts any other;
 /// afterwards read from any thread, without a lock.

@@ -32,7 +32,7 @@ struct Line {
     /// 0 and a message on standard error for a horizontal line.
     float getXGivenY(float y) const;
 
-    /// (0, 0) for lines with the same b, whatever their a: such lines count as parallel.
+    /// (0, 0) for lines with the same b, even if a differs: such lines count as parallel.
     Vector2D getIntersection(Line other) const;
 
     /// The perpendicular through pos.
@@ -112,6 +112,6 @@ struct Rectangle {
                pos.y < cornerMinXMaxY.y;
     }
 
-    /// Writes "rect(corner corner)" to standard output, whatever stream it is given.
+    /// Writes "rect(corner corner)" to standard output, and ignores the stream that it is given.
     void show(std::ostream& os) const;
 };

@@ -139,7 +139,7 @@ public:
         return items_[index];
     }
 
-    /// Appends an element of the reserve, with whatever it held before; null when the reserve is
+    /// Appends an element of the reserve, with what it held before; null when the reserve is
     /// used up. Never allocates.
     T* add() { return size_ == items_.size() ? nullptr : items_[size_++].get(); }
 

@@ -14,7 +14,7 @@
 /// Marks a quantity that a message did not carry.
 inline constexpr float RCC_ABSENT = std::numeric_limits<float>::infinity();
 
-/// An angle as the server counts it: clockwise, 0 straight ahead of whatever it is relative to.
+/// An angle as the server counts it: clockwise, 0 is straight ahead of what it is relative to.
 /// Infinite when absent. The parser always delivers degrees.
 struct RCC_Angle {
     enum class Unit { degrees, radians };

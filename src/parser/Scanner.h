@@ -151,7 +151,7 @@ public:
         return true;
     }
 
-    /// A number without fraction in [low, high], in whatever form a real may have.
+    /// A number without fraction in [low, high], in any form that a real may have.
     bool integer(int& value, int low = std::numeric_limits<int>::min(),
                  int high = std::numeric_limits<int>::max());
 

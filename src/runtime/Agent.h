@@ -30,7 +30,7 @@ public:
     static void test();
 
 private:
-    /// Takes over what is new, and if a cycle has brought something decides upon it.
+    /// Integrates what is new; decides when a sense_body or a see was among it.
     static void integrateAndDecide();
     static void startCycle();
     /// The loop of run() on a server in synchronous mode.

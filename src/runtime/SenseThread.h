@@ -18,7 +18,7 @@ public:
     static void* senseCallback(void* worldModel);
 
     /// Whether the server has shown itself to be synchronous. From then on the thread rests and
-    /// main receives for itself: one message after the other, each integrated and decided upon
+    /// main receives for itself: one message after the other, each integrated and answered
     /// before the next, without a timer, so that the same messages give the same commands.
     static bool hasHandedOver() { return handedOver; }
     /// Main, after the handing over: receives and stamps one message; false when the server has
@@ -26,7 +26,7 @@ public:
     static bool receiveForMain();
 
     /// Arms the one-shot timer for the cycle of the sense_body that has just come: late when a see
-    /// is still to come, so that it can be acted upon, early when none is. Must run before the
+    /// is still to come, so that the decision can use it, early when none is. Must run before the
     /// world model stamps that sense_body.
     static void setTimeSignal();
 

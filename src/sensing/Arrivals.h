@@ -5,10 +5,10 @@
 /// Which of the two timed messages, sense_body and see, are waiting for the main thread.
 ///
 /// A message passes three states: kept (its record is written), stamped (its time of arrival is
-/// known too) and taken. Main takes stamped messages only, so whatever it decides upon, it knows
-/// when that came. One word holds both kinds: a see is never taken while the sense_body before it
-/// is being stamped. Lock-free. The sense thread calls keep, claim and stamp, the main thread
-/// take.
+/// known too) and taken. Main takes stamped messages only: it knows the time of arrival of
+/// everything it decides on. One word holds both kinds: a see is never taken while the sense_body
+/// before it is being stamped. Lock-free. The sense thread calls keep, claim and stamp, the main
+/// thread take.
 class Arrivals {
 public:
     /// Sets of kinds are sums of these.
@@ -66,13 +66,13 @@ public:
 
     operator bool() const { return arrivals_.isWaiting(kind_); }
     /// True: a record has been written. False: it is forgotten.
-    bool operator=(bool waits) {
+    ArrivalFlag& operator=(bool waits) {
         if (waits) {
             arrivals_.keep(kind_);
         } else {
             arrivals_.drop(kind_);
         }
-        return waits;
+        return *this;
     }
 
 private:

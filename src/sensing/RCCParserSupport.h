@@ -10,9 +10,9 @@
 /// is filtered, merged or signalled here. Constructed with `Sensors`, called on the sense thread.
 /// A null handle throws RCC_MemoryException, which nobody catches.
 
-/// An empty vector that never has to move: it has room for the largest see. Its elements are bytes
-/// that are copied over, so a thread that still reads the see before never meets one that has ended
-/// or has only begun.
+/// An empty vector with room for the largest see, so that it never moves. Its elements need no
+/// constructor and no destructor: a thread that still reads the see before finds old or new
+/// elements, never a destroyed or half-built one.
 template <typename T>
 std::vector<T> roomForOneSee() {
     static_assert(std::is_trivially_copyable_v<T> && !std::is_polymorphic_v<T>);
@@ -33,8 +33,8 @@ public:
 /// place, so that its address never changes.
 template <typename Record>
 class RecordHandler : public RCC_Handler<RCC_Pointer<Record>> {
-    // Overwritten while it is read, a record that owns nothing only mixes two messages. A player
-    // type is numbers too, beside a virtual function.
+    // A record that owns no memory may be overwritten while it is read: the reader then mixes two
+    // messages, nothing worse. A player type holds numbers only too, but has a virtual function.
     static_assert(std::is_trivially_copyable_v<Record> || std::is_same_v<Record, RCC_PlayerType>);
 
 public:

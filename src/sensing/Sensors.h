@@ -28,8 +28,8 @@ public:
     /// The same, but gives up and returns false when the server stays silent for as long as
     /// Communicator::limitSilence has set.
     static bool senseUnlessSilent();
-    /// What was read until now is read: orders it before whatever is kept from now on, so that only
-    /// reading while a record is overwritten remains a race. Main thread.
+    /// Main thread: says that it has finished reading. Orders these reads before every record that
+    /// is kept later, so that one race is left: a record overwritten while it is being read.
     static void doneReading() { readings.fetch_add(1, std::memory_order_release); }
 
     // What was seen last; each see replaces all seven.

@@ -167,6 +167,6 @@ private:
 /// clockwise.
 float calcPowerForDash(Vector2D move, float bodyAngle, float effort);
 
-/// How far a shot is aimed beside its mark, metres, by the direction of the goal (degrees from the
-/// x axis, counter-clockwise). NaN for a goal that lies behind.
+/// How far from its mark a shot is aimed, metres, by the direction of the goal (degrees from the x
+/// axis, counter-clockwise). NaN for a goal that lies behind.
 float calcAngleOffset(float angle);

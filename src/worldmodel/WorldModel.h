@@ -157,7 +157,7 @@ public:
     int numTeammatesWithinRectangle(Rectangle const& r) const;
     int numOpponentsWithin(float const& radius, Vector2D centre) const;
     int numTeammatesWithin(float const& radius, Vector2D centre) const;
-    /// Whether the sees come early or late enough in the cycle to be acted upon.
+    /// Whether the sees come early or late enough in the cycle to be used.
     bool haveOptimalSeeTimes() const;
     /// @}
 
@@ -188,8 +188,8 @@ public:
     float isClosestToPointRel(Vector2D /*point*/, Player const& /*p*/) const {
         return NOT_WORKED_OUT;
     }
-    // These three compare the closest player with p, not with the agent: true for whoever is found
-    // at p's own place. Not the question "am I the closest to p".
+    // These compare the closest player with p, not with the agent. So they do not answer "am I the
+    // closest to p": they are true when the player found at p's place is p itself.
     bool beingClosestTeamMateToPlayer(Player const& p) const;
     float beingClosestTeamMateToPlayerRel(Player const& p) const;
     bool beingSecondClosestTeamMateToPlayer(Player const& p) const;

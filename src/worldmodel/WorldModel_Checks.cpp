@@ -1,4 +1,4 @@
-// Tools for whoever debugs the integration: checks that stop the program at an impossible value,
+// Tools to debug the integration: checks that stop the program at an impossible value,
 // and hooks to look at a copy of an object in a debugger. Nothing in play calls them.
 
 #include "worldmodel/WorldModel.h"

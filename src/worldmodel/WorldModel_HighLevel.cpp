@@ -20,8 +20,8 @@ struct Span {
     constexpr bool holds(int msec) const { return first <= msec && msec <= last; }
 };
 
-// How long after its sense_body a see must not come, to be acted upon in the same half of the
-// cycle.
+// A see that comes within such a span after its sense_body is too late for the commands of that
+// half of the cycle.
 constexpr Span TOO_LATE_FOR_THE_FIRST_HALF = {6, 44};
 constexpr Span TOO_LATE_FOR_THE_SECOND_HALF = {65, 99};
 

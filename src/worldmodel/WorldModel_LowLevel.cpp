@@ -171,7 +171,7 @@ Vector2D WorldModel::integratePlayers() {
     situation_.theirTeam.players.clear();
     append(situation_.theirTeam.players, Sensors::enemies, true);
 
-    // Whoever cannot be told apart counts as an opponent.
+    // A player whose team is not known counts as an opponent.
     situation_.unknownPlayers.clear();
     append(situation_.unknownPlayers, Sensors::neuts, true);
     return lastVelocity;

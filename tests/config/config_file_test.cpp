@@ -41,7 +41,8 @@ protected:
 };
 
 TEST_F(ConfigFileTest, SampleFileNamesEverySettingAtItsDefault) {
-    settings() = std::decay_t<decltype(DEFAULTS)>(); // whatever the sample leaves out shows
+    settings() =
+        std::decay_t<decltype(DEFAULTS)>(); // so that a setting missing in the sample is noticed
     CapturedStream const trace(std::cerr);
     EXPECT_TRUE(F::parseConfigFile(SAMPLE_FILE, true, false));
     EXPECT_EQ(settings(), DEFAULTS);

@@ -9,7 +9,7 @@
 
 namespace gamelog_test {
 
-/// All bytes of a file as they lie there.
+/// All bytes of a file, not unpacked.
 inline std::string bytesOf(std::string const& path) {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
@@ -18,7 +18,7 @@ inline std::string bytesOf(std::string const& path) {
 /// All bytes of a packed file, unpacked by zlib's own file functions.
 inline std::string unpacked(std::string const& path) {
     std::string out;
-    gzFile const file = gzopen(path.c_str(), "rb");
+    gzFile file = gzopen(path.c_str(), "rb");
     char block[4096];
     for (int got = 0; file != nullptr && (got = gzread(file, block, sizeof block)) > 0;) {
         out.append(block, static_cast<std::size_t>(got));
@@ -27,7 +27,7 @@ inline std::string unpacked(std::string const& path) {
     return out;
 }
 
-/// A file that is gone with this object.
+/// A temporary file; the destructor removes it.
 class TemporaryFile {
 public:
     explicit TemporaryFile(std::string const& content = {}) {

@@ -1,4 +1,4 @@
-// Whatever is read is written again byte for byte: real logs, a monitor's datagrams, and shows of
+// What was read is written again byte for byte: real logs, a monitor's datagrams, and shows of
 // random values.
 
 #include <gtest/gtest.h>

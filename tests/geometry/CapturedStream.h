@@ -4,7 +4,7 @@
 #include <sstream>
 #include <string>
 
-/// Takes what is written to a stream while it lives.
+/// Collects what is written to a stream, as long as this object exists.
 class CapturedStream {
 public:
     explicit CapturedStream(std::ostream& os) : stream_(os), original_(os.rdbuf(taken_.rdbuf())) {}

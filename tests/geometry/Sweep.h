@@ -6,7 +6,7 @@
 
 #include "geometry/Geometry.h"
 
-/// The plainly different computation of these tests: double precision, vectors as complex numbers.
+/// The second computation that these tests compare with: double precision, complex numbers.
 using Complex = std::complex<double>;
 
 inline Complex toComplex(Vector2D const& v) {
@@ -22,7 +22,7 @@ inline Vector2D toVector(Complex v) {
     return {static_cast<float>(v.real()), static_cast<float>(v.imag()), CARTESIAN};
 }
 
-/// v, or if it is longer than that, as long.
+/// v, shortened to `longest` if it is longer.
 inline Complex capped(Complex v, double longest) {
     return std::abs(v) > longest ? std::polar(longest, std::arg(v)) : v;
 }
@@ -37,7 +37,7 @@ inline bool agree(Vector2D const& v, Complex expected, double tolerance = 2e-4) 
     return std::abs(toComplex(v) - expected) < tolerance;
 }
 
-/// How far two directions in degrees are apart, whatever their turns: 0 to 180.
+/// The angle between two directions in degrees, 0 to 180; whole turns do not count.
 inline double angleBetween(double a, double b) {
     return std::abs(std::remainder(a - b, 360.0));
 }
@@ -54,7 +54,7 @@ protected:
     /// Both bounds included.
     int whole(int low, int high) { return std::uniform_int_distribution(low, high)(engine_); }
 
-    /// A point on the field or somewhat beside it.
+    /// A point on the field or a little outside.
     Vector2D point() { return {number(-60, 60), number(-40, 40), CARTESIAN}; }
 
 private:

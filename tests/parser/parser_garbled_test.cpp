@@ -60,7 +60,7 @@ TEST_F(Garbled, OversizedNestedUnknownAndSilentKinds) {
                   "");
 }
 
-/// Rows that a see or a sense_body may become, whatever it was.
+/// The rows that any see or sense_body may give, however garbled it is.
 std::regex sensible() {
     std::string const real = R"(-?\d+(\.\d+)?(e[-+]\d+)? )";
     std::string const turn = R"(-?(360|([12]?\d?\d|3[0-5]\d)(\.\d+)?(e-\d+)?) )";

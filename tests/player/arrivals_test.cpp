@@ -17,7 +17,7 @@ TEST(Arrivals, OnlyWhatIsStampedIsTaken) {
     EXPECT_TRUE(arrivals.isWaiting(Arrivals::SEE));
     EXPECT_EQ(arrivals.claim(), Arrivals::SEE);
     arrivals.stamp(Arrivals::SEE);
-    // Whatever comes next claims what main has left, the sense_body ahead of its see.
+    // The next message of any kind claims what main has not taken: the sense_body first.
     arrivals.keep(Arrivals::SENSE_BODY);
     EXPECT_EQ(arrivals.claim(), Arrivals::SENSE_BODY + Arrivals::SEE);
     EXPECT_EQ(arrivals.take(), Arrivals::NOTHING);

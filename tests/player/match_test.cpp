@@ -97,7 +97,7 @@ TEST_P(EitherSide, TakesKickInsAndCorners) {
 TEST_P(EitherSide, TheGoalkeeperCatchesAndClears) {
     Scene scene({.goalie = true, .right = GetParam(), .unum = 1, .opponents = 1});
     bool caught = false;
-    for (int i = 0; i < 5 && !caught; ++i) { // at times it reaches beside the ball
+    for (int i = 0; i < 5 && !caught; ++i) { // a catch may miss
         scene.put({-47, 0}, {-38, 2}, {-0.8, -0.2});
         caught = scene.until(40, [&] { return scene.match.world().mode == Phase::freeKick; });
     }

@@ -114,7 +114,7 @@ TEST_F(Queries, SearchesFindWhatALookAtEverybodyFinds) {
 
 TEST_F(Queries, PossessionIncludesItsBounds) {
     agent.placeBall(1.085F, 0);
-    EXPECT_TRUE(world.isInKickableArea()); // whatever a difference would round to
+    EXPECT_TRUE(world.isInKickableArea()); // a difference would be rounded
     agent.placeBall(2, 0, -0.5F, 0);       // comes 0.5 nearer, and the agent 0.6
     EXPECT_FALSE(world.willBeInKickableArea(0, 100) || world.willBeInKickableArea(1, 0));
     EXPECT_TRUE(world.willBeInKickableArea(1, 100) && world.willBeInKickableArea(2, 0));

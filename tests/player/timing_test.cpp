@@ -105,7 +105,7 @@ TEST(Timing, TheTimerWaitsForTheSeeOfTheCycle) {
         microseconds const delay = delayOf(c.interval);
         loop.send(support::senseBody(2, c.view));
         loop.expectArmed(delay);
-        // Whatever comes before main has integrated arms the timer once more.
+        // Any message before main has integrated arms the timer once more.
         microseconds const delayAgain = delayOf(c.interval);
         std::this_thread::sleep_for(milliseconds(25));
         loop.send("(hear 1 referee play_on)");

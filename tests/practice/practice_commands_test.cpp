@@ -57,7 +57,7 @@ TEST(Commands, NonsenseIsRefused) {
     }
 }
 
-// Whatever arrives, reading ends and stays inside the datagram (run with sanitizers to see the
+// For any bytes reading ends and stays inside the datagram (run with sanitizers to see the
 // latter).
 TEST(Commands, HostileBytesOnlyFail) {
     std::mt19937 bits(1);

@@ -27,7 +27,7 @@ namespace {
 
 namespace state = gamelog::state;
 
-/// A folder that is gone with this object.
+/// A temporary folder; the destructor removes it.
 struct Folder {
     std::string path = "/tmp/practice-log-XXXXXX";
 

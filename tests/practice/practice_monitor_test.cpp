@@ -223,7 +223,7 @@ TEST(Monitors, WhatIsNotUnderstoodIsAnsweredInTheMatchsTime) {
     EXPECT_EQ(g.monitors.count(), 0U);
 }
 
-/// Whatever arrives, nothing is read beyond the datagram (run with sanitizers to see it).
+/// For any bytes, nothing is read beyond the datagram (run with sanitizers to see it).
 TEST(Monitors, HostileBytesOnlyFail) {
     std::mt19937 bits(1);
     constexpr std::string_view ALPHABET = "() -.1690dispfoulplayerversion\xff\n\0"sv;

@@ -28,7 +28,7 @@ struct Scene {
 
 } // namespace
 
-// Whatever a player does in a step, against the rules as plain sums. The noise stays within its
+// Random commands of a step, compared with the rules as plain sums. The noise stays within its
 // bounds, and comes near them.
 TEST(Physics, OneStepOfAPlayer) {
     Scene s;

@@ -8,9 +8,9 @@ import unittest
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent.parent
-sys.path.insert(0, str(ROOT / "scripts"))
+sys.path.insert(0, str(ROOT))
 
-import check_includes  # noqa: E402
+from scripts import check_includes  # noqa: E402
 
 
 class CheckIncludes(unittest.TestCase):

@@ -17,7 +17,9 @@ AgentHarness::AgentHarness(bool goalie, char const* team, Communicator* link)
     // socket.
     static Sensors const sensors(link, team);
     Sensors::parser.teamName = team;
-    Sensors::newSenseBody = Sensors::newVisual = Sensors::newRefAudio = false;
+    Sensors::newSenseBody = false;
+    Sensors::newVisual = false;
+    Sensors::newRefAudio = false;
     SkillPool::initialize(&world, &effectors);
     Utils::initialize(&world);
     receive(practice::serverParamMessage(3000));

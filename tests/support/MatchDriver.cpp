@@ -36,7 +36,7 @@ MatchDriver::MatchDriver(Setup const& setup)
         match.join(initText(AgentHarness::TEAM, false));
     }
     if (!setup.right) joinOpponents();
-    if (setup.scripted) others.emplace(match, id);
+    if (setup.scripted) others_.emplace(match, id);
     agent.world.setSeeTimingSettled(); // no clock here that sees could be late by
     deliver();
 }
@@ -48,11 +48,11 @@ std::vector<std::string> MatchDriver::step() {
     for (int poll = 0; !stepped; ++poll) {
         constexpr int LAST_POLL = 9;
         if (poll == LAST_POLL) {
-            for (std::string const& command : pending) {
+            for (std::string const& command : pending_) {
                 match.receive(id, command);
             }
-            sent.swap(pending);
-            if (others) others->act();
+            sent.swap(pending_);
+            if (others_) others_->act();
         }
         stepped = match.poll();
         deliver();
@@ -80,7 +80,7 @@ void MatchDriver::deliver() {
             message.text.starts_with("(sense_body") || message.text.starts_with("(see");
         if (wakes && agent.world.integrateSensorInfo()) {
             agent.decide();
-            pending = agent.allCommands();
+            pending_ = agent.allCommands();
         }
     }
 }

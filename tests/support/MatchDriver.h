@@ -40,8 +40,9 @@ public:
 private:
     /// Hands over what the server has sent to the agent and decides on it, as the main loop would.
     void deliver();
-    std::vector<std::string> pending;
-    std::optional<Script> others;
+
+    std::vector<std::string> pending_;
+    std::optional<Script> others_;
 };
 
 } // namespace support

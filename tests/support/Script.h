@@ -6,10 +6,14 @@
 
 namespace support {
 
-/// Plays for everybody but the agent, by the truth of the practice server's world: whoever of a
-/// team is next goes to the ball, the others keep near their places. Where the ball is kicked is on
-/// a schedule, so that all that can interrupt a match comes up. Goalkeepers catch, a team-mate says
-/// where the ball is, opponents babble. The same match always hears the same commands.
+/// Plays for everybody but the agent. It knows the true positions, since it reads the practice
+/// server's world. The nearest player of a team goes to the ball, the others stay near their
+/// places. A schedule says where the ball is kicked, so that everything that can interrupt a match
+/// happens in it. Goalkeepers catch, a team-mate says where the ball is, opponents say random
+/// words. The same match always gets the same commands. A cycle, for example:
+///   opponent 9, at the ball   (kick 85.3 -12)
+///   team-mate 4, far from it  (turn 40.2)
+///   team-mate 3               (say "vxAxByCxD")
 class Script {
 public:
     Script(practice::Match& played, int agent);
@@ -28,15 +32,15 @@ private:
     double wing() const;
     void talk();
 
-    practice::Match& match;
-    practice::World const& world;
-    practice::Player const& agent;
-    practice::Random random{1};
-    int cycle = 0;
-    practice::PlayMode mode;
-    int cyclesInMode = 0;
-    int setPieces = 0;
-    practice::Table<practice::Table<int, 3>, 2> kicks{}; ///< by team and third of the pitch
+    practice::Match& match_;
+    practice::World const& world_;
+    practice::Player const& agent_;
+    practice::Random random_{1};
+    int cycle_ = 0;
+    practice::PlayMode mode_;
+    int cyclesInMode_ = 0;
+    int setPieces_ = 0;
+    practice::Table<practice::Table<int, 3>, 2> kicks_{}; ///< by team and third of the pitch
 };
 
 } // namespace support

@@ -18,7 +18,7 @@ public:
     int port() const;
     /// The next datagram; nothing when none comes in time. Remembers its sender.
     std::optional<std::string> receive(int timeoutMsec = 200);
-    /// To whoever sent last.
+    /// To the sender of the last message.
     void send(std::string_view datagram) const;
     /// Speaks from now on to whom `other` speaks to, as a server does from another port.
     void takeOverFrom(ServerEnd const& other) { client_ = other.client_; }
