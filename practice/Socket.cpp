@@ -62,7 +62,8 @@ Socket::Arrival Socket::receive(std::span<char> buffer, std::string_view& text,
 }
 
 bool Socket::send(std::string_view text, Address const* peer) const {
-    return sendParts(text, std::string_view("", 1), peer);
+    constexpr std::string_view NUL("\0", 1);
+    return sendParts(text, NUL, peer);
 }
 
 bool Socket::sendBytes(std::string_view bytes, Address const* peer) const {

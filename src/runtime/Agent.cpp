@@ -4,6 +4,7 @@
 
 #include "link/Communicator.h"
 #include "link/Effectors.h"
+#include "runtime/PlanLogs.h"
 #include "runtime/SenseThread.h"
 #include "sensing/Sensors.h"
 #include "skills/SkillPool.h"
@@ -48,6 +49,8 @@ void Agent::integrateAndDecide() {
     } else {
         SkillPool::fieldPlayerGeneralBehaviour();
     }
+    static PlanLogs planLogs;
+    planLogs.write(*worldModel, SkillPool::takenCase());
     // With the see of the cycle there is nothing more to wait for. Else the timer sends, or a
     // server that waits asks for it.
     if (worldModel->seeIsNewerThanSenseBody()) effectors->sendAllCommands();

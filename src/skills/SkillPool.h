@@ -29,6 +29,12 @@ public:
     /// `Agent` would make this folder include the one above it.
     static void initialize(WorldModel* model, Effectors* commands);
 
+    /// The case of the behaviour that the last decision took, as one word; of several steps the
+    /// last. For study: nothing in play reads it.
+    static char const* takenCase() { return theCase; }
+    /// Notes the case at the place where it is chosen. `name` lives as long as the program.
+    static void take(char const* name) { theCase = name; }
+
     static constexpr float FULL_POWER = 100.0F; ///< of a dash or kick, as the server counts it
     /// A goalkeeper holds a ball that is this near, metres.
     static constexpr float AT_HAND = 2.0F;
@@ -145,6 +151,7 @@ private:
     /// Before the kick-off: whether the cycle goes to the timing of the sees.
     static bool profileSeeTiming();
 
+    inline static char const* theCase = "none";
     inline static WorldModel* worldModel = nullptr;
     inline static Effectors* effectors = nullptr;
     inline static Myself* myself = nullptr;

@@ -36,24 +36,31 @@ bool prepareSetPiece(float endSpeed) {
 template <typename Fallback>
 void setPiece(WorldModel const& world, float endSpeed, Fallback fallback) {
     if (!world.isMyHomePosClosestToPos(world.ball().position)) {
+        SkillPool::take("keep_place");
         SkillPool::doPositioning();
         return;
     }
+    SkillPool::take("walk_to_ball");
     if (!SkillPool::getBall(walkPower(), false, WALK_TO_BALL)) return;
     if (!SkillPool::faceOnlyBodyToPoint(opponent_goal_mid)) return;
+    SkillPool::take("look_for_receiver");
     if (!prepareSetPiece(endSpeed)) fallback();
 }
 
 void clearTheBall() {
+    SkillPool::take("clear");
     SkillPool::kickAway(false);
 }
+
 void shoot() {
+    SkillPool::take("shoot");
     SkillPool::scoreGoal();
 }
 
 void kickOff(WorldModel const& world) {
     static Vector2D const opponent_rc = Field::landmark(Field::OPP_RIGHT_CORNER);
     static Vector2D const opponent_lc = Field::landmark(Field::OPP_LEFT_CORNER);
+    SkillPool::take("kick_off");
     if (world.ball().position.isInvalid()) {
         SkillPool::scanFieldWithBody();
     } else if (world.beingClosestTeamMateToBall() &&
@@ -72,11 +79,14 @@ bool ourGoalieHasTheBall(WorldModel const& world) {
 
 void ourCornerKick(WorldModel const& world) {
     if (!world.isMyHomePosClosestToPos(world.ball().position)) {
+        SkillPool::take("corner_place");
         if (SkillPool::goToPositionOurCKick()) SkillPool::faceNeckAndBodyToBall();
         return;
     }
+    SkillPool::take("walk_to_ball");
     if (!SkillPool::getBall(walkPower(), false, WALK_TO_BALL)) return;
     if (!SkillPool::faceOnlyBodyToPoint(penShootPoint)) return;
+    SkillPool::take("take_corner");
     if (!prepareSetPiece(SkillPool::LONG_PASS_END_SPEED)) {
         SkillPool::kickToPoint(penShootPoint, SkillPool::FULL_POWER, false);
     }
@@ -85,9 +95,12 @@ void ourCornerKick(WorldModel const& world) {
 } // namespace
 
 void SkillPool::fieldPlayerGeneralBehaviour() {
+    take("none");
     switch (worldModel->situation().playMode) {
     case PM_BEFORE_KICK_OFF:
+        take("settle_sees");
         if (profileSeeTiming()) return; // the whole cycle, without a report
+        take("initial_place");
         if (!takeInitialPosition()) break;
         if (ball->position.isInvalid()) {
             scanFieldWithBody();
@@ -104,6 +117,7 @@ void SkillPool::fieldPlayerGeneralBehaviour() {
         kickOff(*worldModel);
         break;
     case PM_THEIR_KICK_OFF:
+        take("initial_place");
         if (takeInitialPosition()) faceNeckAndBodyToBall();
         break;
     case PM_OUR_KICK_IN:
@@ -118,6 +132,7 @@ void SkillPool::fieldPlayerGeneralBehaviour() {
         ourCornerKick(*worldModel);
         break;
     case PM_THEIR_CORNER_KICK:
+        take("corner_place");
         if (goToPositionTheirCKick()) faceNeckAndBodyToBall();
         break;
     case PM_OUR_GOAL_KICK:
@@ -125,6 +140,7 @@ void SkillPool::fieldPlayerGeneralBehaviour() {
         break;
     case PM_OUR_GOAL:
     case PM_THEIR_GOAL:
+        take("initial_place");
         if (takeInitialPosition()) faceNeckAndBodyToPoint(opponent_goal_mid);
         break;
     case PM_OUR_PENALTY_KICK:
@@ -138,10 +154,12 @@ void SkillPool::fieldPlayerGeneralBehaviour() {
     case PM_THEIR_PENALTY_KICK:
     case PM_OUR_BACK_PASS:
     case PM_THEIR_BACK_PASS:
+        take("keep_place");
         doPositioning();
         break;
     case PM_OUR_GOAL_SCORED:
     case PM_THEIR_GOAL_SCORED:
+        take("initial_place");
         takeInitialPosition();
         break;
     default:
@@ -176,18 +194,23 @@ bool playKickableBall(WorldModel const& world) {
     float const x = world.ball().position.x;
 
     if (world.beingAtGoodPointToScore()) {
+        SkillPool::take("shoot");
         SkillPool::scoreGoal();
         return true;
     }
+    SkillPool::take("pass");
     if (SkillPool::passIfHaveACandidate(true, passEndSpeed)) return true;
     if (!world.beingFrontalAttacked() && x > dribbleAreaX()) {
+        SkillPool::take("dribble");
         SkillPool::simpleDribbleToPoint(dribblePoint, 100);
         return true;
     }
     if (world.myself().unum != UNUM_MIDDLEATTACKER && passAreaX <= x && x <= dribbleAreaX()) {
+        SkillPool::take("pass_ahead");
         passAheadOfMiddleAttacker(world);
         return true;
     }
+    SkillPool::take("kick_forward");
     SkillPool::scoreGoal();
     return false;
 }
@@ -196,17 +219,22 @@ bool playKickableBall(WorldModel const& world) {
 
 void SkillPool::playOnBehavior() {
     if (ball->position.isInvalid()) {
+        take("look_for_ball");
         scanFieldWithBody();
         return;
     }
     if (worldModel->isInKickableArea()) {
         if (playKickableBall(*worldModel)) return;
     } else if (!worldModel->beingClosestTeamMateToBall()) {
+        take("keep_place");
         doPositioning();
         return;
-    } else if (getBall(FULL_POWER, false, RUN_TO_BALL)) {
-        faceNeckAndBodyToBall();
-        return;
+    } else {
+        take("get_ball");
+        if (getBall(FULL_POWER, false, RUN_TO_BALL)) {
+            faceNeckAndBodyToBall();
+            return;
+        }
     }
     faceOnlyNeckToBall();
 }

@@ -53,11 +53,14 @@ Vector2D guardingPoint(Ball const& ball) {
 } // namespace
 
 void SkillPool::goalieGeneralBehaviour() {
+    take("none");
     if (worldModel->currentTime() - kickedTime >= OWN_KICK_CYCLES) PERFORMED_GOALIE_KICK = false;
 
     switch (worldModel->situation().playMode) {
     case PM_BEFORE_KICK_OFF:
+        take("settle_sees");
         if (profileSeeTiming()) return; // the whole cycle, without a report
+        take("initial_place");
         takeInitialPosition();
         break;
     case PM_PLAY_ON:
@@ -71,6 +74,7 @@ void SkillPool::goalieGeneralBehaviour() {
     case PM_THEIR_CORNER_KICK:
     case PM_THEIR_GOAL_KICK:
         if (ball->position.isInvalid()) {
+            take("look_for_ball");
             scanFieldWithBody();
         } else {
             goaliePositioning();
@@ -79,6 +83,7 @@ void SkillPool::goalieGeneralBehaviour() {
         break;
     case PM_OUR_FREE_KICK:
         if (ball->position.isInvalid()) {
+            take("look_for_ball");
             scanFieldWithBody();
         } else if (myself->position.getDistanceTo(ball->position) <= AT_HAND) {
             performGoalieFreeKick();
@@ -93,6 +98,7 @@ void SkillPool::goalieGeneralBehaviour() {
         break;
     case PM_OUR_GOAL_SCORED:
     case PM_THEIR_GOAL_SCORED:
+        take("initial_place");
         takeInitialPosition();
         break;
     default:
@@ -109,6 +115,7 @@ void SkillPool::goaliePlayOn() {
         bool const banned =
             catchTime != now &&
             static_cast<float>(now - catchTime) < static_cast<float>(Configuration::catchBanCycle);
+        take(banned ? "clear" : "catch");
         if (banned) {
             kickAway(false);
         } else {
@@ -118,6 +125,7 @@ void SkillPool::goaliePlayOn() {
         return;
     }
     if (ball->position.isInvalid()) {
+        take("look_for_ball");
         scanFieldWithBody();
         return;
     }
@@ -126,6 +134,7 @@ void SkillPool::goaliePlayOn() {
     bool const reachable = worldModel->interceptionPoint(*myself, interception, cycles, true);
     if (Field::OWN_PENALTY_AREA.isInside(ball->position) ||
         (reachable && Field::OWN_PENALTY_AREA.isInside(interception))) {
+        take("get_ball");
         getBall(FULL_POWER, true, WALK_TO_BALL);
         faceOnlyNeckToBall();
     } else {
@@ -134,6 +143,7 @@ void SkillPool::goaliePlayOn() {
 }
 
 void SkillPool::goaliePositioning() {
+    take("guard");
     constexpr float BACKWARDS_FROM = 100.0F; // degrees between ball and target
     constexpr float TOLERANCE = 1.0F;
     Vector2D const target = guardingPoint(*ball);
@@ -145,6 +155,7 @@ void SkillPool::goaliePositioning() {
 }
 
 bool SkillPool::performGoalieFreeKick() {
+    take("free_kick");
     [[maybe_unused]] static int timeReset = 1; // set after each kick; no rule reads it yet
     if (freeKickCounter++ < FREE_KICK_WAIT) return false;
 

@@ -13,8 +13,9 @@ std::string problems(std::string const& text) {
     CapturedStream const unused(std::cerr);
     std::string all;
     for (ConfProblem const& p : findConfProblems(text)) {
-        all.append(p.isError ? "E" : "W").append(std::to_string(p.line)).append(" ");
-        all.append(p.message).append("\n");
+        all += p.isError ? 'E' : 'W';
+        all += std::to_string(p.line);
+        all.append(" ").append(p.message).append("\n");
     }
     return all;
 }
