@@ -45,7 +45,9 @@ def _may_install() -> bool:
     if os.geteuid() == 0:
         return True
     sudo = shutil.which("sudo")
-    return sudo is not None and subprocess.run([sudo, "-n", "true"], capture_output=True).returncode == 0
+    if sudo is None:
+        return False
+    return subprocess.run([sudo, "-n", "true"], capture_output=True).returncode == 0
 
 
 def install(why: str, packages: list[str]) -> None:

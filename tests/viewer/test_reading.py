@@ -41,7 +41,9 @@ class Reading(PageTest):
                 self.page.frames()
                 drawn = self.page.js("return viewer.positions()")
                 self.assertEqual(drawn["show"], index)
-                x, y, *_ = map(float, BALL.search(lines[index]).groups())  # type: ignore[union-attr]
+                ball = BALL.search(lines[index])
+                assert ball is not None
+                x, y, *_ = map(float, ball.groups())
                 self.assertAlmostEqual(drawn["ball"]["x"], x, 4)
                 self.assertAlmostEqual(drawn["ball"]["y"], y, 4)
                 players = PLAYER.findall(lines[index])
