@@ -8,13 +8,13 @@
 namespace practice {
 
 std::string senseBodyMessage(World const& world, Player const& player) {
-    constexpr std::array<std::string_view, 3> widths{"narrow", "normal", "wide"};
+    constexpr std::array<std::string_view, 3> WIDTHS{"narrow", "normal", "wide"};
     std::string_view const quality = player.view.quality == Quality::high ? "high" : "low";
     double const direction = normalized(player.vel.angle() - player.body - player.neck);
     Counts const& n = player.counts;
     // Both angles are cut, not rounded: part of the protocol.
     return text("(sense_body ", world.cycle, " (view_mode ", quality, ' ',
-                widths[static_cast<std::size_t>(player.view.width)], ") (stamina ", player.stamina,
+                WIDTHS[static_cast<std::size_t>(player.view.width)], ") (stamina ", player.stamina,
                 ' ', player.effort, ") (speed ", quantized(player.vel.length(), 0.01), ' ',
                 static_cast<int>(toDeg(direction)), ") (head_angle ",
                 static_cast<int>(toDeg(player.neck)), ") (kick ", n.kick, ") (dash ", n.dash,

@@ -6,7 +6,7 @@
 
 namespace practice {
 
-// What a player feels: the sense_body message.
+/// The sense_body message of a player.
 std::string senseBodyMessage(World const& world, Player const& player);
 
 } // namespace practice

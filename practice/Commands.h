@@ -7,8 +7,8 @@
 
 #include "practice/World.h"
 
-// What players say to the server, read from the text of a datagram. Nothing here is trusted: any
-// bytes give either commands or a refusal. Angles are degrees.
+/// The commands of players, read from the text of a datagram. Any bytes may come: they give either
+/// commands or a refusal. Angles are degrees.
 namespace practice {
 
 struct Turn {
@@ -24,7 +24,7 @@ struct Catch {
     double dir;
 };
 struct Move {
-    Vec pos; // in the team's own frame, own half negative
+    Vec pos; ///< in the team's own frame, own half negative
 };
 struct TurnNeck {
     double moment;
@@ -33,19 +33,19 @@ struct ChangeView {
     View view;
 };
 struct Say {
-    std::string_view text; // of the datagram
+    std::string_view text; ///< of the datagram
 };
-enum class Request { score, senseBody, bye, nothing }; // nothing: understood, without effect
+enum class Request { score, senseBody, bye, nothing }; ///< nothing: understood, without effect
 
 using Command = std::variant<Turn, Dash, Kick, Catch, Move, TurnNeck, ChangeView, Say, Request>;
 
-// The commands of one datagram, one after the other.
+/// The commands of one datagram, one after the other.
 class CommandReader {
 public:
-    // `datagram` must outlive the reader and the Say commands it returns.
+    /// `datagram` must outlive the reader and the Say commands it returns.
     explicit CommandReader(std::string_view datagram);
 
-    // The next command; none at the end of the datagram or at the first one that makes no sense.
+    /// The next command; none at the end of the datagram or at the first one that makes no sense.
     std::optional<Command> next();
     bool failed() const { return failed_; }
 
@@ -54,14 +54,14 @@ private:
     bool failed_ = false;
 };
 
-inline constexpr std::string_view illegalForm = "(error illegal_command_form)";
+inline constexpr std::string_view ILLEGAL_FORM = "(error illegal_command_form)";
 
-// The first datagram of a client.
+/// The first datagram of a client.
 struct Introduction {
-    std::string_view refusal; // the reply to one that makes no sense; else empty
+    std::string_view refusal; ///< the reply to one that makes no sense; else empty
     bool reconnect = false;
     std::string team{};
-    double version = 3.0; // of a client that does not tell
+    double version = 3.0; ///< when the client does not tell it
     bool goalie = false;
 };
 Introduction readIntroduction(std::string_view datagram);

@@ -12,10 +12,10 @@ namespace practice {
 
 namespace {
 
-constexpr double landStep = parameter("landQuantizeStep");
-constexpr double movableStep = parameter("distQuantizeStep");
-constexpr double halfNormal = parameter("visibleAngle") / 2.0;
-constexpr std::array<double, 3> halfConesDeg{halfNormal / 2.0, halfNormal, halfNormal * 2.0};
+constexpr double LAND_STEP = parameter("landQuantizeStep");
+constexpr double MOVABLE_STEP = parameter("distQuantizeStep");
+constexpr double HALF_NORMAL = parameter("visibleAngle") / 2.0;
+constexpr std::array<double, 3> HALF_CONES_DEG{HALF_NORMAL / 2.0, HALF_NORMAL, HALF_NORMAL * 2.0};
 
 struct Landmark {
     std::string_view name;
@@ -23,7 +23,7 @@ struct Landmark {
 };
 
 // clang-format off
-constexpr std::array<Landmark, 55> landmarks{{
+constexpr std::array<Landmark, 55> LANDMARKS{{
     {"f c",     {0, 0}},         {"f c t",   {0, -34}},       {"f c b",   {0, 34}},        {"f r t",   {52.5, -34}},
     {"f r b",   {52.5, 34}},     {"f l t",   {-52.5, -34}},   {"f l b",   {-52.5, 34}},    {"f g r b", {52.5, 7.01}},
     {"g r",     {52.5, 0}},      {"f g r t", {52.5, -7.01}},  {"f g l b", {-52.5, 7.01}},  {"g l",     {-52.5, 0}},
@@ -40,20 +40,20 @@ constexpr std::array<Landmark, 55> landmarks{{
     {"f l b 10",{-57.5, 10}},    {"f l b 20",{-57.5, 20}},    {"f l b 30",{-57.5, 30}},
 }};
 
-// A line lies at `offset` along its normal and reaches `halfLength` to both sides of the axis.
+/// A line lies at `offset` along its normal and reaches `halfLength` to both sides of the axis.
 struct Line {
     char name;
     double normalDeg, offset, halfLength;
 };
-constexpr std::array<Line, 4> lines{{
-    {'l', 180.0, pitchHalfLength, pitchHalfWidth},
-    {'r',   0.0, pitchHalfLength, pitchHalfWidth},
-    {'t', -90.0, pitchHalfWidth,  pitchHalfLength},
-    {'b',  90.0, pitchHalfWidth,  pitchHalfLength},
+constexpr std::array<Line, 4> LINES{{
+    {'l', 180.0, PITCH_HALF_LENGTH, PITCH_HALF_WIDTH},
+    {'r',   0.0, PITCH_HALF_LENGTH, PITCH_HALF_WIDTH},
+    {'t', -90.0, PITCH_HALF_WIDTH,  PITCH_HALF_LENGTH},
+    {'b',  90.0, PITCH_HALF_WIDTH,  PITCH_HALF_LENGTH},
 }};
 // clang-format on
 
-// 0 up to `from`, then growing to 1 at `to`.
+/// 0 up to `from`, then growing to 1 at `to`.
 double fading(double dist, double from, double to) {
     return std::clamp((dist - from) / (to - from), 0.0, 1.0);
 }
@@ -63,20 +63,23 @@ public:
     Eyes(World const& world, Player const& viewer, Random& random)
         : world_(world), me_(viewer), random_(random), gaze_(viewer.gaze()),
           high_(viewer.view.quality == Quality::high),
-          halfCone_(toRad(halfConesDeg[static_cast<std::size_t>(viewer.view.width)])),
+          halfCone_(toRad(HALF_CONES_DEG[static_cast<std::size_t>(viewer.view.width)])),
           out_(text("(see ", world.cycle)) {}
 
     std::string look() {
-        for (auto const& [name, pos] : landmarks)
-            seeThing(name, name.front() == 'g' ? 'G' : 'F', pos, landStep, {});
-        seeThing("b", 'B', world_.ball.pos, movableStep, world_.ball.vel);
-        for (Player const& p : world_.players)
+        for (auto const& [name, pos] : LANDMARKS) {
+            seeThing(name, name.front() == 'g' ? 'G' : 'F', pos, LAND_STEP, {});
+        }
+        seeThing("b", 'B', world_.ball.pos, MOVABLE_STEP, world_.ball.vel);
+        for (Player const& p : world_.players) {
             if (p.active && &p != &me_) seePlayer(p);
+        }
         bool const inside =
-            std::abs(me_.pos.x) < pitchHalfLength && std::abs(me_.pos.y) < pitchHalfWidth;
+            std::abs(me_.pos.x) < PITCH_HALF_LENGTH && std::abs(me_.pos.y) < PITCH_HALF_WIDTH;
         int left = inside ? 1 : 2; // from outside two lines are in sight
-        for (Line const& line : lines)
+        for (Line const& line : LINES) {
             if (left > 0 && seeLine(line)) --left;
+        }
         return std::move(out_) + ")";
     }
 
@@ -84,12 +87,12 @@ private:
     struct Seen {
         bool inCone = false;
         double trueDistance = 0.0;
-        double distance = 0.0; // as seen
-        Vec unit{};            // towards the object
-        int dir = 0;           // degrees
+        double distance = 0.0; ///< as seen
+        Vec unit{};            ///< towards the object
+        int dir = 0;           ///< degrees
     };
 
-    // What is outside the cone is felt when it is close; none if it is not.
+    /// Nothing for what is outside the view cone, unless it is close enough to be felt.
     std::optional<Seen> lookAt(Vec pos, double step) const {
         Vec const to = pos - me_.pos;
         double const rel = normalized(to.angle() - gaze_);
@@ -117,7 +120,7 @@ private:
         appendText(out_, ' ', seen.distance * along, ' ', quantized(across, 0.1));
     }
 
-    // Ball or landmark: the changes are recognised from near only.
+    /// Ball or landmark: the changes are recognised from near only.
     void seeThing(std::string_view name, char closeName, Vec pos, double step, Vec velocity) {
         auto const seen = lookAt(pos, step);
         if (!seen) return;
@@ -127,13 +130,14 @@ private:
             open(closeName);
         }
         place(*seen);
-        if (high_ && seen->inCone && !random_.happens(fading(seen->distance, 20.0, 40.0)))
+        if (high_ && seen->inCone && !random_.happens(fading(seen->distance, 20.0, 40.0))) {
             changes(*seen, velocity);
+        }
         out_ += ')';
     }
 
     void seePlayer(Player const& p) {
-        auto const seen = lookAt(p.pos, movableStep);
+        auto const seen = lookAt(p.pos, MOVABLE_STEP);
         if (!seen) return;
         bool number = false;
         if (seen->inCone) {
@@ -150,7 +154,7 @@ private:
         out_ += ')';
     }
 
-    // Far away the team's name fades, and before it the number; returns whether that was seen.
+    /// Far away the team's name fades, and before it the number; returns whether that was seen.
     bool openPlayer(Player const& p, Seen const& seen) {
         bool const team = !random_.happens(fading(seen.distance, 40.0, 60.0));
         bool const number = team && !random_.happens(fading(seen.distance, 20.0, 40.0));
@@ -161,8 +165,8 @@ private:
         return number;
     }
 
-    // Whether the line of sight hits the line. Its direction is the angle between the two, not the
-    // bearing of a point.
+    /// Whether the line of sight hits the line. Its direction is the angle between the two, not the
+    /// bearing of a point.
     bool seeLine(Line const& line) {
         Vec const outward = polar(1.0, toRad(line.normalDeg));
         double const toLine = line.offset - dot(me_.pos, outward);
@@ -175,7 +179,7 @@ private:
         if (std::abs(upright ? hit.y : hit.x) > line.halfLength) return false;
         int const dir = static_cast<int>(std::rint(toDeg(a) + (a > 0.0 ? -90.0 : 90.0)));
         open("l ", line.name);
-        place({.distance = seenDistance(length, landStep), .dir = dir});
+        place({.distance = seenDistance(length, LAND_STEP), .dir = dir});
         out_ += ')';
         return true;
     }
@@ -196,8 +200,8 @@ std::string seeMessage(World const& world, Player const& viewer, Random& random)
 }
 
 int seeInterval(View view) {
-    constexpr std::array<int, 3> highTicks{2, 4, 8};
-    int const ticks = highTicks[static_cast<std::size_t>(view.width)];
+    constexpr std::array<int, 3> HIGH_TICKS{2, 4, 8};
+    int const ticks = HIGH_TICKS[static_cast<std::size_t>(view.width)];
     return view.quality == Quality::high ? ticks : ticks / 2;
 }
 

@@ -1,8 +1,8 @@
 // lossy-link PORT SERVERPORT SEED: a bad network on one machine, for ./play --lossy.
 //
-// Players take PORT for the server's. Whatever passes, either way, meets the dice; only the
-// introductions come through unharmed, since a player says hello once. Ends on SIGTERM or when
-// nothing comes any more, and prints what it did.
+// Players take PORT for the server's. Datagrams in both directions are lost, doubled, delayed, cut
+// or garbled at random. Introductions always pass, because a player sends its own only once. Ends
+// on SIGTERM or when nothing has come for a while, and prints what it did.
 
 #include <array>
 #include <chrono>
@@ -22,13 +22,13 @@ using Clock = std::chrono::steady_clock;
 using Direction = std::size_t;
 
 constexpr Direction TO_SERVER = 0, TO_PLAYER = 1;
-constexpr double LONGEST_DELAY = 150.0; // milliseconds
+constexpr double LONGEST_DELAY = 150.0; ///< milliseconds
 constexpr std::chrono::seconds SILENCE{20};
 
 enum Fate : std::size_t { lost, doubled, late, cut, garbled, intact, FATES };
 struct Share {
     char const* name;
-    double upTo; // of a number from 0 to 1
+    double upTo; ///< of a number from 0 to 1
 };
 constexpr std::array<Share, FATES> SHARES = {{{"lost", 0.10},
                                               {"doubled", 0.20},
@@ -42,33 +42,33 @@ volatile std::sig_atomic_t stopRequested = 0;
 class LossyLink {
 public:
     LossyLink(Socket&& entrance, Address const& serverAddress, std::uint64_t seed)
-        : door(std::move(entrance)), server(serverAddress), any(serverAddress), random(seed) {
-        any.sin_port = 0;
+        : door_(std::move(entrance)), server_(serverAddress), any_(serverAddress), random_(seed) {
+        any_.sin_port = 0;
     }
 
     /// Passes on what waits; false when nothing has come for long.
     bool poll() {
         Address sender{};
         std::string_view datagram;
-        while (door.receive(buffer, datagram, sender) == Socket::Arrival::datagram) {
+        while (door_.receive(buffer_, datagram, sender) == Socket::Arrival::datagram) {
             if (Player* const player = playerAt(sender)) pass(*player, TO_SERVER, datagram);
         }
-        for (Player& player : players) {
-            while (player.socket[TO_SERVER].receive(buffer, datagram, player.server) ==
+        for (Player& player : players_) {
+            while (player.socket[TO_SERVER].receive(buffer_, datagram, player.server) ==
                    Socket::Arrival::datagram) {
                 pass(player, TO_PLAYER, datagram);
             }
-            while (player.socket[TO_PLAYER].receive(buffer, datagram, sender) ==
+            while (player.socket[TO_PLAYER].receive(buffer_, datagram, sender) ==
                    Socket::Arrival::datagram) {
                 pass(player, TO_SERVER, datagram);
             }
         }
-        std::erase_if(waiting, [this](Late const& item) {
+        std::erase_if(waiting_, [this](Late const& item) {
             bool const due = item.due <= Clock::now();
-            if (due) deliver(players[item.player], item.direction, item.text);
+            if (due) deliver(players_[item.player], item.direction, item.text);
             return due;
         });
-        return Clock::now() < lastArrival + SILENCE;
+        return Clock::now() < lastArrival_ + SILENCE;
     }
 
     void printFigures() const {
@@ -76,7 +76,7 @@ public:
         for (Direction const direction : {TO_SERVER, TO_PLAYER}) {
             std::printf("link %s:", NAMES[direction]);
             for (std::size_t fate = 0; fate < FATES; ++fate) {
-                std::printf(" %d %s", counts[direction][fate], SHARES[fate].name);
+                std::printf(" %d %s", counts_[direction][fate], SHARES[fate].name);
             }
             std::printf("\n");
         }
@@ -96,19 +96,19 @@ private:
     };
 
     Player* playerAt(Address const& sender) {
-        for (Player& player : players) {
+        for (Player& player : players_) {
             if (player.address.sin_port == sender.sin_port) return &player;
         }
-        auto inner = Socket::bound(any);
-        auto outer = Socket::bound(any);
+        auto inner = Socket::bound(any_);
+        auto outer = Socket::bound(any_);
         if (!inner || !outer) return nullptr;
-        return &players.emplace_back(
-            Player{sender, server, {std::move(*inner), std::move(*outer)}});
+        return &players_.emplace_back(
+            Player{sender, server_, {std::move(*inner), std::move(*outer)}});
     }
 
     Fate drawFate(std::string_view text) {
         if (text.starts_with("(init")) return intact;
-        double const drawn = random.uniform(0.0, 1.0);
+        double const drawn = random_.uniform(0.0, 1.0);
         std::size_t fate = 0;
         while (drawn >= SHARES[fate].upTo) {
             ++fate;
@@ -117,25 +117,25 @@ private:
     }
 
     void pass(Player const& player, Direction direction, std::string_view datagram) {
-        lastArrival = Clock::now();
+        lastArrival_ = Clock::now();
         std::string text(datagram.substr(0, datagram.find('\0'))); // the socket adds it again
         Fate const fate = drawFate(text);
-        ++counts[direction][fate];
+        ++counts_[direction][fate];
         auto const place = [&] {
-            return static_cast<std::size_t>(random.uniform(0.0, static_cast<double>(text.size())));
+            return static_cast<std::size_t>(random_.uniform(0.0, static_cast<double>(text.size())));
         };
         if (fate == lost) return;
         if (fate == late) {
             std::chrono::duration<double, std::milli> const delay(
-                random.uniform(0.0, LONGEST_DELAY));
-            waiting.push_back({lastArrival + std::chrono::duration_cast<Clock::duration>(delay),
-                               static_cast<std::size_t>(&player - players.data()), direction,
-                               std::move(text)});
+                random_.uniform(0.0, LONGEST_DELAY));
+            waiting_.push_back({lastArrival_ + std::chrono::duration_cast<Clock::duration>(delay),
+                                static_cast<std::size_t>(&player - players_.data()), direction,
+                                std::move(text)});
             return;
         }
         if (fate == cut) text.resize(place());
         for (int i = 0; fate == garbled && !text.empty() && i < 3; ++i) {
-            text[place()] = static_cast<char>(random.uniform(-128.0, 128.0));
+            text[place()] = static_cast<char>(random_.uniform(-128.0, 128.0));
         }
         deliver(player, direction, text);
         if (fate == doubled) deliver(player, direction, text);
@@ -146,15 +146,15 @@ private:
                                       direction == TO_SERVER ? &player.server : &player.address);
     }
 
-    Socket door;
-    Address server;
-    Address any; // ours, any port
-    Random random;
-    std::vector<Player> players;
-    std::vector<Late> waiting;
-    std::array<std::array<int, FATES>, 2> counts{};
-    Clock::time_point lastArrival = Clock::now();
-    std::array<char, 8192> buffer{};
+    Socket door_;
+    Address server_;
+    Address any_; ///< ours, any port
+    Random random_;
+    std::vector<Player> players_;
+    std::vector<Late> waiting_;
+    std::array<std::array<int, FATES>, 2> counts_{};
+    Clock::time_point lastArrival_ = Clock::now();
+    std::array<char, 8192> buffer_{};
 };
 
 } // namespace

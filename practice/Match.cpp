@@ -16,16 +16,16 @@ namespace practice {
 
 namespace {
 
-constexpr long pollsPerStep = 10;
-constexpr int spokenVersion = 7; // the only message format this server speaks
+constexpr long POLLS_PER_STEP = 10;
+constexpr int SPOKEN_VERSION = 7; ///< the only message format this server speaks
 
-// The internal clock of the eyes ticks every 37.5 ms and is noticed at the next poll.
+/// The internal clock of the eyes ticks every 37.5 ms and is noticed at the next poll.
 long ticksAt(long polls) {
     return polls * 4 / 15;
 }
 
-std::array<int, maxPlayers> everybodyInRandomOrder(Random& random) {
-    std::array<int, maxPlayers> order{};
+std::array<int, MAX_PLAYERS> everybodyInRandomOrder(Random& random) {
+    std::array<int, MAX_PLAYERS> order{};
     std::iota(order.begin(), order.end(), 0);
     random.shuffle(std::span<int>(order));
     return order;
@@ -34,11 +34,8 @@ std::array<int, maxPlayers> everybodyInRandomOrder(Random& random) {
 } // namespace
 
 Match::Match(MatchOptions const& options)
-    : random_(options.seed),
-      referee_(world_, random_, options.kickOff, [this](std::string_view word) {
-          for (Player const& p : world_.players)
-              if (p.active) send(p, text("(hear ", world_.cycle, " referee ", word, ')'));
-      }) {
+    : random_(options.seed), referee_(world_, random_, options.kickOff,
+                                      [this](std::string_view word) { announce(word); }) {
     world_.halfCycles = options.halfCycles;
 }
 
@@ -46,20 +43,21 @@ Match::Match(MatchOptions const& options)
 
 Match::Joined Match::join(std::string_view firstDatagram) {
     Introduction const client = readIntroduction(firstDatagram);
-    if (!client.refusal.empty()) return {nobody, std::string(client.refusal)};
+    if (!client.refusal.empty()) return {NOBODY, std::string(client.refusal)};
     if (client.reconnect) { // nobody comes back: a number is used once
         bool const playing = world_.mode == Phase::playOn;
-        return {nobody, playing ? "(error cannot_reconnect_while_playon)"
+        return {NOBODY, playing ? "(error cannot_reconnect_while_playon)"
                                 : "(error no_such_team_or_player)"};
     }
     Side const side = sideOf(client.team);
-    if (side == Side::none) return {nobody, "(error no_more_team)"};
+    if (side == Side::none) return {NOBODY, "(error no_more_team)"};
     int const id = freeNumber(client, side);
-    if (id == nobody) return {id, "(error no_more_player_or_goalie_or_illegal_client_version)"};
+    if (id == NOBODY) return {id, "(error no_more_player_or_goalie_or_illegal_client_version)"};
     Player& p = world_.player(id);
     p.joined = p.active = true;
     p.goalie = client.goalie;
-    p.pos = {-3.0 * sign(side) * p.unum, -37.0};
+    p.pos = touchlinePlace(p);
+    if (observer_ != nullptr) observer_->heardPlayer(world_, p, firstDatagram);
     send(p, text("(init ", letter(side), ' ', p.unum, ' ', world_.mode.word(), ')'));
     send(p, serverParamMessage(world_.halfCycles));
     send(p, playerParamMessage());
@@ -67,7 +65,7 @@ Match::Joined Match::join(std::string_view firstDatagram) {
     return {id, {}};
 }
 
-// The side that plays under this name; a new name takes the next free side.
+/// The side that plays under this name; a new name takes the next free side.
 Side Match::sideOf(std::string const& team) {
     for (Side const side : {Side::left, Side::right}) {
         std::string& name = world_.teamNames[index(side)];
@@ -77,15 +75,15 @@ Side Match::sideOf(std::string const& team) {
     return Side::none;
 }
 
-// The index of the player that the client may be; nobody if it may be none.
+/// The index of the player that the client becomes; NOBODY if there is no place for it.
 int Match::freeNumber(Introduction const& client, Side side) const {
-    if (client.version < spokenVersion || client.version >= spokenVersion + 1) return nobody;
-    for (int unum = 1; unum <= playersPerTeam; ++unum) {
+    if (client.version < SPOKEN_VERSION || client.version >= SPOKEN_VERSION + 1) return NOBODY;
+    for (int unum = 1; unum <= PLAYERS_PER_TEAM; ++unum) {
         int const id = playerId(side, unum);
         if (!world_.player(id).joined) return id;
-        if (client.goalie && world_.player(id).goalie) return nobody;
+        if (client.goalie && world_.player(id).goalie) return NOBODY;
     }
-    return nobody;
+    return NOBODY;
 }
 
 void Match::remove(int id) {
@@ -93,11 +91,36 @@ void Match::remove(int id) {
     if (!p.active) return;
     p.active = false;
     p.lost = world_.mode != Phase::timeOver;
-    if (world_.ballHolder == id) world_.ballHolder = nobody;
+    if (world_.ballHolder == id) world_.ballHolder = NOBODY;
     inbox_[id].clear();
 }
 
+// ---- The interventions of a human
+
+void Match::place(int id, Vec pos, double body) {
+    Player& p = world_.player(id);
+    if (!p.active) return;
+    p.pos = cutToRunOff(pos);
+    p.body = normalized(body);
+    p.halt();
+}
+
+void Match::discard(int id) {
+    Player& p = world_.player(id);
+    if (!p.active) return;
+    remove(id);
+    p.lost = false;
+    p.discarded = true;
+}
+
 // ---- Messages
+
+void Match::announce(std::string_view word) {
+    if (observer_ != nullptr) observer_->heardReferee(world_, word);
+    for (Player const& p : world_.players) {
+        if (p.active) send(p, text("(hear ", world_.cycle, " referee ", word, ')'));
+    }
+}
 
 void Match::send(Player const& player, std::string text) {
     outbox_.push_back({playerId(player), std::move(text)});
@@ -114,7 +137,7 @@ struct Match::Execution {
     Player& me;
     World& world = match.world_;
 
-    // The first body command of a cycle wins.
+    /// The first body command of a cycle wins.
     bool mayUseBody() { return !std::exchange(me.bodyUsed, true); }
 
     void operator()(Turn const& command) {
@@ -129,20 +152,26 @@ struct Match::Execution {
 
     void operator()(Kick const& command) {
         Referee& referee = match.referee_;
-        if (!mayUseBody() || !referee.allowsKick()) return;
+        if (!mayUseBody()) return;
+        me.marks |= gamelog::state::KICK | gamelog::state::KICK_FAILED;
+        if (!referee.allowsKick()) return;
         int const id = playerId(me);
-        if (!kick(world, me, command.power, command.dir, match.random_))
+        if (!kick(world, me, command.power, command.dir, match.random_)) {
             return referee.triedToKick(id);
+        }
+        me.marks &= ~gamelog::state::KICK_FAILED;
         ++me.counts.kick;
         referee.kicked(id);
-        if (referee.allowsKick()) match.statistics_.kicked(world, id);
     }
 
     void operator()(Catch const& command) {
         bool const legal = me.goalie && world.mode == Phase::playOn && me.catchBan == 0;
-        if (!mayUseBody() || !legal) return;
+        if (!mayUseBody()) return;
+        me.marks |= gamelog::state::CATCH | gamelog::state::CATCH_FAILED;
+        if (!legal) return;
         me.catchBan = wholeParameter("catchBanCycle");
         if (!catchBall(world, me, command.dir)) return;
+        me.marks &= ~gamelog::state::CATCH_FAILED;
         ++me.counts.catches;
         match.referee_.caught(playerId(me));
     }
@@ -152,12 +181,14 @@ struct Match::Execution {
         bool const withBall = !anybody && world.ballHolder == playerId(me);
         if ((!anybody && !withBall) || !mayUseBody()) return;
         ++me.counts.move;
-        if (withBall && me.goalieMoves++ >= wholeParameter("goalieMaxMoves"))
+        if (withBall && me.goalieMoves++ >= wholeParameter("goalieMaxMoves")) {
             return match.send(me, "(error too_many_moves)");
+        }
         me.pos = cutToRunOff(command.pos * sign(me.side));
         me.halt();
-        if (world.mode == Phase::beforeKickOff && command.pos.x >= -playerSize)
+        if (world.mode == Phase::beforeKickOff && command.pos.x >= -PLAYER_SIZE) {
             match.send(me, "(warning moving_to_opponent_field)");
+        }
     }
 
     void operator()(TurnNeck const& command) {
@@ -177,18 +208,20 @@ struct Match::Execution {
     void operator()(Say const& command) {
         if (std::ssize(command.text) > wholeParameter("sayMsgSize")) return;
         ++me.counts.say;
-        for (Player& listener : world.players)
+        for (Player& listener : world.players) {
             if (listener.active) tell(listener, command.text);
+        }
     }
 
     void tell(Player& listener, std::string_view said) {
-        if (&listener == &me)
+        if (&listener == &me) {
             return match.send(me, text("(hear ", world.cycle, " self \"", said, "\")"));
-        constexpr int needed = wholeParameter("hearDecay");
+        }
+        constexpr int NEEDED = wholeParameter("hearDecay");
         Vec const way = me.pos - listener.pos;
         int& capacity = listener.hearing[listener.side == me.side ? 0 : 1];
-        if (way.length() > parameter("audioDist") || capacity < needed) return;
-        capacity -= needed;
+        if (way.length() > parameter("audioDist") || capacity < NEEDED) return;
+        capacity -= NEEDED;
         int const dir = wholeDegrees(way.angle() - listener.body);
         match.send(listener, text("(hear ", world.cycle, ' ', dir, " \"", said, "\")"));
     }
@@ -206,17 +239,21 @@ struct Match::Execution {
 };
 
 void Match::receive(int player, std::string_view datagram) {
-    if (world_.player(player).active) inbox_[player].emplace_back(datagram);
+    Player const& p = world_.player(player);
+    if (!p.active) return;
+    if (observer_ != nullptr) observer_->heardPlayer(world_, p, datagram);
+    inbox_[player].emplace_back(datagram);
 }
 
-// A player acts once in a cycle: on what it sees or, when half of the cycle has brought no sight,
-// on what it feels. What comes sooner, or once more, was meant for the cycle before.
+/// A player acts once in a cycle: after its see message or, when half of the cycle has brought
+/// none, after its sense_body. What comes earlier, or a second time, was meant for the cycle
+/// before.
 void Match::noteAnswer(Player& player) const {
     bool const goesOn = player.lastAnswer == polls_ - 1; // the rest of what came at the last poll
     player.lastAnswer = polls_;
     if (goesOn) return;
     ++player.answers;
-    bool const early = (polls_ - 1) % pollsPerStep < pollsPerStep / 2 - 1 && !player.sightSent;
+    bool const early = (polls_ - 1) % POLLS_PER_STEP < POLLS_PER_STEP / 2 - 1 && !player.sightSent;
     if (early || player.answered) ++player.lateAnswers;
     player.answered = true;
 }
@@ -228,11 +265,12 @@ void Match::executeReceived() {
         if (!inbox_[id].empty()) noteAnswer(player);
         for (std::string const& datagram : std::exchange(inbox_[id], {})) {
             CommandReader reader(datagram);
-            while (auto const command = player.active ? reader.next() : std::nullopt)
+            while (auto const command = player.active ? reader.next() : std::nullopt) {
                 std::visit(Execution{*this, player}, *command);
+            }
             if (!reader.failed()) continue;
             ++player.refused;
-            send(player, std::string(illegalForm));
+            send(player, std::string(ILLEGAL_FORM));
         }
     }
 }
@@ -240,9 +278,14 @@ void Match::executeReceived() {
 // ---- Time
 
 bool Match::poll() {
+    if (polls_ % POLLS_PER_STEP == 0) {
+        for (Player& p : world_.players) {
+            p.marks = 0;
+        }
+    }
     ++polls_;
     executeReceived();
-    bool const stepped = polls_ % pollsPerStep == 0;
+    bool const stepped = polls_ % POLLS_PER_STEP == 0;
     if (stepped) step();
     if (ticksAt(polls_) != ticksAt(polls_ - 1)) sendSights();
     return stepped;
@@ -252,7 +295,6 @@ void Match::step() {
     Vec const ballBefore = world_.ball.pos;
     std::vector<int> const touchers = moveAll(world_, random_);
     referee_.step(ballBefore, touchers);
-    statistics_.stepped(world_);
     recoverAll(world_);
     referee_.startWhenReady();
     for (int const id : everybodyInRandomOrder(random_)) {

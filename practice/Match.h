@@ -8,7 +8,6 @@
 #include "practice/Commands.h"
 #include "practice/Random.h"
 #include "practice/Referee.h"
-#include "practice/Reports.h"
 #include "practice/World.h"
 
 namespace practice {
@@ -19,46 +18,66 @@ struct MatchOptions {
     KickOffRule kickOff;
 };
 
-// A message for one player.
+/// A message for one player.
 struct Outgoing {
-    int player = nobody;
-    std::string text; // without the NUL that ends the datagram
+    int player = NOBODY;
+    std::string text; ///< without the NUL that ends the datagram
 };
 
-// A whole match without sockets and wall clock: players join, their datagrams are delivered, time
-// goes on poll by poll (10 ms of match time), and what the players are to be told collects in the
-// outbox. The same seed and the same calls give the same match.
+/// Is told what is said in a match at the moment it is said.
+class Observer {
+public:
+    virtual ~Observer() = default;
+    /// A player's datagram, before its commands are executed; the first one is its introduction.
+    virtual void heardPlayer(World const& world, Player const& player,
+                             std::string_view datagram) = 0;
+    virtual void heardReferee(World const& world, std::string_view word) = 0;
+};
+
+/// A whole match without sockets and wall clock: players join, their datagrams are delivered, time
+/// goes on poll by poll (10 ms of match time), and what the players are to be told collects in the
+/// outbox. The same seed and the same calls give the same match.
 class Match {
 public:
     explicit Match(MatchOptions const& options);
-    Match(Match const&) = delete; // the parts refer to each other
+    Match(Match const&) = delete; ///< the parts refer to each other
     Match& operator=(Match const&) = delete;
 
-    // `refusal` is the reply for a client that is not let in; else the messages are in the outbox.
+    /// `refusal` is the reply for a client that is not let in; else the messages are in the outbox.
     struct Joined {
-        int player = nobody;
+        int player = NOBODY;
         std::string refusal;
     };
     Joined join(std::string_view firstDatagram);
-    // The player is gone: it leaves the pitch, its number stays used.
+    /// The player is gone: it leaves the pitch, its number stays used.
     void remove(int player);
+    /// At most one observer, which must outlive the match.
+    void setObserver(Observer* observer) { observer_ = observer; }
 
-    // The datagram is executed at the next poll.
+    /// The datagram is executed at the next poll.
     void receive(int player, std::string_view datagram);
-    // Executes what was received; every tenth poll is a step of the world. Returns whether it was.
+    /// Executes what was received; every tenth poll is a step of the world. Returns whether it was.
     bool poll();
-    // Takes the messages since the last call, in the order they are to be sent.
+    /// Takes the messages since the last call, in the order they are to be sent.
     std::vector<Outgoing> takeOutbox();
 
+    // What a human may do at any time. See Referee for kickOff and callFoul.
+    void kickOff() { referee_.kickOff(); }
+    void callFoul(Vec spot, Side side) { referee_.callFoul(spot, side); }
+    /// Puts a player who is on the pitch somewhere, at rest; `body` in radians.
+    void place(int player, Vec pos, double body);
+    /// Takes a player off the pitch for good. It does not count as lost.
+    void discard(int player);
+
     World const& world() const { return world_; }
-    World& world() { return world_; } // to set up a scene
-    Statistics const& statistics() const { return statistics_; }
+    World& world() { return world_; } ///< to set up a scene
 
 private:
-    struct Execution; // of the commands of one player
+    struct Execution; ///< of the commands of one player
 
     Side sideOf(std::string const& team);
     int freeNumber(Introduction const& client, Side side) const;
+    void announce(std::string_view word);
     void send(Player const& player, std::string text);
     void noteAnswer(Player& player) const;
     void executeReceived();
@@ -68,9 +87,9 @@ private:
     World world_;
     Random random_;
     Referee referee_;
-    Statistics statistics_;
-    Table<std::vector<std::string>, maxPlayers> inbox_;
+    Table<std::vector<std::string>, MAX_PLAYERS> inbox_;
     std::vector<Outgoing> outbox_;
+    Observer* observer_ = nullptr;
     long polls_ = 0;
 };
 

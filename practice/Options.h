@@ -3,24 +3,25 @@
 #include <span>
 #include <string>
 
+#include "practice/GameLog.h"
 #include "practice/Match.h"
-#include "practice/Reports.h"
+#include "practice/Scoreboard.h"
 
 namespace practice {
 
-// What the command line can say.
+/// What the command line can say.
 struct Options {
     MatchOptions match;
     int port = 6000;
     std::string address = "127.0.0.1";
-    std::string logFile;     // empty: none
-    std::string resultsFile; // empty: none
-    int lingerSteps = 50;    // after the end of the match
+    LogOptions log;
+    std::string resultsFile; ///< empty: none
+    int lingerSteps = 50;    ///< after the end of the match
     Scoreboard::Style scoreboard = Scoreboard::Style::automatic;
     bool help = false;
 };
 
-// Reads the arguments after the program's name. Returns what is wrong with them, empty if nothing.
+/// Reads the arguments after the program's name. Returns what is wrong with them, empty if nothing.
 std::string readOptions(std::span<char const* const> arguments, Options& options);
 
 std::string helpText();

@@ -7,15 +7,15 @@
 
 namespace practice {
 
-// The parameters of the match that players are told, in the order of the server_param message.
-// Units: metres, degrees, cycles (milliseconds where the name ends in Step), fractions.
+/// The parameters of the match that players are told, in the order of the server_param message.
+/// Units: metres, degrees, cycles (milliseconds where the name ends in Step), fractions.
 struct Parameter {
     std::string_view name;
     double value;
 };
 
 // clang-format off
-inline constexpr std::array<Parameter, 103> parameters{{
+inline constexpr std::array<Parameter, 103> PARAMETERS{{
     {"goalWidth", 14.02},               {"inertiaMoment", 5},               {"playerSize", 0.3},
     {"playerDecay", 0.4},               {"playerRandom", 0.1},              {"playerWeight", 60},
     {"playerSpeedMax", 1.05},           {"playerAccelMax", 1},              {"staminaMax", 8000},
@@ -54,32 +54,34 @@ inline constexpr std::array<Parameter, 103> parameters{{
 }};
 // clang-format on
 
-// The value of a parameter; a name that is not in the table does not compile.
+/// The value of a parameter; a name that is not in the table does not compile.
 consteval double parameter(std::string_view name) {
     std::size_t i = 0;
-    while (parameters.at(i).name != name)
+    while (PARAMETERS.at(i).name != name) {
         ++i;
-    return parameters.at(i).value;
+    }
+    return PARAMETERS.at(i).value;
 }
 consteval int wholeParameter(std::string_view name) {
     return static_cast<int>(parameter(name));
 }
 
-inline constexpr double pitchHalfLength = 52.5;
-inline constexpr double pitchHalfWidth = 34.0;
-inline constexpr double goalHalfWidth = parameter("goalWidth") / 2.0;
-inline constexpr double playerSize = parameter("playerSize");
-inline constexpr double ballSize = parameter("ballSize");
-inline constexpr double kickableArea = parameter("kickableArea");
+inline constexpr double PITCH_HALF_LENGTH = 52.5;
+inline constexpr double PITCH_HALF_WIDTH = 34.0;
+inline constexpr double GOAL_HALF_WIDTH = parameter("goalWidth") / 2.0;
+inline constexpr double PLAYER_SIZE = parameter("playerSize");
+inline constexpr double BALL_SIZE = parameter("ballSize");
+inline constexpr double KICKABLE_AREA = parameter("kickableArea");
 
-// In force although no message tells them.
-inline constexpr double postRadius = 0.06;
-inline constexpr double extraStamina = 50.0;
-inline constexpr double staminaCapacity = 130600.0;
-inline constexpr double minDashPower = 0.0;
-inline constexpr double maxCatchAngleDeg = 90.0;
+/// Rules that no message tells the players.
+inline constexpr double POST_RADIUS = 0.06;
+inline constexpr double EXTRA_STAMINA = 50.0;
+inline constexpr double STAMINA_CAPACITY = 130600.0;
+inline constexpr double MIN_DASH_POWER = 0.0;
+inline constexpr double MAX_CATCH_ANGLE_DEG = 90.0;
+inline constexpr double BALL_STUCK_RADIUS = 3.0;
 
-// The messages that follow a successful init; `halfCycles` is the length of a half.
+/// The messages that follow a successful init; `halfCycles` is the length of a half.
 std::string serverParamMessage(int halfCycles);
 std::string playerParamMessage();
 std::string playerTypeMessage();

@@ -8,9 +8,9 @@ namespace practice {
 
 namespace {
 
-constexpr double runOff = 5.0;
+constexpr double RUN_OFF = 5.0;
 
-// A rectangle before the goal. Side `owner` defends the end at x = -sign * 52.5.
+/// A rectangle before the goal. Side `owner` defends the end at x = -sign * 52.5.
 struct Area {
     double front, halfWidth;
 
@@ -23,14 +23,15 @@ struct Area {
     }
 };
 
-constexpr Area penaltyArea{pitchHalfLength - 16.5, 20.16};
-constexpr Area goalArea{pitchHalfLength - 5.5, 9.16};
+constexpr Area PENALTY_AREA{PITCH_HALF_LENGTH - 16.5, 20.16};
+constexpr Area GOAL_AREA{PITCH_HALF_LENGTH - 5.5, 9.16};
 
 bool isWithinRunOff(Vec pos) {
     return cutToRunOff(pos) == pos;
 }
 
-// The other coordinate of the point of a circle whose one is `away` from the centre.
+/// One coordinate of a point on a circle, when the other lies `away` from the centre; of the two
+/// solutions the one nearer to `towards`.
 double onCircle(double centre, double radius, double away, double towards) {
     double const reach = std::sqrt(std::max(0.0, radius * radius - away * away));
     return centre + std::copysign(reach, towards - centre);
@@ -48,7 +49,7 @@ Vec edgeOfCircle(Vec pos, Vec centre, double radius) {
         cut.y = onCircle(centre.y, radius, cut.x - centre.x, cut.y);
     }
     if (isWithinRunOff(cut)) return cut;
-    return centre - centre * (radius / centre.length()); // squeezed into a corner: to the middle
+    return centre - centre * (radius / centre.length()); // no room in a corner: towards the middle
 }
 
 void put(Player& p, Vec pos) {
@@ -57,8 +58,8 @@ void put(Player& p, Vec pos) {
 }
 
 bool isOnOwnGoalLine(Player const& p) {
-    return -sign(p.side) * p.pos.x >= pitchHalfLength - playerSize &&
-           std::abs(p.pos.y) <= goalHalfWidth;
+    return -sign(p.side) * p.pos.x >= PITCH_HALF_LENGTH - PLAYER_SIZE &&
+           std::abs(p.pos.y) <= GOAL_HALF_WIDTH;
 }
 
 double offsideLine(World const& world, Side attacker) {
@@ -76,34 +77,34 @@ double offsideLine(World const& world, Side attacker) {
 } // namespace
 
 bool isInPenaltyArea(Vec pos, Side owner, double margin) {
-    return penaltyArea.contains(pos, owner, margin);
+    return PENALTY_AREA.contains(pos, owner, margin);
 }
 
 Vec cutToPitch(Vec pos, double inside) {
-    return {std::clamp(pos.x, inside - pitchHalfLength, pitchHalfLength - inside),
-            std::clamp(pos.y, inside - pitchHalfWidth, pitchHalfWidth - inside)};
+    return {std::clamp(pos.x, inside - PITCH_HALF_LENGTH, PITCH_HALF_LENGTH - inside),
+            std::clamp(pos.y, inside - PITCH_HALF_WIDTH, PITCH_HALF_WIDTH - inside)};
 }
 
 Vec cutToRunOff(Vec pos) {
-    return cutToPitch(pos, -runOff);
+    return cutToPitch(pos, -RUN_OFF);
 }
 
 Vec outOfPenaltyArea(Vec pos, Side owner) {
-    return penaltyArea.cornerIfInside(pos, owner);
+    return PENALTY_AREA.cornerIfInside(pos, owner);
 }
 
 Vec outOfGoalArea(Vec pos, Side owner) {
-    return goalArea.contains(pos, owner) ? Vec{-sign(owner) * goalArea.front, pos.y} : pos;
+    return GOAL_AREA.contains(pos, owner) ? Vec{-sign(owner) * GOAL_AREA.front, pos.y} : pos;
 }
 
 Vec cornerSpot(Vec ball) {
-    constexpr double margin = parameter("cornerKickMargin");
-    return {std::copysign(pitchHalfLength - margin, ball.x),
-            std::copysign(pitchHalfWidth - margin, ball.y)};
+    constexpr double MARGIN = parameter("cornerKickMargin");
+    return {std::copysign(PITCH_HALF_LENGTH - MARGIN, ball.x),
+            std::copysign(PITCH_HALF_WIDTH - MARGIN, ball.y)};
 }
 
 Vec goalKickSpot(Vec ball) {
-    return {std::copysign(goalArea.front, ball.x), std::copysign(goalArea.halfWidth, ball.y)};
+    return {std::copysign(GOAL_AREA.front, ball.x), std::copysign(GOAL_AREA.halfWidth, ball.y)};
 }
 
 OffsideMarks offsideMarks(World const& world, int id) {
@@ -114,7 +115,7 @@ OffsideMarks offsideMarks(World const& world, int id) {
         int const mate = playerId(p);
         if (!p.active || p.side != side || mate == id || sign(side) * p.pos.x <= line) continue;
         Vec const spot = cutToPitch({sign(side) * line, p.pos.y}, 1.0);
-        marks[mate] = OffsideMark{goalArea.cornerIfInside(spot, other(side)), line};
+        marks[mate] = OffsideMark{GOAL_AREA.cornerIfInside(spot, other(side)), line};
     }
     return marks;
 }
@@ -129,28 +130,29 @@ void clearBall(World& world, Side team, double radius, bool goalLineMayStay) {
 }
 
 void clearPenaltyArea(World& world, Side owner) {
-    constexpr double front = penaltyArea.front - playerSize;
-    constexpr double halfWidth = penaltyArea.halfWidth + playerSize;
+    constexpr double FRONT = PENALTY_AREA.front - PLAYER_SIZE;
+    constexpr double HALF_WIDTH = PENALTY_AREA.halfWidth + PLAYER_SIZE;
     for (Player& p : world.players) {
-        if (!p.active || p.side == owner || !isInPenaltyArea(p.pos, owner, playerSize)) continue;
-        bool const forward = -sign(owner) * p.pos.x - front <= halfWidth - std::abs(p.pos.y);
-        put(p, forward ? Vec{-sign(owner) * front, p.pos.y}
-                       : Vec{p.pos.x, std::copysign(halfWidth, p.pos.y)});
+        if (!p.active || p.side == owner || !isInPenaltyArea(p.pos, owner, PLAYER_SIZE)) continue;
+        bool const forward = -sign(owner) * p.pos.x - FRONT <= HALF_WIDTH - std::abs(p.pos.y);
+        put(p, forward ? Vec{-sign(owner) * FRONT, p.pos.y}
+                       : Vec{p.pos.x, std::copysign(HALF_WIDTH, p.pos.y)});
     }
 }
 
 void bringBackFromOutside(World& world) {
-    for (Player& p : world.players)
+    for (Player& p : world.players) {
         if (p.active && !isWithinRunOff(p.pos)) put(p, cutToRunOff(p.pos));
+    }
 }
 
 void sendToOwnHalf(World& world, Random* random) {
     for (Player& p : world.players) {
-        if (!p.active || sign(p.side) * p.pos.x <= -playerSize) continue;
-        Vec spot{playerSize, p.pos.y};
+        if (!p.active || sign(p.side) * p.pos.x <= -PLAYER_SIZE) continue;
+        Vec spot{PLAYER_SIZE, p.pos.y};
         if (random != nullptr) {
-            spot.x = random->uniform(playerSize, pitchHalfLength);
-            spot.y = random->uniform(-pitchHalfWidth, pitchHalfWidth);
+            spot.x = random->uniform(PLAYER_SIZE, PITCH_HALF_LENGTH);
+            spot.y = random->uniform(-PITCH_HALF_WIDTH, PITCH_HALF_WIDTH);
         }
         put(p, {-sign(p.side) * spot.x, spot.y});
     }

@@ -9,24 +9,25 @@ namespace practice {
 
 namespace {
 
-constexpr int goalStoppage = 50;
-constexpr int offenceStoppage = 30;
-constexpr int offenceClearing = 5; // the last steps of the stoppage, when opponents must make room
-constexpr int dropBallSteps = wholeParameter("dropBallTime");
-constexpr double freeCircle = parameter("offsideKickMargin") + playerSize;
-constexpr double goalLine = pitchHalfLength + ballSize; // the ball is fully over
-constexpr double touchLine = pitchHalfWidth + ballSize;
+constexpr int GOAL_STOPPAGE = 50;
+constexpr int OFFENCE_STOPPAGE = 30;
+constexpr int OFFENCE_CLEARING =
+    5; ///< the last steps of the stoppage, when opponents must make room
+constexpr int DROP_BALL_STEPS = wholeParameter("dropBallTime");
+constexpr double FREE_CIRCLE = parameter("offsideKickMargin") + PLAYER_SIZE;
+constexpr double GOAL_LINE = PITCH_HALF_LENGTH + BALL_SIZE; ///< the ball is fully over
+constexpr double TOUCH_LINE = PITCH_HALF_WIDTH + BALL_SIZE;
 
 Side sideOfHalf(double x) {
     return x < 0.0 ? Side::left : Side::right;
 }
 
-// In these the ball may go to anybody, wherever he stands.
+/// Whether nobody can be offside when the ball is played from this set piece.
 bool isFreeOfOffside(PlayMode mode) {
     return mode == Phase::goalKick || mode == Phase::kickIn || mode == Phase::cornerKick;
 }
 
-// What the other side gets after a goal or an offence.
+/// What the other side gets after a goal or an offence.
 Phase restartAfter(PlayMode mode) {
     if (mode == Phase::goal) return Phase::kickOff;
     return mode == Phase::backPass ? Phase::indirectFreeKick : Phase::freeKick;
@@ -34,9 +35,9 @@ Phase restartAfter(PlayMode mode) {
 
 bool crossedBetweenPosts(Vec before, Vec ball) {
     double const from = std::abs(before.x);
-    if (from > goalLine) return false;
-    double const share = (goalLine - from) / (std::abs(ball.x) - from);
-    return std::abs(before.y + (ball.y - before.y) * share) <= goalHalfWidth + postRadius;
+    if (from > GOAL_LINE) return false;
+    double const share = (GOAL_LINE - from) / (std::abs(ball.x) - from);
+    return std::abs(before.y + (ball.y - before.y) * share) <= GOAL_HALF_WIDTH + POST_RADIUS;
 }
 
 } // namespace
@@ -54,12 +55,12 @@ void Referee::changeMode(PlayMode mode) {
 
 void Referee::placeBall(Vec spot) {
     play_ = {};
-    world_.ballHolder = nobody;
+    world_.ballHolder = NOBODY;
     world_.ball.pos = spot;
     world_.ball.halt();
 }
 
-// A set piece or an offence; the opponents of an offender make room later.
+/// A set piece or an offence; the opponents of an offender make room later.
 void Referee::interrupt(PlayMode mode, Vec spot) {
     placeBall(spot);
     changeMode(mode);
@@ -71,6 +72,14 @@ void Referee::dropBall() {
     Vec const spot = cutToPitch(world_.ball.pos);
     interrupt({Phase::dropBall}, outOfPenaltyArea(spot, sideOfHalf(spot.x)));
     changeMode({Phase::playOn});
+}
+
+void Referee::callFoul(Vec spot, Side side) {
+    if (world_.mode == Phase::beforeKickOff || world_.mode == Phase::timeOver) return;
+    world_.ball.pos = cutToPitch(spot);
+    if (side == Side::none) return dropBall();
+    announce_(text("foul_", letter(other(side))));
+    interrupt({Phase::freeKick, side}, outOfPenaltyArea(world_.ball.pos, other(side)));
 }
 
 void Referee::callOffside(int id) {
@@ -92,13 +101,13 @@ bool Referee::allowsKick() const {
 bool Referee::isBackPassTo(int id) const {
     Side const side = world_.player(id).side;
     int const from = play_.lastKicker == id ? play_.kickerBefore : play_.lastKicker;
-    if (from == nobody) return play_.lastKicker != nobody;
+    if (from == NOBODY) return play_.lastKicker != NOBODY;
     return world_.player(from).side == side;
 }
 
-// The rules that hold for kicks and touches alike; false when one of them stopped the game.
+/// The rules that hold for kicks and touches alike; false when one of them stopped the game.
 bool Referee::played(int id) {
-    Player const& p = world_.player(id);
+    Player& p = world_.player(id);
     bool const secondTouch = id == play_.taker && p.counts.dash > play_.takerDashes;
     if (world_.mode == Phase::goalKick && p.side != world_.mode.side) {
         interrupt(world_.mode, goalKickSpot(world_.ball.pos));
@@ -106,10 +115,11 @@ bool Referee::played(int id) {
         callOffside(id);
     } else if (secondTouch) {
         Vec const spot = outOfPenaltyArea(cutToPitch(world_.ball.pos), p.side);
+        p.marks |= gamelog::state::FREE_KICK_FAULT;
         interrupt({Phase::freeKickFault, p.side}, spot);
     } else {
         play_.indirect = play_.indirect && id == play_.taker;
-        if (id != play_.taker) play_.taker = nobody;
+        if (id != play_.taker) play_.taker = NOBODY;
         play_.lastTouch = p.side;
         play_.offside = isFreeOfOffside(world_.mode) ? OffsideMarks{} : offsideMarks(world_, id);
         return true;
@@ -121,7 +131,7 @@ void Referee::kicked(int id) {
     if (!played(id)) return;
     kickedThisCycle_[index(world_.player(id).side)] = true;
     if (kickedThisCycle_[0] && kickedThisCycle_[1]) {
-        play_.lastKicker = play_.kickerBefore = nobody;
+        play_.lastKicker = play_.kickerBefore = NOBODY;
     } else if (id != play_.lastKicker) {
         play_.kickerBefore = std::exchange(play_.lastKicker, id);
     }
@@ -132,7 +142,7 @@ void Referee::take(int id) {
     play_.taker = id;
     play_.takerDashes = world_.player(id).counts.dash;
     play_.indirect = world_.mode == Phase::indirectFreeKick;
-    world_.ballHolder = nobody;
+    world_.ballHolder = NOBODY;
     if (world_.mode != Phase::goalKick) changeMode({Phase::playOn});
 }
 
@@ -147,8 +157,10 @@ void Referee::caught(int id) {
     Side const side = world_.player(id).side;
     announce_(text("goalie_catch_ball_", letter(side)));
     if (!isInPenaltyArea(ball, side)) return callCatchFault(side);
-    if (isBackPassTo(id))
+    if (isBackPassTo(id)) {
+        world_.player(id).marks |= gamelog::state::BACK_PASS;
         return interrupt({Phase::backPass, side}, outOfGoalArea(cutToPitch(ball), side));
+    }
     interrupt({Phase::freeKick, side}, ball);
     world_.ballHolder = id;
     world_.player(id).goalieMoves = 0;
@@ -159,9 +171,14 @@ void Referee::caught(int id) {
 void Referee::step(Vec ballBefore, std::vector<int> const& touchers) {
     kickedThisCycle_ = {};
     ++stepsInMode_;
-    if (!world_.mode.isStopped()) ++world_.cycle;
-    for (int const id : touchers) // a ball that waits to be kicked touches nobody
-        if (world_.mode == Phase::playOn || play_.taker != nobody) played(id);
+    if (world_.mode.isStopped()) {
+        ++world_.stoppedSteps;
+    } else {
+        advanceClock();
+    }
+    for (int const id : touchers) { // a ball that waits to be kicked touches nobody
+        if (world_.mode == Phase::playOn || play_.taker != NOBODY) played(id);
+    }
     if (world_.mode == Phase::goal || world_.mode.isOffence()) runStoppage();
     bool const inPlay = !world_.mode.isStopped();
     if (inPlay && !world_.anybodyActive()) {
@@ -171,11 +188,16 @@ void Referee::step(Vec ballBefore, std::vector<int> const& touchers) {
         endHalf();
     } else if (world_.mode == Phase::beforeKickOff) {
         sendToOwnHalf(world_, &random_);
-        clearBall(world_, half_ == 1 ? Side::right : Side::left, freeCircle);
+        clearBall(world_, half_ == 1 ? Side::right : Side::left, FREE_CIRCLE);
     } else {
         if (world_.mode.isSetPiece()) superviseSetPiece();
         if (world_.mode == Phase::playOn) watchBall(ballBefore);
     }
+}
+
+void Referee::advanceClock() {
+    ++world_.cycle;
+    world_.stoppedSteps = 0;
 }
 
 void Referee::endHalf() {
@@ -188,28 +210,28 @@ void Referee::endHalf() {
 
 void Referee::runStoppage() {
     PlayMode const mode = world_.mode;
-    int const length = mode == Phase::goal ? goalStoppage : offenceStoppage;
+    int const length = mode == Phase::goal ? GOAL_STOPPAGE : OFFENCE_STOPPAGE;
     if (stepsInMode_ > length) {
         interrupt({restartAfter(mode), other(mode.side)},
                   mode == Phase::goal ? Vec{} : world_.ball.pos);
-        ++world_.cycle; // the word still carries the time of the stoppage
+        advanceClock(); // the word still carries the time of the stoppage
         return;
     }
     if (mode == Phase::offside) clearBeyondOffsideLine(world_, mode.side, offsideLine_);
-    if (mode.isOffence() && stepsInMode_ > length - offenceClearing) keepDistance();
+    if (mode.isOffence() && stepsInMode_ > length - OFFENCE_CLEARING) keepDistance();
 }
 
 void Referee::superviseSetPiece() {
     Vec const ball = world_.ball.pos;
     PlayMode const mode = world_.mode;
     int const holder = world_.ballHolder;
-    bool const taken = mode == Phase::goalKick ? !isInPenaltyArea(ball, mode.side, ballSize)
+    bool const taken = mode == Phase::goalKick ? !isInPenaltyArea(ball, mode.side, BALL_SIZE)
                                                : world_.ball.vel != Vec{};
     if (taken) {
         changeMode({Phase::playOn});
-    } else if (holder != nobody && !isInPenaltyArea(ball, world_.player(holder).side)) {
+    } else if (holder != NOBODY && !isInPenaltyArea(ball, world_.player(holder).side)) {
         callCatchFault(world_.player(holder).side);
-    } else if (stepsInMode_ >= dropBallSteps) {
+    } else if (stepsInMode_ >= DROP_BALL_STEPS) {
         dropBall();
     } else {
         keepDistance();
@@ -219,17 +241,17 @@ void Referee::superviseSetPiece() {
 void Referee::keepDistance() {
     PlayMode const mode = world_.mode;
     if (mode == Phase::goalKick) return clearPenaltyArea(world_, mode.side);
-    if (mode == Phase::dropBall) return clearBall(world_, Side::none, freeCircle);
+    if (mode == Phase::dropBall) return clearBall(world_, Side::none, FREE_CIRCLE);
     if (mode == Phase::kickOff) sendToOwnHalf(world_);
     bool const indirect = mode == Phase::indirectFreeKick || mode == Phase::backPass;
-    clearBall(world_, mode.isOffence() ? mode.side : other(mode.side), freeCircle, indirect);
+    clearBall(world_, mode.isOffence() ? mode.side : other(mode.side), FREE_CIRCLE, indirect);
 }
 
 void Referee::watchBall(Vec before) {
     Vec const ball = world_.ball.pos;
-    if (std::abs(ball.x) > goalLine) {
+    if (std::abs(ball.x) > GOAL_LINE) {
         ballOverGoalLine(before);
-    } else if (std::abs(ball.y) > touchLine) {
+    } else if (std::abs(ball.y) > TOUCH_LINE) {
         if (play_.lastTouch == Side::none) return dropBall();
         interrupt({Phase::kickIn, other(play_.lastTouch)}, cutToPitch(ball));
     } else if (isBallStuck()) {
@@ -253,12 +275,11 @@ void Referee::ballOverGoalLine(Vec before) {
 }
 
 bool Referee::isBallStuck() {
-    constexpr double radius = 3.0;
-    if (play_.stuckSteps == 0 || distance(world_.ball.pos, play_.stuckSpot) > radius) {
+    if (play_.stuckSteps == 0 || distance(world_.ball.pos, play_.stuckSpot) > BALL_STUCK_RADIUS) {
         play_.stuckSpot = world_.ball.pos;
         play_.stuckSteps = 0;
     }
-    return ++play_.stuckSteps > dropBallSteps;
+    return ++play_.stuckSteps > DROP_BALL_STEPS;
 }
 
 void Referee::startWhenReady() {
@@ -267,9 +288,14 @@ void Referee::startWhenReady() {
     if (joined > 0) ++waitedSteps_;
     if (half_ == 2 || joined >= rule_.players) ++readySteps_;
     bool const waitedEnough = half_ == 1 && joined > 0 && waitedSteps_ >= rule_.waitSteps;
-    if (!waitedEnough && readySteps_ <= rule_.readySteps) return;
-    for (Player& p : world_.players)
+    if (waitedEnough || readySteps_ > rule_.readySteps) kickOff();
+}
+
+void Referee::kickOff() {
+    if (world_.mode != Phase::beforeKickOff) return;
+    for (Player& p : world_.players) {
         p.restoreStamina();
+    }
     interrupt({Phase::kickOff, half_ == 1 ? Side::left : Side::right}, {});
 }
 

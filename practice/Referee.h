@@ -11,32 +11,39 @@
 
 namespace practice {
 
-// When a half starts without a human: all counts are steps.
+/// When a half starts without a human: all counts are steps.
 struct KickOffRule {
-    int players = maxPlayers; // that must have joined
-    int readySteps = 50;      // from then until the kick-off; also the break at half time
-    int waitSteps = 600;      // since the first player joined, then whoever is there plays
+    int players = MAX_PLAYERS; ///< that must have joined
+    int readySteps = 50;       ///< from then until the kick-off; also the break at half time
+    int waitSteps = 600;       ///< since the first player joined, then whoever is there plays
 };
 
-// Watches the ball and the players, decides on the play mode, keeps clock and score, and puts ball
-// and players where the rules want them. Every decision is announced with its word at the moment it
-// falls; the world's cycle is then still the one of the announcement.
+/// Watches the ball and the players, decides on the play mode, keeps clock and score, and puts ball
+/// and players where the rules want them. Every decision is announced with its word at the moment
+/// it falls; the world's cycle is then still the one of the announcement.
 class Referee {
 public:
     using Announce = std::function<void(std::string_view word)>;
 
     Referee(World& world, Random& random, KickOffRule const& rule, Announce announce);
 
-    // Does the ball move if a player kicks it now?
+    /// Whether a kick moves the ball in the present play mode.
     bool allowsKick() const;
-    // Between two steps: a kick that moved the ball, one that did not reach it, a successful catch.
+    /// Between two steps: a kick that moved the ball, one that did not reach it, a successful
+    /// catch.
     void kicked(int id);
     void triedToKick(int id);
     void caught(int id);
-    // After the movement of a step; `touchers` are the players the ball ran into.
+    /// After the movement of a step; `touchers` are the players the ball ran into.
     void step(Vec ballBefore, std::vector<int> const& touchers);
-    // At the end of a step.
+    /// At the end of a step.
     void startWhenReady();
+
+    /// A human starts the half; without effect while it is being played.
+    void kickOff();
+    /// A human gives a free kick to `side`, or a drop ball when it is none; without effect before
+    /// the kick-off and after the match.
+    void callFoul(Vec spot, Side side);
 
 private:
     void changeMode(PlayMode mode);
@@ -50,6 +57,7 @@ private:
     bool played(int id);
     void take(int id);
 
+    void advanceClock();
     void endHalf();
     void runStoppage();
     void superviseSetPiece();
@@ -65,20 +73,20 @@ private:
 
     int half_ = 1;
     int stepsInMode_ = 0;
-    int waitedSteps_ = 0;      // since the first player joined
-    int readySteps_ = 0;       // since all were there, or since half time
-    double offsideLine_ = 0.0; // of the offence that is being punished
+    int waitedSteps_ = 0;      ///< since the first player joined
+    int readySteps_ = 0;       ///< since all were there, or since half time
+    double offsideLine_ = 0.0; ///< of the offence that is being punished
     Table<bool, 2> kickedThisCycle_{};
 
-    // What happened since the last stoppage.
+    /// What happened since the last stoppage.
     struct Play {
         Side lastTouch = Side::none;
-        int taker = nobody; // of the set piece, until somebody else plays the ball
+        int taker = NOBODY; ///< of the set piece, until somebody else plays the ball
         int takerDashes = 0;
-        bool indirect = false; // a goal does not count yet
-        int lastKicker = nobody;
-        int kickerBefore = nobody;
-        OffsideMarks offside{}; // who stood there when the ball was last played
+        bool indirect = false; ///< a goal does not count yet
+        int lastKicker = NOBODY;
+        int kickerBefore = NOBODY;
+        OffsideMarks offside{}; ///< who stood there when the ball was last played
         Vec stuckSpot{};
         int stuckSteps = 0;
     } play_;

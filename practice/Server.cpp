@@ -5,6 +5,9 @@
 #include <cstring>
 #include <thread>
 
+#include "practice/OutputFile.h"
+#include "practice/ParameterRecords.h"
+#include "practice/Results.h"
 #include "practice/Text.h"
 
 namespace practice {
@@ -12,14 +15,18 @@ namespace practice {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-constexpr std::chrono::milliseconds pollTime{10};
-// A short delay is made up for; after a longer one (a suspended machine) the match just goes on
-// from there, because steps in a burst would be lost to the players.
-constexpr std::chrono::milliseconds longestCatchUp{100};
+constexpr std::chrono::milliseconds POLL_TIME{10};
+/// A short delay is made up for; after a longer one (a suspended machine) the match just goes on
+/// from there, because steps in a burst would be lost to the players.
+constexpr std::chrono::milliseconds LONGEST_CATCH_UP{100};
+/// Datagrams read at one poll: far more than a match needs, and a flood cannot stop the clock.
+constexpr int MOST_AT_THE_DOOR = 500;
+constexpr int MOST_OF_A_CLIENT = 50;
 
 std::string bindProblem(Options const& options) {
-    if (errno == EADDRINUSE)
+    if (errno == EADDRINUSE) {
         return text("port ", options.port, " is in use; choose another with --port");
+    }
     return text("cannot listen on ", options.address, " port ", options.port, ": ",
                 std::strerror(errno));
 }
@@ -33,37 +40,39 @@ std::unique_ptr<Server> Server::open(Options const& options, std::string& proble
         problem = address ? bindProblem(options) : text(options.address, " is no IPv4 address");
         return nullptr;
     }
-    std::unique_ptr<Server> server(new Server(options, *address, std::move(*door)));
-    if (options.logFile.empty()) return server;
-    server->log_.open(options.logFile);
-    if (!server->log_) {
-        problem = text("cannot write the log to ", options.logFile, ": ", std::strerror(errno));
-        return nullptr;
-    }
-    server->log_ << logHeader();
+    auto const parameters = parameterRecords(options, door->port());
+    std::unique_ptr<Server> server(new Server(options, *address, std::move(*door), parameters));
+    if (!options.log.wanted()) return server;
+    server->log_ = GameLog::open(options.log, parameters, problem);
+    if (!server->log_) return nullptr;
+    server->match_.setObserver(server->log_.get());
     return server;
 }
 
-Server::Server(Options const& options, Address const& address, Socket door)
+Server::Server(Options const& options, Address const& address, Socket door,
+               std::vector<std::string> const& parameters)
     : options_(options), any_(address), door_(std::move(door)), match_(options.match),
-      scoreboard_(options.scoreboard, stdout) {
+      monitors_(address, parameters), scoreboard_(options.scoreboard, stdout) {
     any_.sin_port = 0;
 }
 
 int Server::run(int const volatile& stop) {
     Clock::time_point next = Clock::now();
     while (stop == 0 && !isOver()) {
-        next += pollTime;
+        next += POLL_TIME;
         std::this_thread::sleep_until(next);
-        if (Clock::now() > next + longestCatchUp) next = Clock::now();
+        if (Clock::now() > next + LONGEST_CATCH_UP) next = Clock::now();
         readDoor();
-        for (int i = 0; i < maxPlayers; ++i)
+        for (int i = 0; i < MAX_PLAYERS; ++i) {
             readClient(i);
+        }
+        monitors_.poll(match_);
         bool const stepped = match_.poll();
         sendOutbox();
         if (stepped) afterStep();
     }
     scoreboard_.finish();
+    if (log_) log_->finish(match_.world());
     writeResults();
     return 0;
 }
@@ -73,10 +82,11 @@ int Server::run(int const volatile& stop) {
 void Server::readDoor() {
     Address sender{};
     std::string_view datagram;
-    while (door_.receive(buffer_, datagram, sender) == Socket::Arrival::datagram) {
-        if (int const player = playerAt(sender); player != nobody) {
+    for (int i = 0; i < MOST_AT_THE_DOOR; ++i) {
+        if (door_.receive(buffer_, datagram, sender) != Socket::Arrival::datagram) return;
+        if (int const player = playerAt(sender); player != NOBODY) {
             match_.receive(player, datagram);
-        } else {
+        } else if (!monitors_.receiveAtDoor(door_, sender, datagram)) {
             admit(datagram, sender);
         }
     }
@@ -85,7 +95,7 @@ void Server::readDoor() {
 void Server::readClient(int player) {
     Address sender{};
     std::string_view datagram;
-    while (clients_[player]) {
+    for (int i = 0; i < MOST_OF_A_CLIENT && clients_[player]; ++i) {
         Socket::Arrival const arrival = clients_[player]->socket.receive(buffer_, datagram, sender);
         if (arrival == Socket::Arrival::nothing) return;
         if (arrival == Socket::Arrival::peerGone) return match_.remove(player);
@@ -93,13 +103,13 @@ void Server::readClient(int player) {
     }
 }
 
-// The socket comes first, so that nobody joins who could not be told.
+/// The socket comes first, so that nobody joins who could not be told.
 void Server::admit(std::string_view datagram, Address const& sender) {
     auto socket = Socket::bound(any_);
     bool const connected = socket && socket->connectTo(sender);
     Match::Joined const joined =
-        connected ? match_.join(datagram) : Match::Joined{nobody, "(error connection_failed)"};
-    if (joined.player == nobody) {
+        connected ? match_.join(datagram) : Match::Joined{NOBODY, "(error connection_failed)"};
+    if (joined.player == NOBODY) {
         door_.send(joined.refusal, &sender);
     } else {
         clients_[joined.player] = Client{sender, std::move(*socket)};
@@ -107,29 +117,28 @@ void Server::admit(std::string_view datagram, Address const& sender) {
 }
 
 int Server::playerAt(Address const& sender) const {
-    for (int i = 0; i < maxPlayers; ++i) {
-        if (!clients_[i]) continue;
-        Address const& known = clients_[i]->address;
-        if (known.sin_addr.s_addr == sender.sin_addr.s_addr && known.sin_port == sender.sin_port)
-            return i;
+    for (int i = 0; i < MAX_PLAYERS; ++i) {
+        if (clients_[i] && sameAddress(clients_[i]->address, sender)) return i;
     }
-    return nobody;
+    return NOBODY;
 }
 
 void Server::sendOutbox() {
-    for (auto const& [player, message] : match_.takeOutbox())
+    for (auto const& [player, message] : match_.takeOutbox()) {
         if (clients_[player] && !clients_[player]->socket.send(message)) match_.remove(player);
-    for (int i = 0; i < maxPlayers; ++i)
+    }
+    for (int i = 0; i < MAX_PLAYERS; ++i) {
         if (!match_.world().player(i).active) clients_[i].reset();
+    }
 }
 
 // ---- The course of the match
 
 void Server::afterStep() {
     World const& world = match_.world();
+    monitors_.show(world); // after the players' messages, which are in more of a hurry
+    if (log_) log_->step(world);
     scoreboard_.show(world);
-    bool const begun = world.joinedCount() > 0; // before that every line would be the same
-    if (log_.is_open() && begun) log_ << logLine(world);
     if (world.mode == Phase::timeOver && stepsAfterEnd_++ == 0) writeResults();
 }
 
@@ -141,7 +150,7 @@ bool Server::isOver() const {
 
 void Server::writeResults() const {
     std::string const& file = options_.resultsFile;
-    if (file.empty() || writeFile(file, results(match_.world(), match_.statistics()))) return;
+    if (file.empty() || replaceFile(file, resultsJson(match_.world()))) return;
     std::fprintf(stderr, "practice-server: cannot write the results to %s: %s\n", file.c_str(),
                  std::strerror(errno));
 }

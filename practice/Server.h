@@ -1,26 +1,29 @@
 #pragma once
 
 #include <array>
-#include <fstream>
 #include <memory>
 #include <optional>
 #include <string>
 
+#include "practice/GameLog.h"
 #include "practice/Match.h"
+#include "practice/Monitors.h"
 #include "practice/Options.h"
+#include "practice/Scoreboard.h"
 #include "practice/Socket.h"
 
 namespace practice {
 
-// The match on the network: one socket where players introduce themselves and one per player, a
-// poll every 10 ms of the steady clock, and the files the options ask for. One thread does it all.
+/// The match on the network: one socket where players and monitors introduce themselves, one for
+/// each of them, a poll every 10 ms of the steady clock, and the files the options ask for. All in
+/// one thread.
 class Server {
 public:
-    // None, with a message, if the port or a file is not to be had.
+    /// Nothing, with the reason in `problem`, if the port or a file cannot be used.
     static std::unique_ptr<Server> open(Options const& options, std::string& problem);
 
-    // Until the match is over or `stop` becomes non-zero (a signal handler writes it). The exit
-    // status.
+    /// Runs until the match is over or `stop` becomes non-zero (a signal handler writes it).
+    /// Returns the exit status.
     int run(int const volatile& stop);
     int port() const { return door_.port(); }
 
@@ -30,7 +33,8 @@ private:
         Socket socket;
     };
 
-    Server(Options const& options, Address const& address, Socket door);
+    Server(Options const& options, Address const& address, Socket door,
+           std::vector<std::string> const& parameters);
 
     void readDoor();
     void readClient(int player);
@@ -42,12 +46,13 @@ private:
     void writeResults() const;
 
     Options options_;
-    Address any_; // our address, any port
+    Address any_; ///< our address, any port
     Socket door_;
     Match match_;
-    Table<std::optional<Client>, maxPlayers> clients_;
+    Table<std::optional<Client>, MAX_PLAYERS> clients_;
+    Monitors monitors_;
+    std::unique_ptr<GameLog> log_; ///< null: none
     Scoreboard scoreboard_;
-    std::ofstream log_;
     int stepsAfterEnd_ = 0;
     std::array<char, 8192> buffer_{};
 };

@@ -2,8 +2,10 @@
 
 #include <arpa/inet.h>
 #include <sys/socket.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <cstdint>
 
@@ -24,10 +26,15 @@ std::optional<Address> makeAddress(std::string const& dotted, int port) {
     return address;
 }
 
+bool sameAddress(Address const& a, Address const& b) {
+    return a.sin_addr.s_addr == b.sin_addr.s_addr && a.sin_port == b.sin_port;
+}
+
 std::optional<Socket> Socket::bound(Address const& address) {
     Socket socket(::socket(AF_INET, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
-    if (socket.fd_ < 0 || ::bind(socket.fd_, generic(&address), sizeof address) != 0)
+    if (socket.fd_ < 0 || ::bind(socket.fd_, generic(&address), sizeof address) != 0) {
         return std::nullopt;
+    }
     return socket;
 }
 
@@ -56,11 +63,16 @@ Socket::Arrival Socket::receive(std::span<char> buffer, std::string_view& text,
 }
 
 bool Socket::send(std::string_view text, Address const* peer) const {
-    std::string const datagram(text); // its data() ends with the NUL
-    socklen_t const length = peer == nullptr ? 0 : sizeof *peer;
-    ssize_t const n =
-        sendto(fd_, datagram.data(), datagram.size() + 1, MSG_NOSIGNAL, generic(peer), length);
-    return n >= 0 || errno != ECONNREFUSED;
+    char nul = '\0';
+    std::array<iovec, 2> parts{iovec{const_cast<char*>(text.data()), text.size()}, iovec{&nul, 1}};
+    msghdr datagram{};
+    datagram.msg_iov = parts.data();
+    datagram.msg_iovlen = parts.size();
+    if (peer != nullptr) {
+        datagram.msg_name = const_cast<Address*>(peer);
+        datagram.msg_namelen = sizeof *peer;
+    }
+    return sendmsg(fd_, &datagram, MSG_NOSIGNAL) >= 0 || errno != ECONNREFUSED;
 }
 
 } // namespace practice

@@ -14,12 +14,14 @@ using Address = sockaddr_in;
 
 std::optional<Address> makeAddress(std::string const& dotted, int port);
 
-// A UDP socket that never blocks and closes itself.
+bool sameAddress(Address const& a, Address const& b);
+
+/// A UDP socket that never blocks and closes itself.
 class Socket {
 public:
     enum class Arrival { datagram, nothing, peerGone };
 
-    // Port 0 lets the system choose. Without success errno tells why.
+    /// Port 0 lets the system choose. Without success errno tells why.
     static std::optional<Socket> bound(Address const& address);
 
     Socket(Socket&& from) noexcept : fd_(std::exchange(from.fd_, -1)) {}
@@ -32,10 +34,10 @@ public:
     bool connectTo(Address const& peer) const;
     int port() const;
 
-    // Fills `text` (a view into `buffer`; what does not fit is cut) and `sender`.
+    /// Fills `text` (a view into `buffer`; what does not fit is cut) and `sender`.
     Arrival receive(std::span<char> buffer, std::string_view& text, Address& sender) const;
-    // To the peer, null: the connected one. Adds the NUL that ends every datagram. False when the
-    // connected peer is gone.
+    /// To the peer, null: the connected one. Adds the NUL that ends every datagram. False when the
+    /// connected peer is gone.
     bool send(std::string_view text, Address const* peer = nullptr) const;
 
 private:

@@ -6,8 +6,8 @@
 
 namespace practice {
 
-// Appends words and numbers without blanks in between. A double prints as the protocol has it: at
-// most six significant digits in the shortest form, "-0" for negative zero, whatever the locale.
+/// Appends words and numbers without blanks in between. A double prints as the protocol has it: at
+/// most six significant digits in the shortest form, "-0" for negative zero, whatever the locale.
 template <typename... Parts>
 void appendText(std::string& out, Parts const&... parts) {
     auto const append = [&out]<typename Part>(Part const& part) {
@@ -25,7 +25,7 @@ void appendText(std::string& out, Parts const&... parts) {
     (append(parts), ...);
 }
 
-// The same as a new string: text("(score ", 3, " ", 1, " ", 0, ")").
+/// The same as a new string: text("(score ", 3, " ", 1, " ", 0, ")").
 template <typename... Parts>
 std::string text(Parts const&... parts) {
     std::string out;

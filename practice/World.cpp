@@ -6,12 +6,12 @@ namespace practice {
 
 std::string PlayMode::word() const {
     // clang-format off
-    static constexpr std::array words{
+    static constexpr std::array WORDS{
         "before_kick_off", "play_on", "time_over", "drop_ball",
         "kick_off", "kick_in", "free_kick", "indirect_free_kick", "corner_kick", "goal_kick",
         "goal", "offside", "back_pass", "free_kick_fault", "catch_fault"};
     // clang-format on
-    std::string out = words[static_cast<std::size_t>(phase)];
+    std::string out = WORDS[static_cast<std::size_t>(phase)];
     if (side != Side::none) out.append({'_', letter(side)});
     return out;
 }
@@ -25,15 +25,15 @@ void Player::restoreStamina() {
     stamina = parameter("staminaMax");
     effort = parameter("effortInit");
     recovery = parameter("recoverInit");
-    extra = extraStamina;
-    capacity = staminaCapacity;
+    extra = EXTRA_STAMINA;
+    capacity = STAMINA_CAPACITY;
 }
 
 World::World() {
-    for (int id = 0; id < maxPlayers; ++id) {
+    for (int id = 0; id < MAX_PLAYERS; ++id) {
         Player& p = player(id);
-        p.side = id < playersPerTeam ? Side::left : Side::right;
-        p.unum = id % playersPerTeam + 1;
+        p.side = id < PLAYERS_PER_TEAM ? Side::left : Side::right;
+        p.unum = id % PLAYERS_PER_TEAM + 1;
         p.restoreStamina();
     }
 }

@@ -30,6 +30,7 @@ int main(int argc, char** argv) {
     }
     std::signal(SIGINT, requestStop);
     std::signal(SIGTERM, requestStop);
+    std::signal(SIGHUP, requestStop);
     auto const server = practice::Server::open(options, problem);
     if (!server) return fail(1, problem);
     return server->run(stopRequested);

@@ -9,18 +9,19 @@ using namespace std::string_view_literals;
 
 namespace {
 
-// How many commands are read of a datagram, and whether it ends in nonsense.
+/// How many commands are read of a datagram, and whether it ends in nonsense.
 using Read = std::pair<int, bool>;
 
 Read read(std::string_view datagram) {
     CommandReader reader(datagram);
     int commands = 0;
-    while (reader.next())
+    while (reader.next()) {
         ++commands;
+    }
     return {commands, reader.failed()};
 }
 
-// The first command of a datagram; throws if it is another.
+/// The first command of a datagram; throws if it is another.
 template <typename T>
 T first(std::string_view datagram) {
     return std::get<T>(CommandReader(datagram).next().value());
@@ -43,8 +44,9 @@ TEST(Commands, AreReadInAllTheirForms) {
          {std::pair{"(turn 10)(turn_neck 5) \n(change_view narrow low)\0"sv, Read(3, false)},
           {R"((say "x")(turn 5))"sv, Read(2, false)},
           {"(dash 50)(fly 3)(turn 10)"sv, Read(1, true)}, // up to the first bad one
-          {""sv, Read(0, false)}})
+          {""sv, Read(0, false)}}) {
         EXPECT_EQ(read(datagram), expected) << datagram;
+    }
 }
 
 TEST(Commands, NonsenseIsRefused) {
@@ -60,11 +62,12 @@ TEST(Commands, NonsenseIsRefused) {
 // latter).
 TEST(Commands, HostileBytesOnlyFail) {
     std::mt19937 bits(1);
-    constexpr std::string_view alphabet = "()\" -.e5turndashsayinit_\xff\n\0"sv;
+    constexpr std::string_view ALPHABET = "()\" -.e5turndashsayinit_\xff\n\0"sv;
     for (int i = 0; i < 20000; ++i) {
         std::string datagram = i % 2 == 0 ? "(say \"" : "(init ";
-        for (auto n = bits() % 60; n > 0; --n)
-            datagram += alphabet[bits() % alphabet.size()];
+        for (auto n = bits() % 60; n > 0; --n) {
+            datagram += ALPHABET[bits() % ALPHABET.size()];
+        }
         (void)read(datagram);
         (void)readIntroduction(datagram);
     }
@@ -86,7 +89,8 @@ TEST(Commands, InitInAnyOrderOrRefusedWithItsText) {
            {"(init ABCDEFGHIJKLMNOP)", "(init A*)"}},
           {"(error illegal_command_form)",
            {"(init A (version x))", "(init A (captain))", "(reconnect A)"}}}) {
-        for (std::string_view const datagram : datagrams)
+        for (std::string_view const datagram : datagrams) {
             EXPECT_EQ(readIntroduction(datagram).refusal, refusal) << datagram;
+        }
     }
 }

@@ -9,7 +9,7 @@ using namespace practice;
 
 namespace {
 
-// One player who looks, and what he sees.
+/// One player who looks, and what he sees.
 struct Scene {
     World world;
     Random random{5};
@@ -25,12 +25,13 @@ struct Scene {
         return world.player(id);
     }
     std::string see() { return seeMessage(world, me, random); }
-    // The groups whose name starts so, as they stand in the message.
+    /// The groups whose name starts so, as they stand in the message.
     std::string seen(std::string const& name) {
         std::string const all = see();
         std::string out;
-        for (auto at = all.find("((" + name); at != all.npos; at = all.find("((" + name, at + 1))
+        for (auto at = all.find("((" + name); at != all.npos; at = all.find("((" + name, at + 1)) {
             out += all.substr(at, all.find(" ((", at) - at);
+        }
         if (out.ends_with("))")) out.pop_back(); // the end of the message
         return out;
     }
@@ -102,12 +103,12 @@ TEST(Eyes, NamesAndVelocitiesFadeWithDistance) {
         Scene s({-40, 0});
         s.add(14, {-40 + distance, 1.0});
         s.world.ball.pos = {-40 + distance, 0.0};
-        constexpr double looks = 2000;
+        constexpr double LOOKS = 2000;
         double numbers = 0, teams = 0, velocities = 0;
-        for (int i = 0; i < looks; ++i) {
-            if (s.seen("p").starts_with("((p \"Beta\" 4) ")) numbers += 1 / looks;
-            if (s.seen("p").starts_with("((p \"Beta\"")) teams += 1 / looks;
-            if (std::ranges::count(s.seen("b"), ' ') == 4) velocities += 1 / looks;
+        for (int i = 0; i < LOOKS; ++i) {
+            if (s.seen("p").starts_with("((p \"Beta\" 4) ")) numbers += 1 / LOOKS;
+            if (s.seen("p").starts_with("((p \"Beta\"")) teams += 1 / LOOKS;
+            if (std::ranges::count(s.seen("b"), ' ') == 4) velocities += 1 / LOOKS;
         }
         EXPECT_NEAR(numbers, number, 0.05) << distance;
         EXPECT_NEAR(teams, team, 0.05) << distance;

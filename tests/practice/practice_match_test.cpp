@@ -10,13 +10,13 @@ using namespace practice;
 
 namespace {
 
-constexpr int right1 = 11;
+constexpr int RIGHT_1 = 11;
 
-// A match whose messages are kept per player.
+/// A match whose messages are kept per player.
 struct Game {
     Match match;
     World& world = match.world();
-    Table<std::vector<std::string>, maxPlayers> told;
+    Table<std::vector<std::string>, MAX_PLAYERS> told;
 
     explicit Game(int players, int readySteps = 0, int halfCycles = 3000, std::uint64_t seed = 1)
         : match({halfCycles, seed, {players, readySteps, 1000}}) {}
@@ -26,19 +26,21 @@ struct Game {
             match.join("(init " + team + " (version 7.08)" + (goalie ? "(goalie))" : ")"));
         EXPECT_EQ(joined.refusal, "");
     }
-    // Team-mates of both sides, the first of each a goalie: in play, out of each other's way.
+    /// Team-mates of both sides, the first of each a goalie: in play, out of each other's way.
     void start(int perTeam) {
         for (int i = 0; i < perTeam; ++i) {
             join("Alpha", i == 0);
             join("Beta", i == 0);
         }
-        while (world.mode == Phase::beforeKickOff)
+        while (world.mode == Phase::beforeKickOff) {
             step();
-        for (Player& p : world.players)
+        }
+        for (Player& p : world.players) {
             p.pos = {-sign(p.side) * (30.0 + p.unum), 20.0 - 3.0 * p.unum};
+        }
     }
-    // Time goes on. Returns the story of player 0: referee words and the times of sense_bodies,
-    // "kick_in_l@3 4 5 ".
+    /// Time goes on. Returns the story of player 0: referee words and the times of sense_bodies,
+    /// "kick_in_l@3 4 5 ".
     std::string poll(int n = 1) {
         std::string story;
         while (n-- > 0) {
@@ -69,7 +71,7 @@ struct Game {
         world.player(player).body = toRad(bodyDeg);
     }
     void ball(Vec pos, Vec vel = {}) { world.ball = {pos, vel, {}}; }
-    // The player kicks the ball that is put before its feet.
+    /// The player kicks the ball that is put before its feet.
     std::string playBall(int player, Vec pos, std::string_view command = "(kick 10 0)",
                          PlayMode mode = {Phase::playOn}) {
         world.mode = mode;
@@ -83,7 +85,7 @@ struct Game {
     }
 };
 
-// Nobody waits for more than the first two.
+/// Nobody waits for more than the first two.
 struct InPlay : Game {
     explicit InPlay(int perTeam) : Game(2) { start(perTeam); }
 };
@@ -106,23 +108,24 @@ TEST(Match, JoiningTellsParametersInOrder) {
     EXPECT_TRUE(m[1].ends_with(" -1 -1 -1 0 0 0 100 0 0 0 0 100)"));
     EXPECT_EQ(std::ranges::count(m[1], ' '), 103);
     EXPECT_EQ(m[3], "(player_type 0 1.05 45 0.4 5 0.006 0.3 0.7 0.1 50 1 0.6)");
-    EXPECT_EQ(g.world.player(right1).pos, (Vec{3.0, -37.0}));
+    EXPECT_EQ(g.world.player(RIGHT_1).pos, (Vec{3.0, -37.0}));
 }
 
 TEST(Match, RefusesWhoDoesNotFit) {
-    constexpr char const* noMore = "(error no_more_player_or_goalie_or_illegal_client_version)";
+    constexpr char const* NO_MORE = "(error no_more_player_or_goalie_or_illegal_client_version)";
     Game g(22);
-    for (int i = 0; i < 11; ++i)
+    for (int i = 0; i < 11; ++i) {
         g.join("Alpha", i == 0);
+    }
     g.execute(3, "(bye)");
     EXPECT_FALSE(g.world.player(3).active); // but its number stays used
     for (auto const& [datagram, refusal] :
-         {std::pair{"(init Alpha (version 7))", noMore},
-          {"(init Beta (version 8.1))", noMore}, // takes the name all the same
-          {"(init Beta)", noMore},
+         {std::pair{"(init Alpha (version 7))", NO_MORE},
+          {"(init Beta (version 8.1))", NO_MORE}, // takes the name all the same
+          {"(init Beta)", NO_MORE},
           {"(init Gamma (version 7))", "(error no_more_team)"},
           {"(init Beta (version 7)(goalie))", ""},
-          {"(init Beta (version 7)(goalie))", noMore},
+          {"(init Beta (version 7)(goalie))", NO_MORE},
           {"(reconnect Alpha 3)", "(error no_such_team_or_player)"}}) {
         EXPECT_EQ(g.match.join(datagram).refusal, refusal) << datagram;
     }
@@ -163,8 +166,9 @@ TEST(Match, OneBodyCommandACycleAndOnlyWhatWorksCounts) {
     for (char const* once :
          {"(kick 0) (dash 0) (turn 0) (say 1) (turn_neck 1) (catch 0) (move 1) (change_view 2))",
           "(hear 0 self \"tencharsxx\")", "(score 0 0 0)", "(error illegal_command_form)",
-          "(warning moving_to_opponent_field)"})
+          "(warning moving_to_opponent_field)"}) {
         EXPECT_EQ(g.count(0, once), 1) << once;
+    }
 }
 
 TEST(Match, KnowsWhichAnswersMissedTheirCycle) {
@@ -187,17 +191,18 @@ TEST(Match, KnowsWhichAnswersMissedTheirCycle) {
 
 TEST(Match, HearingIsLimitedPerTeamAndRelativeToTheBody) {
     Game g(22);
-    for (char const* team : {"Alpha", "Alpha", "Alpha", "Beta"})
+    for (char const* team : {"Alpha", "Alpha", "Alpha", "Beta"}) {
         g.join(team);
+    }
     g.put(0, {-10, 0}, 90.0);
     g.put(1, {-20, 0});
     g.put(2, {-25, 0});
-    g.put(right1, {39.9, 0});
+    g.put(RIGHT_1, {39.9, 0});
     g.match.receive(1, "(say one)");
     g.execute(2, "(say two)");
     EXPECT_EQ(g.count(0, "(hear 0 90 \""), 1); // one of the two team-mates
-    EXPECT_EQ(g.count(right1, "(hear 0"), 0);  // too far away
-    g.execute(right1, "(say far)");
+    EXPECT_EQ(g.count(RIGHT_1, "(hear 0"), 0); // too far away
+    g.execute(RIGHT_1, "(say far)");
     EXPECT_EQ(g.count(0, "(hear 0 -90 \"far\")"), 1);
     g.step();
     g.execute(2, "(say two)");
@@ -213,7 +218,7 @@ TEST(Match, CountsWhatASpectatorWould) {
     }
     g.playBall(1, {40, 5}, "(kick 100 0)"); // a pass has arrived, a shot follows
     g.step();
-    g.playBall(right1, {0, 0}); // intercepted
+    g.playBall(RIGHT_1, {0, 0}); // intercepted
     g.step(2);
     std::string const results = practice::results(g.world, g.match.statistics());
     EXPECT_TRUE(results.starts_with("score\t0\t0\ncycles\t5\nteam\tl\tAlpha\t0\t60\t1\t1\n"
@@ -238,10 +243,10 @@ TEST(Referee, KickOffsHalvesAndEnd) {
 
 TEST(Referee, ASetPieceIsTakenWithTheKickAndNotPlayedTwice) {
     InPlay g(1);
-    g.put(right1, {0.5, 0.0});
+    g.put(RIGHT_1, {0.5, 0.0});
     g.put(0, {-0.4, 0.0});
     g.step();
-    EXPECT_NEAR(g.world.player(right1).pos.x, 9.45, 1e-9);
+    EXPECT_NEAR(g.world.player(RIGHT_1).pos.x, 9.45, 1e-9);
     EXPECT_EQ(g.execute(0, "(kick 20 0)"), "play_on@1 ");
     EXPECT_EQ(g.world.player(0).counts.kick, 1);
     g.step();
@@ -268,9 +273,9 @@ TEST(Referee, BallOutOfPlay) {
     using Case = std::tuple<int, Vec, Vec, std::string, Vec>;
     for (auto const& [toucher, pos, vel, mode, spot] :
          {Case{0, Vec{10, 33.5}, Vec{0, 2}, "kick_in_r", Vec{10, 34}},
-          {right1, Vec{10, -33.5}, Vec{0, -2}, "kick_in_l", Vec{10, -34}},
+          {RIGHT_1, Vec{10, -33.5}, Vec{0, -2}, "kick_in_l", Vec{10, -34}},
           {0, Vec{52, 20}, Vec{2, 0}, "goal_kick_r", Vec{47, 9.16}},
-          {right1, Vec{52, -20}, Vec{2, 0}, "corner_kick_l", Vec{51.5, -33}},
+          {RIGHT_1, Vec{52, -20}, Vec{2, 0}, "corner_kick_l", Vec{51.5, -33}},
           {0, Vec{-52, 8}, Vec{-2, 0}, "corner_kick_r", Vec{-51.5, 33}}}) {
         InPlay g(1);
         g.playBall(toucher, {0, 0});
@@ -285,12 +290,12 @@ TEST(Referee, BallOutOfPlay) {
 TEST(Referee, GoalKickLastsUntilTheBallLeavesTheArea) {
     InPlay g(1);
     g.put(0, {40, 0});
-    g.put(right1, {47.9, 9.16}, 180.0);
+    g.put(RIGHT_1, {47.9, 9.16}, 180.0);
     g.ball({47, 9.16});
     g.world.mode = {Phase::goalKick, Side::right};
     g.step();
-    EXPECT_LE(g.world.player(0).pos.x, 36.0 - playerSize + 1e-9);
-    EXPECT_EQ(g.execute(right1, "(kick 60 0)"), "");
+    EXPECT_LE(g.world.player(0).pos.x, 36.0 - PLAYER_SIZE + 1e-9);
+    EXPECT_EQ(g.execute(RIGHT_1, "(kick 60 0)"), "");
     g.step(15);
     EXPECT_TRUE(g.world.mode == Phase::playOn);
 }
@@ -305,7 +310,7 @@ TEST(Referee, CatchesFaultsAndMoves) {
         g.ball(pos + Vec{0.8, 0.0});
         return g.execute(0, "(catch 0)");
     };
-    EXPECT_EQ(catchAfter(right1, {-45, 5}), "goalie_catch_ball_l@6 free_kick_l@6 ");
+    EXPECT_EQ(catchAfter(RIGHT_1, {-45, 5}), "goalie_catch_ball_l@6 free_kick_l@6 ");
     for (int i = 0; i < 3; ++i) {
         g.step();
         g.execute(0, "(move -40 0)");
@@ -319,10 +324,10 @@ TEST(Referee, CatchesFaultsAndMoves) {
     EXPECT_NEAR(g.world.ball.pos.x, -47.0, 1e-9);
     EXPECT_EQ(g.step(31), repeated("16 ", 30) + "indirect_free_kick_r@16 17 ");
 
-    EXPECT_EQ(catchAfter(right1, {-30, 0}), "goalie_catch_ball_l@23 catch_fault_l@23 ");
+    EXPECT_EQ(catchAfter(RIGHT_1, {-30, 0}), "goalie_catch_ball_l@23 catch_fault_l@23 ");
     EXPECT_EQ(g.step(31), repeated("23 ", 30) + "free_kick_r@23 24 ");
 
-    g.playBall(right1, {-30, 0});
+    g.playBall(RIGHT_1, {-30, 0});
     g.execute(0, "(catch 180)"); // misses
     g.step();
     g.ball(g.world.player(0).pos + Vec{0.8, 0.0});
@@ -331,9 +336,13 @@ TEST(Referee, CatchesFaultsAndMoves) {
 
 TEST(Referee, OffsideOfWhoGetsTheBall) {
     InPlay g(3); // 0..2 against 11..13
-    for (auto const& [id, pos] :
-         {std::pair{1, Vec{30, -10}}, {2, {20, 5}}, {11, {50, 0}}, {12, {20, 20}}, {13, {-20, 20}}})
+    for (auto const& [id, pos] : {std::pair{1, Vec{30, -10}},
+                                  {2, {20, 5}},
+                                  {11, {50, 0}},
+                                  {12, {20, 20}},
+                                  {13, {-20, 20}}}) {
         g.put(id, pos);
+    }
     EXPECT_EQ(g.playBall(0, {10, 0}), "");
     g.step();
     g.ball({30.5, -10});
@@ -371,8 +380,9 @@ TEST(Match, IsTheSameForTheSameSeed) {
         Game g(22, 2, 50, seed);
         g.start(11); // and mill around the ball
         for (int i = 0; i < 150; ++i) {
-            for (int id = 0; id < maxPlayers; ++id)
+            for (int id = 0; id < MAX_PLAYERS; ++id) {
                 g.match.receive(id, i % 2 == 0 ? "(kick 100 20)(say hit)" : "(dash 80)(turn 40)");
+            }
             g.step();
         }
         return g.told;

@@ -8,7 +8,7 @@ using namespace practice;
 
 namespace {
 
-// One player on the pitch, in play, so that every step moves.
+/// One player on the pitch, in play, so that every step moves.
 struct Scene {
     World world;
     Random random{7};
@@ -71,8 +71,9 @@ TEST(Physics, OneStepOfAPlayer) {
         ASSERT_NEAR(distance(p.vel, moved * 0.4), 0.0, 1e-9);
         double const slowed = std::clamp(moment, -180.0, 180.0) / (1 + 5 * was.vel.length());
         double const turned = toDeg(normalized(p.body - was.body));
-        if (std::abs(slowed) < 160.0)
+        if (std::abs(slowed) < 160.0) {
             overturned = std::max(overturned, std::abs(turned / slowed - 1.0));
+        }
         ASSERT_NEAR(toDeg(p.neck), std::clamp(toDeg(was.neck) + moment, -90.0, 90.0), 1e-9);
         p.pos = {};
     }
@@ -148,16 +149,17 @@ TEST(Physics, PostsReflect) {
     for (int i = 0; i < 1000; ++i) {
         Vec pos = post + polar(random.uniform(0.2, 1.0), random.direction());
         Vec vel = polar(2.0, random.direction());
-        constexpr int slices = 20000;
-        Vec dir = vel * (1.0 / slices);
-        Vec const end = moveAlong(pos, vel, ballSize);
-        for (int k = 0; k < slices; ++k) {
+        constexpr int SLICES = 20000;
+        Vec dir = vel * (1.0 / SLICES);
+        Vec const end = moveAlong(pos, vel, BALL_SIZE);
+        for (int k = 0; k < SLICES; ++k) {
             pos += dir;
             Vec const normal = pos - post;
-            if (normal.length() < 0.145 && dot(dir, normal) < 0.0)
+            if (normal.length() < 0.145 && dot(dir, normal) < 0.0) {
                 dir = dir - normal * (2.0 * dot(dir, normal) / dot(normal, normal));
+            }
         }
-        ASSERT_NEAR(distance(vel, dir * slices), 0.0, 0.3) << i; // a grazing contact is inexact
+        ASSERT_NEAR(distance(vel, dir * SLICES), 0.0, 0.3) << i; // a grazing contact is inexact
         ASSERT_LT(distance(pos, end), 0.15) << i;
     }
 }

@@ -11,7 +11,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// Waits up to a second for a datagram that starts so.
+/// Waits up to a second for a datagram that starts so.
 bool receives(Socket const& socket, std::string_view start, Address& sender) {
     std::array<char, 8192> buffer{};
     std::string_view text;
@@ -69,8 +69,9 @@ TEST(Options, OutOfRangeAreRefused) {
                                  {"--port", "70000"},
                                  {"--players", "23"},
                                  {"--scoreboard", "big"},
-                                 {"--version", "1"}})
+                                 {"--version", "1"}}) {
         EXPECT_NE(readOptions(bad, options), "") << bad.back();
+    }
     EXPECT_EQ(readOptions(std::array{"--seed", "18446744073709551615"}, options), "");
     EXPECT_EQ(options.match.seed, 18446744073709551615U);
     std::string problem;

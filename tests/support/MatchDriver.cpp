@@ -8,7 +8,7 @@ practice::MatchOptions optionsOf(MatchDriver::Setup const& setup) {
     practice::MatchOptions options;
     options.halfCycles = setup.halfCycles;
     options.seed = setup.seed;
-    options.kickOff.players = setup.scripted ? practice::maxPlayers : setup.unum + setup.opponents;
+    options.kickOff.players = setup.scripted ? practice::MAX_PLAYERS : setup.unum + setup.opponents;
     return options;
 }
 
@@ -19,9 +19,9 @@ std::string initText(std::string const& team, bool goalie) {
 } // namespace
 
 MatchDriver::MatchDriver(Setup const& setup)
-    : match(optionsOf(setup)), agent(setup.goalie), id(practice::nobody) {
+    : match(optionsOf(setup)), agent(setup.goalie), id(practice::NOBODY) {
     auto const joinOpponents = [&] {
-        int const opponents = setup.scripted ? practice::playersPerTeam : setup.opponents;
+        int const opponents = setup.scripted ? practice::PLAYERS_PER_TEAM : setup.opponents;
         for (int i = 0; i < opponents; ++i) {
             match.join(initText(AgentHarness::OTHER_TEAM, i == 0));
         }
@@ -32,7 +32,7 @@ MatchDriver::MatchDriver(Setup const& setup)
         match.join(initText(AgentHarness::TEAM, i == 1 && !setup.goalie));
     }
     id = match.join(initText(AgentHarness::TEAM, setup.goalie)).player;
-    for (int i = setup.unum; setup.scripted && i < practice::playersPerTeam; ++i) {
+    for (int i = setup.unum; setup.scripted && i < practice::PLAYERS_PER_TEAM; ++i) {
         match.join(initText(AgentHarness::TEAM, false));
     }
     if (!setup.right) joinOpponents();

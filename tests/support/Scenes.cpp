@@ -16,7 +16,7 @@ practice::World fullPitch() {
     world.ball.pos = {-20.0, 3.0};
     world.ball.vel = {1.2, -0.4};
     for (practice::Side const side : {practice::Side::left, practice::Side::right}) {
-        for (int unum = 1; unum <= practice::playersPerTeam; ++unum) {
+        for (int unum = 1; unum <= practice::PLAYERS_PER_TEAM; ++unum) {
             practice::Player& player = world.player(practice::playerId(side, unum));
             player.joined = player.active = true;
             player.goalie = unum == 1;

@@ -59,8 +59,9 @@ std::string ballReport(practice::Movable const& ball, Side side) {
     Vec const pos = turned(ball.pos, side);
     Vec const vel = turned(ball.vel, side) * 20.0;
     std::string report = ConfigFile::sayID.substr(0, 1);
-    for (double const number : {pos.x, pos.y, vel.x, vel.y})
+    for (double const number : {pos.x, pos.y, vel.x, vel.y}) {
         report += {number < 0.0 ? 'y' : 'x', SkillPool::do_ascii(static_cast<float>(number))};
+    }
     return report;
 }
 
@@ -90,8 +91,9 @@ void Script::send(Player const& p, std::string const& command) {
 void Script::play(Player const& p, int nextAtBall) {
     if (mode == Phase::beforeKickOff || mode == Phase::goal) {
         Vec const place = turned(Formation::initialPosition(p.unum), Side::left);
-        if (distance(p.pos, turned(place, p.side)) > 1.0)
+        if (distance(p.pos, turned(place, p.side)) > 1.0) {
             send(p, text("(move ", place.x, ' ', place.y, ')'));
+        }
     } else if (nextAtBall == playerId(p)) {
         playBall(p);
     } else if (Vec const place = placeOf(p); distance(p.pos, place) > 3.0) {
@@ -104,7 +106,7 @@ void Script::playBall(Player const& p) {
     double const gap = distance(p.pos, world.ball.pos);
     if (p.goalie && mode == Phase::playOn && gap < practice::parameter("catchAreaLength")) {
         send(p, text("(catch ", bearing(p, world.ball.pos), ')'));
-    } else if (gap > practice::kickableArea) {
+    } else if (gap > practice::KICKABLE_AREA) {
         runTo(p, world.ball.pos + world.ball.vel * 3.0);
     } else if (!waits) {
         bool const selfish = mode.isSetPiece() && setPieces % SELFISH == 0;
@@ -153,19 +155,21 @@ Vec Script::aim(Player const& p) {
 /// the nearest home.
 int Script::nextAtBall(Side side) const {
     bool const setPiece = mode.isSetPiece();
-    if ((setPiece && mode.side != side) || mode.isStopped()) return practice::nobody;
-    if (world.ballHolder != practice::nobody) return world.ballHolder;
+    if ((setPiece && mode.side != side) || mode.isStopped()) return practice::NOBODY;
+    if (world.ballHolder != practice::NOBODY) return world.ballHolder;
     for (Side const owner : {Side::left, Side::right}) { // in its area the ball is the keeper's
-        if (!setPiece && practice::isInPenaltyArea(world.ball.pos, owner))
-            return owner == side ? playerId(side, KEEPER) : practice::nobody;
+        if (!setPiece && practice::isInPenaltyArea(world.ball.pos, owner)) {
+            return owner == side ? playerId(side, KEEPER) : practice::NOBODY;
+        }
     }
     // Nobody helps a goalkeeper whose play is to be seen.
     bool const alone = agent.goalie && side == agent.side && turned(world.ball.pos, side).x < 0.0;
-    if (!setPiece && alone) return practice::nobody;
+    if (!setPiece && alone) return practice::NOBODY;
     bool const byHome = setPiece && !(mode == Phase::kickOff);
     auto const gap = [&](Player const& p) {
-        if (p.side != side || (byHome && p.unum == KEEPER))
+        if (p.side != side || (byHome && p.unum == KEEPER)) {
             return std::numeric_limits<double>::max();
+        }
         return distance(byHome ? homeOf(p) : p.pos, world.ball.pos);
     };
     return playerId(*std::ranges::min_element(world.players, {}, gap));
@@ -178,8 +182,9 @@ void Script::talk() {
     if (cycle % 10 == 0) {
         send(world.player(playerId(agent.side, unum)), "(say \"" + words + "\")");
     } else if (cycle % 10 == 5) {
-        for (char& c : std::span(words).subspan(1))
+        for (char& c : std::span(words).subspan(1)) {
             c = LETTERS[static_cast<std::size_t>(random.uniform(0.0, std::ssize(LETTERS)))];
+        }
         send(world.player(playerId(other(agent.side), unum)), "(say \"" + words + "\")");
     }
 }
