@@ -146,6 +146,9 @@ enum class Count : std::uint8_t {
     changeFocus, ///< from version 6 on
 };
 constexpr int COUNTS = 12;
+constexpr std::array<std::string_view, COUNTS> COUNT_NAMES = {
+    "kick",        "dash", "turn",   "catch",   "move",        "turn_neck",
+    "change_view", "say",  "tackle", "pointto", "attentionto", "change_focus"};
 
 struct Point {
     double x = 0, y = 0;
