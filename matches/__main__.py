@@ -20,7 +20,7 @@ def main(arguments: list[str]) -> int:
         sys.stdout.flush()
         return status
     except Failure as failure:
-        complain(command, failure)
+        complain(rest[0] if command == "build" else command, failure)
         return failure.status
     except KeyboardInterrupt:
         sys.stderr.write("\n")

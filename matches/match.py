@@ -219,7 +219,7 @@ class _Game:
             if not sight.has_begun and sight.steps:
                 for side in (0, 1):
                     self._refuse_early_ends(self._players[side], side)
-            if not self._server.runs() or not any([p.program.runs() for p in everybody]):
+            if not self._server.runs() or not any(p.program.runs() for p in everybody):
                 return
             if sight.steps > steps:
                 steps, heard = sight.steps, time.monotonic()

@@ -2,6 +2,7 @@
 
 import re
 import socket
+from contextlib import suppress
 from dataclasses import dataclass, field, replace
 
 MODES = (
@@ -18,7 +19,7 @@ MODES = (
 """The word of each play mode by its number."""
 
 HEAD = re.compile(rb"\(show (\d+) \(pm (\d+)\) \(tm (\S+) (\S+) (\d+) (\d+)")
-PLAYER = re.compile(rb"\(\(([lr]) (\d+)\) \S+ (\S+)")
+PLAYER = re.compile(rb"\(\(([lr]) (\d+)\) \S+ (?:0x)?([0-9a-fA-F]+) ")
 LARGEST = 65536
 
 
@@ -62,7 +63,7 @@ def read_show(datagram: bytes) -> Sight | None:
         frozenset(
             (side.decode(), int(number))
             for side, number, state in PLAYER.findall(datagram)
-            if int(state, 0) != 0
+            if int(state, 16) != 0
         ),
     )
 
@@ -79,10 +80,8 @@ class Monitor:
 
     def greet(self) -> None:
         """Asks to look on. A server that is there answers at once."""
-        try:
+        with suppress(OSError):
             self._socket.sendto(b"(dispinit version 5)\0", self._address)
-        except OSError:
-            pass
 
     def look(self) -> Sight:
         """The newest that is known; takes everything that has come since the last look."""
@@ -100,8 +99,6 @@ class Monitor:
 
     def close(self) -> None:
         """Says goodbye."""
-        try:
+        with suppress(OSError):
             self._socket.sendto(b"(dispbye)\0", self._address)
-        except OSError:
-            pass
         self._socket.close()

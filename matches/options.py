@@ -14,9 +14,7 @@ from matches.words import Failure
 class Parser(argparse.ArgumentParser):
     """Reports errors in our own words."""
 
-    def __init__(
-        self, command: str, usage: str, description: str, epilog: str = ""
-    ) -> None:
+    def __init__(self, command: str, usage: str, description: str, epilog: str = "") -> None:
         super().__init__(
             prog=LAUNCHER or f"./{command}",
             usage=f"%(prog)s {usage}",
@@ -60,9 +58,7 @@ def whole_number(low: int, high: int) -> Callable[[str], int]:
 def team_name(text: str) -> str:
     """The server takes at most 15 characters, player.conf only these."""
     if not re.fullmatch(r"[A-Za-z0-9_-]{1,15}", text):
-        raise argparse.ArgumentTypeError(
-            f"takes 1 to 15 letters, digits, - or _, not '{text}'"
-        )
+        raise argparse.ArgumentTypeError(f"takes 1 to 15 letters, digits, - or _, not '{text}'")
     return text
 
 

@@ -24,5 +24,5 @@ def given_programs() -> Path | None:
 
 
 def work_folder() -> Path:
-    """The folder below which matches leave their files."""
-    return Path.cwd() if IS_INSTALLED else ROOT
+    """The folder below which matches leave their files; the user's own, unless we build ours."""
+    return ROOT if given_programs() is None else Path.cwd()

@@ -36,28 +36,69 @@ def _parser() -> options.Parser:
     parser = options.Parser("play", "[option ...]", ABOUT, STATUS)
     add = parser.add_argument
     number, file, program = options.whole_number, options.readable_file, options.program
-    add("--half-cycles", type=number(1, 100000), default=300, metavar="N",
-        help="length of a half in cycles of 0.1 s (300)")
+    add(
+        "--half-cycles",
+        type=number(1, 100000),
+        default=300,
+        metavar="N",
+        help="length of a half in cycles of 0.1 s (300)",
+    )
     for side in ("left", "right"):
-        add(f"--{side}", type=options.team_name, default=side.capitalize(), metavar="NAME",
-            help=f"name of the team that starts on the {side} ({side.capitalize()})")
-        add(f"--{side}-conf", type=file, default=DEFAULT_CONF, metavar="FILE",
-            help="its settings (player.conf)")
-        add(f"--{side}-agent", type=program, metavar="FILE",
+        add(
+            f"--{side}",
+            type=options.team_name,
+            default=side.capitalize(),
+            metavar="NAME",
+            help=f"name of the team that starts on the {side} ({side.capitalize()})",
+        )
+        add(
+            f"--{side}-conf",
+            type=file,
+            default=DEFAULT_CONF,
+            metavar="FILE",
+            help="its settings (player.conf)",
+        )
+        add(
+            f"--{side}-agent",
+            type=program,
+            metavar="FILE",
             help="the program that plays for it: called with host, team name and, for player 1, "
-            "-goalie, in a folder with its player.conf (build/agent)")
-    add("--seed", type=number(0, 999999999), default=1, metavar="N",
-        help="where the server's random numbers start (1)")
+            "-goalie, in a folder with its player.conf (build/agent)",
+        )
+    add(
+        "--seed",
+        type=number(0, 999999999),
+        default=1,
+        metavar="N",
+        help="where the server's random numbers start (1)",
+    )
     add("--players", action="store_true", help="show a table of the players too")
-    add("--lossy", type=number(0, 999999999), metavar="SEED",
+    add(
+        "--lossy",
+        type=number(0, 999999999),
+        metavar="SEED",
         help="play through a bad network: of all datagrams, either way, 10 %% are lost, 10 %% "
-        "doubled, 10 %% late by up to 150 ms, 2 %% cut short and 2 %% garbled")
-    add("--busy", type=number(0, 100), default=0, metavar="N",
-        help="run N programs beside that do nothing but keep a processor busy (0)")
-    add("--port", type=number(1, 65534), metavar="P",
-        help="UDP port of the practice server; --lossy takes the next too (6000, or a free one)")
-    add("--keep", type=Path, metavar="DIR",
-        help="folder for settings, logs and results (match, or match-2, ... when that is in use)")
+        "doubled, 10 %% late by up to 150 ms, 2 %% cut short and 2 %% garbled",
+    )
+    add(
+        "--busy",
+        type=number(0, 100),
+        default=0,
+        metavar="N",
+        help="run N programs beside that do nothing but keep a processor busy (0)",
+    )
+    add(
+        "--port",
+        type=number(1, 65534),
+        metavar="P",
+        help="UDP port of the practice server; --lossy takes the next too (6000, or a free one)",
+    )
+    add(
+        "--keep",
+        type=Path,
+        metavar="DIR",
+        help="folder for settings, logs and results (match, or match-2, ... when that is in use)",
+    )
     return parser
 
 
@@ -104,8 +145,11 @@ def main(arguments: list[str]) -> int:
     match = Match(settings, programs, work_folder())
     signals = _Signals(match)
     half = settings.half_cycles
-    say("play", f"two halves of {half} cycles, about {duration(expected_duration(half))} with "
-        f"breaks and stoppages")
+    say(
+        "play",
+        f"two halves of {half} cycles, about {duration(expected_duration(half))} with "
+        f"breaks and stoppages",
+    )
     say("play", f"port {match.port}, files in {shown(match.folder)}/; Ctrl-C ends it")
     with Progress(half) as progress:
         outcome = match.run(build, progress.show)

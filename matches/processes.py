@@ -120,7 +120,7 @@ def end_all(
     for number, seconds in ((first, patience), (signal.SIGTERM, 1.0), (signal.SIGKILL, 2.0)):
         for program in left:
             program.signal(number)
-        if wait_until(lambda: not any([program.runs() for program in left]), seconds):
+        if wait_until(lambda: not [program for program in left if program.runs()], seconds):
             return
 
 

@@ -175,10 +175,8 @@ def write_players(outcome: MatchOutcome, path: Path) -> None:
     counted = [f"{kind}_{what}" for kind in KINDS for what in ("queued", "executed")]
     with path.open("w", newline="") as file:
         rows = csv.writer(file)
-        rows.writerow(
-            ["team", "number", "status", "ended_early", "cpu_s", "peak_kb", *counted]
-            + ["refused", "answers", "late", "lost"]
-        )
+        start = ["team", "number", "status", "ended_early", "cpu_s", "peak_kb"]
+        rows.writerow([*start, *counted, "refused", "answers", "late", "lost"])
         for team in outcome.teams:
             for player in team.players:
                 rows.writerow([team.name, *_player_row(player)])

@@ -70,14 +70,12 @@ def player_table(team: TeamResult) -> Table:
         title=f"{team.name}: commands carried out",
         title_justify="left",
         title_style="bold",
-        box=box.SIMPLE_HEAD,
-        pad_edge=False,
-        show_edge=False,
+        box=None,
         padding=(0, 1, 0, 0),
     )
     titles = ("no", *KINDS[:4], "neck", "catch", "move", "view", "lost", "late", "CPU s", "MB")
     for title in titles:
-        table.add_column(title, justify="right", min_width=4)
+        table.add_column(title, justify="right", min_width=5 if title in KINDS else None)
     for player in team.players:
         table.add_row(str(player.number), *_player_cells(player))
     return table

@@ -70,15 +70,33 @@ def _parser() -> options.Parser:
     parser = options.Parser("team", "HOST [TEAMNAME] [option ...]", ABOUT, STATUS)
     add = parser.add_argument
     add("host", metavar="HOST", help="name or address of the server")
-    add("name", metavar="TEAMNAME", nargs="?", type=options.team_name,
-        help="up to 15 letters, digits, - or _ (teamname of player.conf)")
-    add("--port", type=options.whole_number(1, 65535), metavar="P",
-        help="UDP port of the server (serverPort of player.conf)")
-    add("--say-id", type=options.say_mark, metavar="C",
+    add(
+        "name",
+        metavar="TEAMNAME",
+        nargs="?",
+        type=options.team_name,
+        help="up to 15 letters, digits, - or _ (teamname of player.conf)",
+    )
+    add(
+        "--port",
+        type=options.whole_number(1, 65535),
+        metavar="P",
+        help="UDP port of the server (serverPort of player.conf)",
+    )
+    add(
+        "--say-id",
+        type=options.say_mark,
+        metavar="C",
         help="letter or digit that marks the team's own say messages (sayID of player.conf); "
-        "give two teams of this program on one pitch different ones")
-    add("--conf", type=options.readable_file, default=DEFAULT_CONF, metavar="FILE",
-        help="settings of the team (player.conf)")
+        "give two teams of this program on one pitch different ones",
+    )
+    add(
+        "--conf",
+        type=options.readable_file,
+        default=DEFAULT_CONF,
+        metavar="FILE",
+        help="settings of the team (player.conf)",
+    )
     return parser
 
 
@@ -187,16 +205,23 @@ class Team:
         if died:
             return died
         if sight.steps == 0:
-            return Ending(NO_SERVER, f"no server answers at {where}",
-                          "Is it running there, and does a firewall let UDP pass?")
+            return Ending(
+                NO_SERVER,
+                f"no server answers at {where}",
+                "Is it running there, and does a firewall let UDP pass?",
+            )
         if not self._joined:
             return self._refused()
         if sight.is_over:
             return self._full_time()
         if self._server_is_gone():
             return Ending(LOST, f"the server at {where} fell silent in cycle {sight.cycle}")
-        return Ending(LOST, f"the players lost the server at {where} in cycle {sight.cycle}, "
-                      "which goes on without them", "Is the network between the two well?")
+        return Ending(
+            LOST,
+            f"the players lost the server at {where} in cycle {sight.cycle}, "
+            "which goes on without them",
+            "Is the network between the two well?",
+        )
 
     def _full_time(self) -> Ending:
         numbers = {number for _, number in self._ours()}
@@ -285,10 +310,12 @@ def _tell(team: Team, ending: Ending, folder: Path) -> None:
     console.print("")
     console.print(_statistics(team.players))
     sight = team.sight
-    if sight.has_begun and all(sight.teams):
-        left, right = sight.teams
-        console.print(f"\n{left} {sight.score[0]} : {sight.score[1]} {right}  "
-                      f"after {sight.cycle} cycles", soft_wrap=True)
+    if sight.has_begun:
+        left, right = (name or "(nobody)" for name in sight.teams)
+        console.print(
+            f"\n{left} {sight.score[0]} : {sight.score[1]} {right}  after {sight.cycle} cycles",
+            soft_wrap=True,
+        )
     say("team", ending.words)
     for line in ending.advice.splitlines():
         print(f"  {line}")

@@ -72,6 +72,9 @@ find_python() {
 # start_matches COMMAND ARGUMENT...: becomes a command of the package in matches/.
 start_matches() {
     find_python || { install_packages "to run matches" python3 python3-rich && find_python; } ||
-        fail "there is no Python 3.11 or newer with the library rich"
+        fail "there is no Python 3.11 or newer with the library rich" "Install python3-rich."
     LAUNCHER=${LAUNCHER:-$0} PYTHONPATH=$ROOT exec "$PYTHON" -P -m matches "$@"
 }
+
+# build FOLDER TARGET CMAKE_OPTION...: builds below the repository's FOLDER.
+build() { (start_matches build "${0##*/}" "$@"); }
