@@ -32,7 +32,7 @@ def missing_tools() -> list[str]:
 def install(why: str, packages: list[str]) -> None:
     """Installs Debian packages as root or through sudo; the script says what goes wrong."""
     if packages and subprocess.run([ROOT / "scripts/install", why, *packages]).returncode != 0:
-        raise Failure("cannot build without " + " ".join(packages))
+        raise Failure("cannot go on without " + " ".join(packages))
 
 
 def build_programs(command: str) -> tuple[Path, Lock | None]:
@@ -46,21 +46,23 @@ def build_programs(command: str) -> tuple[Path, Lock | None]:
     return ROOT / "build", build(command, ROOT / "build", "all", ["--preset", "play"])
 
 
-def build(command: str, folder: Path, target: str, options: list[str]) -> Lock:
+def build(
+    command: str, folder: Path, target: str, options: list[str], source: Path = ROOT
+) -> Lock:
     """Configures and builds a target; the lock that is returned is a shared one."""
     install("to build", missing_tools())
     lock = Lock(folder)
     if not lock.take():
         say(command, f"waiting for another build in {folder.name}/")
         lock.take(wait=True)
-    _forget_moved_sources(folder)
+    _forget_moved_sources(folder, source)
     if not (folder / "CMakeCache.txt").exists() and not shutil.which("make"):
         options = ["-G", "Ninja", *options]
     say(command, f"building into {folder.name}/")
     started = time.monotonic()
     log = folder / "build.log"
     with log.open("wb") as out:
-        _run_step(["cmake", "-S", str(ROOT), "-B", str(folder), *options], out.fileno(), log)
+        _run_step(["cmake", "-S", str(source), "-B", str(folder), *options], out.fileno(), log)
         jobs = str(os.cpu_count() or 1)
         make = ["cmake", "--build", str(folder), "--target", target, "--parallel", jobs]
         _run_step(make, out.fileno(), log)
@@ -69,12 +71,12 @@ def build(command: str, folder: Path, target: str, options: list[str]) -> Lock:
     return lock
 
 
-def _forget_moved_sources(folder: Path) -> None:
+def _forget_moved_sources(folder: Path, source: Path) -> None:
     """A build folder remembers where its sources were; after a move or a copy it has to forget."""
     cache = folder / "CMakeCache.txt"
     if not cache.exists():
         return
-    if f"CMAKE_HOME_DIRECTORY:INTERNAL={ROOT}\n" not in cache.read_text(errors="replace"):
+    if f"CMAKE_HOME_DIRECTORY:INTERNAL={source}\n" not in cache.read_text(errors="replace"):
         cache.unlink()
         shutil.rmtree(folder / "CMakeFiles", ignore_errors=True)
 

@@ -7,13 +7,13 @@ from dataclasses import dataclass
 from pathlib import Path
 
 from matches import players as teams
+from matches.duration import expected_duration
 from matches.judge import ended_how
 from matches.locks import Lock, lock_keep_folder
 from matches.monitor import Monitor, Sight
 from matches.players import Eleven, Player
 from matches.ports import HOST, take_port
 from matches.processes import Nursery, Program, Usage, end_all, wait_until
-from matches.progress import expected_duration
 from matches.results import (
     SIDES,
     MatchOutcome,
@@ -23,7 +23,7 @@ from matches.results import (
     write_players,
 )
 from matches.settings import make_team_folder
-from matches.words import Failure, last_words, shown
+from matches.words import Failure, MatchFailure, last_words, shown
 
 SAY_MARKS = "vw"
 JOINING = 3.0  # seconds a player may take to be on the pitch
@@ -241,7 +241,7 @@ class _Game:
         for player in players:
             if not player.program.runs():
                 words = player.words or "It said nothing."
-                raise Failure(
+                raise MatchFailure(
                     f"{name} {player.number} {ended_how(player.program.status)} "
                     "before the kick-off",
                     f"{words}\nMore may be in {shown(player.program.err)}",
@@ -262,7 +262,7 @@ class _Game:
         self._monitor.close()
         end_all([*self._busy, *([self._network] if self._network else [])])
         if self._server.status != 0:
-            raise Failure(
+            raise MatchFailure(
                 f"the practice server {ended_how(self._server.status)}",
                 last_words(self._server.out) or "It said nothing.",
             )

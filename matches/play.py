@@ -8,10 +8,11 @@ from rich.console import Console
 
 from matches import options
 from matches.build import build_programs
+from matches.duration import expected_duration
 from matches.judge import faults
 from matches.match import Match, MatchSettings, TeamSettings
 from matches.places import DEFAULT_CONF, work_folder
-from matches.progress import Progress, expected_duration
+from matches.progress import Progress
 from matches.results import MatchOutcome
 from matches.settings import check_conf
 from matches.table import WIDTH, report
