@@ -7,18 +7,20 @@ from collections.abc import Sequence
 
 import matplotlib as mpl
 import numpy as np
+from matplotlib.colors import LinearSegmentedColormap
 from matplotlib.figure import Figure
 from matplotlib.patches import Arc, Rectangle
 
-from matches.experiments.arithmetic import running_estimates
+from matches.experiments.arithmetic import Floats, running_estimates
 from matches.experiments.heat import COLUMNS, LENGTH, ROWS, WIDTH
 
 FIRST = "#1f6feb"
 SECOND = "#d9730d"
 INK = "#3b4252"
 GRID = "#dfe3ea"
+BALANCE = LinearSegmentedColormap.from_list("balance", [SECOND, "#ffffff", FIRST])
 
-STYLE = {
+STYLE: dict[str, object] = {
     "font.family": "sans-serif",
     "font.size": 10,
     "text.color": INK,
@@ -62,6 +64,7 @@ def growth(values: Sequence[float], difference: float) -> str:
         reach = 1.15 * max(difference, float(np.abs(later).max()))
         axes.set_ylim(-reach, reach)
         axes.set_xlim(1, max(3, len(values)))
+        axes.xaxis.get_major_locator().set_params(integer=True)
         axes.set_xlabel("pairs of matches")
         axes.set_ylabel("goal difference a match")
         return _svg(figure, "goal difference as it grew")
@@ -88,7 +91,7 @@ def goal_bars(matches: Sequence[int]) -> str:
 
 def distributions(first: Sequence[float], second: Sequence[float], label: str) -> str:
     """Two teams' values of one figure, as two outlines."""
-    with mpl.rc_context({**STYLE, "font.size": 7}):
+    with mpl.rc_context(STYLE | {"font.size": 7}):
         figure = Figure(figsize=(2.4, 0.62))
         axes = figure.add_axes((0.02, 0.3, 0.96, 0.68))
         both = np.concatenate([first, second])
@@ -118,15 +121,15 @@ def heat_maps(first: Sequence[int], second: Sequence[int], ball: Sequence[int],
              for counts in (first, second, ball)]
     shares = [grid / max(1.0, grid.sum()) * 100 for grid in grids]
     with mpl.rc_context(STYLE):
-        figure = Figure(figsize=(9.2, 6.6), layout="constrained")
+        figure = Figure(figsize=(9.2, 5.8), layout="constrained")
         axes = figure.subplots(2, 2).ravel()
         top = max(float(shares[0].max()), float(shares[1].max()), 1e-9)
         _map(figure, axes[0], shares[0], f"{names[0]} (attacks to the right)", "Blues", 0, top)
         _map(figure, axes[1], shares[1], f"{names[1]} (attacks to the right)", "Oranges", 0, top)
         change = shares[0] - shares[1]
         reach = max(float(np.abs(change).max()), 1e-9)
-        title = f"where {names[0]} is more (blue) or less than {names[1]}"
-        _map(figure, axes[2], change, title, "PuOr", -reach, reach)
+        title = f"{names[0]} more (blue), {names[1]} more (orange)"
+        _map(figure, axes[2], change, title, BALANCE, -reach, reach)
         title = f"the ball ({names[0]} attacks to the right)"
         _map(figure, axes[3], shares[2], title, "Greens", 0, float(shares[2].max()) or 1)
         out = io.BytesIO()
@@ -135,8 +138,7 @@ def heat_maps(first: Sequence[int], second: Sequence[int], ball: Sequence[int],
     return f'<img alt="heat maps" src="data:image/png;base64,{data}">'
 
 
-def _map(figure: Figure, axes: mpl.axes.Axes, grid: "np.ndarray[tuple[int, ...], np.dtype[np.float64]]",
-         title: str, colours: str, low: float, high: float) -> None:
+def _map(figure: Figure, axes: mpl.axes.Axes, grid: Floats, title: str, colours: object, low: float, high: float) -> None:
     box = (-LENGTH / 2, LENGTH / 2, WIDTH / 2, -WIDTH / 2)
     image = axes.imshow(grid, extent=box, cmap=colours, vmin=low, vmax=high,
                         interpolation="bilinear")

@@ -19,6 +19,7 @@ from matches.experiments.engine import Where, check_jobs
 from matches.experiments.entrants import (
     KEYS,
     Bundle,
+    Entrant,
     entries_of,
     find_entrant,
     own_revision,
@@ -189,7 +190,7 @@ def main(arguments: list[str]) -> int:
     words = _words_of(given) if given.teams else []
     if len(given.teams) < 2 and not (given.resume and given.out):
         raise Failure("compare takes two teams or more", "Try ./compare --help", status=2)
-    entrants = []
+    entrants: list[Entrant] = []
 
     def make(folder: Path) -> Plan:
         entrants.extend(find_entrant("compare", text) for text in given.teams)

@@ -108,7 +108,7 @@ class _Team:
             return
         for number in range(1, COACH + 1):
             out = self.folder / f"start-{number}.out"
-            command = [self.base / "start", HOST, self.base, str(number)]
+            command = [str(self.base / "start"), HOST, str(self.base), str(number)]
             self.programs.append(nursery.start(command, self.folder, out))
             if number <= TEAM_SIZE:
                 game.await_player(side, number)

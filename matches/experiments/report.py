@@ -21,7 +21,8 @@ NAMES = {"possession": "possession, %", "domination": "domination, %", "metres":
 def write_report(run: Run, found: Sequence[Series], path: Path) -> None:
     """Writes it at once or not at all."""
     sections = [_section(run, series) for series in found]
-    body = "\n".join([_head(run, found), *sections, _method(run)])
+    overview = [_overview(run, found)] if len(found) > 1 else []
+    body = "\n".join([*overview, *sections, _teams(run), _method(run)])
     title = " / ".join(entry.label for entry in run.plan.entries.values())
     template = files("matches.experiments").joinpath("report.template.html").read_text()
     page = template.replace("{{title}}", escape(title)).replace("{{body}}", body)
@@ -35,17 +36,19 @@ def _labels(run: Run, series: Series) -> tuple[str, str]:
     return entries[series.first].label, entries[series.second].label
 
 
-def _head(run: Run, found: Sequence[Series]) -> str:
-    """What was compared, and the verdicts when there are several."""
+def _teams(run: Run) -> str:
+    """What was compared."""
     rows = "".join(
         f"<tr><td><b>{escape(entry.label)}</b></td><td>{escape(entry.revision)}</td>"
         f"<td>{escape(entry.settings) or 'the usual ones'}</td></tr>"
         for entry in run.plan.entries.values()
     )
-    teams = f"""<section><h2>Teams</h2><table><thead><tr><th>team</th><th>revision</th>
+    return f"""<section><h2>Teams</h2><table><thead><tr><th>team</th><th>revision</th>
 <th>settings that differ</th></tr></thead><tbody>{rows}</tbody></table></section>"""
-    if len(found) < 2:
-        return teams
+
+
+def _overview(run: Run, found: Sequence[Series]) -> str:
+    """All verdicts."""
     lines = "".join(
         f'<tr><td><a href="#{series.first}-{series.second}">{escape(_labels(run, series)[0])} '
         f"against {escape(_labels(run, series)[1])}</a></td>"
@@ -55,12 +58,12 @@ def _head(run: Run, found: Sequence[Series]) -> str:
     )
     return f"""<section><h2>All comparisons</h2><table><thead><tr><th></th>
 <th class=number>goal difference</th><th>verdict</th></tr></thead><tbody>{lines}</tbody></table>
-</section>{teams}"""
+</section>"""
 
 
 def _section(run: Run, series: Series) -> str:
     """One comparison."""
-    first, second = map(escape, _labels(run, series))
+    first, second = (escape(label) for label in _labels(run, series))
     title = f"""<section class=verdict id="{series.first}-{series.second}">
 <h1><span class=first>{first}</span> against <span class=second>{second}</span></h1>
 <p class=words>{escape(verdict(run.plan, series))}</p>{_tiles(series)}</section>"""
@@ -72,7 +75,7 @@ def _section(run: Run, series: Series) -> str:
 <p class=note>The band is the 95&nbsp;% interval; the dashed lines are the smallest difference of
 interest, {run.plan.difference:g} goals.</p>{charts.goal_bars(matches)}
 {_fact_table(run, series)}</section>""")
-        parts += [_telling(run, series), _figures(series, first, second), _heat(series, (first, second))]
+        parts += [_telling(run, series, first), _figures(series, first, second), _heat(series, (first, second))]
     parts.append(_failed(run, series))
     return "\n".join(parts)
 
@@ -102,7 +105,7 @@ def _fact_table(run: Run, series: Series) -> str:
     return f"<table class=facts><tbody>{rows}</tbody></table>"
 
 
-def _telling(run: Run, series: Series) -> str:
+def _telling(run: Run, series: Series, first: str) -> str:
     """Largest win, largest loss, closest to the mean, with their logs."""
     matches = [
         (ours - theirs, row.game, f"{ours} : {theirs}", row.seed)
@@ -117,7 +120,7 @@ def _telling(run: Run, series: Series) -> str:
     }
     rows = ""
     for name, (difference, game, score, seed) in chosen.items():
-        if name != "closest to the mean" and (difference > 0) != (name == "largest win"):
+        if (name == "largest win" and difference <= 0) or (name == "largest loss" and difference >= 0):
             continue
         folder = run.folder_of(game)
         there = (folder / "match.rcg.gz").exists() and not (folder / DROPPED).exists()
@@ -126,7 +129,7 @@ def _telling(run: Run, series: Series) -> str:
         rows += (f"<tr><td>{name}</td><td class=number>{score}</td><td class=number>{seed}</td>"
                  f"<td>{side}</td><td>{link}</td></tr>")
     return f"""<section><h2>Matches to look at</h2><table><thead><tr><th></th>
-<th class=number>result</th><th class=number>seed</th><th>first team on the</th><th>replay</th></tr></thead>
+<th class=number>result</th><th class=number>seed</th><th>{first} on the</th><th>replay</th></tr></thead>
 <tbody>{rows}</tbody></table>
 <p class=note>The logs are beside this file; any viewer of game logs shows them. To play one of these
 matches again: <code>./one-match GAME</code> in this folder, after its folder in games/ is removed.</p>
@@ -149,10 +152,10 @@ def _figures(series: Series, first: str, second: str) -> str:
         p = "&lt; 0.001" if difference.corrected_p < 0.001 else f"{difference.corrected_p:.3f}"
         rows += (
             f"<tr{real}><td>{escape(NAMES.get(name, name.replace('_', ' ')))}</td>"
-            f"<td class=number>{ours[name].mean():.4g}</td>"
-            f"<td class=number>{theirs[name].mean():.4g}</td>"
-            f"<td class=number>{mean.value:+.3g}</td>"
-            f"<td class=number>{mean.low:+.3g} to {mean.high:+.3g}</td>"
+            f"<td class=number>{_number(ours[name].mean())}</td>"
+            f"<td class=number>{_number(theirs[name].mean())}</td>"
+            f"<td class=number>{_number(mean.value, "+")}</td>"
+            f"<td class=number>{_number(mean.low, "+")} to {_number(mean.high, "+")}</td>"
             f"<td class=number>{p}</td><td class=picture>{picture}</td></tr>"
         )
     return f"""<section><h2>Every figure</h2><table class=figures><thead><tr><th></th>
@@ -162,6 +165,14 @@ def _figures(series: Series, first: str, second: str) -> str:
 <p class=note>{len(found)} figures are looked at together, and among so many one differs by chance easily.
 So p is corrected after Holm, and the intervals are widened after Bonferroni: with 95&nbsp;% confidence
 all of them hold the true difference. Bold rows differ (p below 0.05). Means are of a match.</p></section>"""
+
+
+def _number(value: float, sign: str = "") -> str:
+    """Three or four digits that count, never an exponent."""
+    size = abs(value)
+    digits = 0 if size >= 100 else 1 if size >= 10 else 2
+    text = f"{value:{sign},.{digits}f}"
+    return text if any(digit in text for digit in "123456789") else "0"
 
 
 def _heat(series: Series, names: tuple[str, str]) -> str:

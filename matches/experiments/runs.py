@@ -16,7 +16,7 @@ from matches.words import Failure, shown
 
 LOOK = 0.25  # seconds between looks at what has been finished
 LEAST_FREE = 50_000_000  # bytes of disk without which nothing new is started
-BYTES_A_CYCLE = 650  # of both compressed logs
+BYTES_A_CYCLE = 750  # of both compressed logs
 TELLING = 20  # logs that are kept, about, when only the telling ones are
 
 

@@ -16,7 +16,7 @@ from matches.experiments.arithmetic import (
 )
 from matches.experiments.plan import Game, Plan
 from matches.experiments.rows import PLAYED, Row
-from matches.experiments.sequential import Bounds, Decision, decide
+from matches.experiments.sequential import LEAST_PAIRS, Bounds, Decision, decide
 
 
 @dataclass(frozen=True)
@@ -152,6 +152,8 @@ def verdict(plan: Plan, series: Series) -> str:
         return "no difference: with the sides swapped, all matches ended the same"
     if series.decision is Decision.SAME:
         return f"no difference larger than {plan.difference:g} goals a match"
+    if len(series.pairs) < LEAST_PAIRS:
+        return f"undecided: {len(series.pairs)} pairs are too few to say anything"
     found = series.difference
     return (
         f"undecided after {len(series.pairs)} pairs: between {goals_text(found.low)} and "

@@ -19,7 +19,9 @@ NO_FIGURES = ("name",)
 
 def elo_text(value: float) -> str:
     """Whole Elo, with a sign."""
-    return f"{value:+.0f}" if math.isfinite(value) else ("+inf" if value > 0 else "-inf")
+    if math.isinf(value):
+        return "+inf" if value > 0 else "-inf"
+    return f"{value:+.0f}" if abs(value) >= 0.5 else "0"
 
 
 def interval_text(estimate: Estimate, one: Any = goals_text) -> str:
