@@ -154,8 +154,8 @@ def _figures(series: Series, first: str, second: str) -> str:
             f"<tr{real}><td>{escape(NAMES.get(name, name.replace('_', ' ')))}</td>"
             f"<td class=number>{_number(ours[name].mean())}</td>"
             f"<td class=number>{_number(theirs[name].mean())}</td>"
-            f"<td class=number>{_number(mean.value, "+")}</td>"
-            f"<td class=number>{_number(mean.low, "+")} to {_number(mean.high, "+")}</td>"
+            f"<td class=number>{_number(mean.value, '+')}</td>"
+            f"<td class=number>{_number(mean.low, '+')} to {_number(mean.high, '+')}</td>"
             f"<td class=number>{p}</td><td class=picture>{picture}</td></tr>"
         )
     return f"""<section><h2>Every figure</h2><table class=figures><thead><tr><th></th>
