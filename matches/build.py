@@ -43,13 +43,13 @@ def build_programs(command: str) -> tuple[Path, Lock | None]:
     given = given_programs()
     if given is not None:
         return given, None
-    return ROOT / "build", build(command, ROOT / "build", "all", ["--preset", "play"])
+    return ROOT / "build", build(command, ROOT / "build", ["all"], ["--preset", "play"])
 
 
 def build(
-    command: str, folder: Path, target: str, options: list[str], source: Path = ROOT
+    command: str, folder: Path, targets: list[str], options: list[str], source: Path = ROOT
 ) -> Lock:
-    """Configures and builds a target; the lock that is returned is a shared one."""
+    """Configures and builds some targets; the lock that is returned is a shared one."""
     install("to build", missing_tools())
     lock = Lock(folder)
     if not lock.take():
@@ -64,7 +64,7 @@ def build(
     with log.open("wb") as out:
         _run_step(["cmake", "-S", str(source), "-B", str(folder), *options], out.fileno(), log)
         jobs = str(os.cpu_count() or 1)
-        make = ["cmake", "--build", str(folder), "--target", target, "--parallel", jobs]
+        make = ["cmake", "--build", str(folder), "--parallel", jobs, "--target", *targets]
         _run_step(make, out.fileno(), log)
     say(command, f"built in {time.monotonic() - started:.0f} s")
     lock.take(shared=True, wait=True)
@@ -118,5 +118,5 @@ def first_errors(lines: list[bytes], most: int = 40) -> str:
 def main(arguments: list[str]) -> int:
     """Builds for a script, which goes on when this has ended well."""
     command, folder, target, *options = arguments
-    build(command, ROOT / folder, target, options).release()
+    build(command, ROOT / folder, [target], options).release()
     return 0

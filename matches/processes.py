@@ -4,7 +4,7 @@ import os
 import signal
 import subprocess
 import time
-from collections.abc import Callable, Iterable, Mapping, Sequence
+from collections.abc import Callable, Iterable, Sequence
 from contextlib import suppress
 from dataclasses import dataclass
 from pathlib import Path
@@ -17,8 +17,8 @@ TICKS = os.sysconf("SC_CLK_TCK")
 # Reads process groups until its input ends, as it does when we are gone, and kills them.
 GUARD = """
 trap '' INT TERM HUP
-while read -r group; do groups="$groups -$group"; done
-[ -z "$groups" ] || kill -KILL -- $groups 2>/dev/null
+while read -r group; do groups="$groups $group"; done
+for group in $groups; do kill -KILL -"$group" 2>/dev/null; done
 """
 
 
@@ -39,9 +39,12 @@ class Program:
         folder: Path,
         out: Path,
         err: Path | None = None,
-        environment: Mapping[str, str] | None = None,
+        announce: Callable[[], None] | None = None,
     ) -> None:
-        """Starts it in the folder; `err` may be the same file as `out`, or None for that."""
+        """Starts it in the folder; without `err`, both kinds of words go to `out`.
+
+        `announce` is called in the new process, before it becomes the program.
+        """
         self.out = out
         self.err = err or out
         try:
@@ -49,11 +52,11 @@ class Program:
                 self._process = subprocess.Popen(
                     [str(argument) for argument in arguments],
                     cwd=folder,
-                    env=None if environment is None else {**os.environ, **environment},
                     stdin=subprocess.DEVNULL,
                     stdout=output,
                     stderr=output if err is None else errors,
                     process_group=0,
+                    preexec_fn=announce,
                 )
         except OSError as error:
             raise Failure(f"cannot start {arguments[0]}: {error.strerror}") from error
@@ -142,15 +145,16 @@ class Nursery:
         folder: Path,
         out: Path,
         err: Path | None = None,
-        environment: Mapping[str, str] | None = None,
     ) -> Program:
         """Starts a program as Program does."""
-        program = Program(arguments, folder, out, err, environment)
+        program = Program(arguments, folder, out, err, self._announce)
         self.programs.append(program)
-        assert self._guard.stdin is not None
-        self._guard.stdin.write(f"{program.pid}\n".encode())
-        self._guard.stdin.flush()
         return program
+
+    def _announce(self) -> None:
+        """The new process tells the guard itself: we may be killed before we could."""
+        assert self._guard.stdin is not None
+        os.write(self._guard.stdin.fileno(), f"{os.getpid()}\n".encode())
 
     def __enter__(self) -> "Nursery":
         return self

@@ -125,7 +125,7 @@ def read_server_results(path: Path) -> ServerResults:
         )
         for player in data["players"]
     }
-    left, right = data["teams"]
+    left, right = (name or "" for name in data["teams"])
     goals_left, goals_right = data["score"]
     return ServerResults(
         data["cycles"], data["finished"], (left, right), (goals_left, goals_right), views

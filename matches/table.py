@@ -26,16 +26,19 @@ def _ratio(part: float, whole: float) -> str:
 
 
 def _figure_rows(team: TeamResult) -> dict[str, str]:
-    """What the game log tells of a team, in words; a figure that is missing has no row."""
+    """What the game log tells of a team; docs/statistics.md says what the figures mean."""
+    if not team.figures:
+        return {}
     f: dict[str, Any] = team.figures
-    rows: dict[str, str] = {}
-    if "possession" in f:
-        rows["possession"] = percent(f["possession"])
-    if "shots" in f:
-        rows["shots (on target)"] = f"{f['shots']} ({f.get('shots_on_target', '-')})"
-    if "passes" in f:
-        rows["passes arrived"] = f"{f.get('passes_arrived', '-')} of {f['passes']}"
-    return rows
+    return {
+        "possession": percent(f["possession"] / 100),
+        "shots (on target)": f"{f['shots']} ({f['shots_on_target']})",
+        "passes arrived": f"{f['passes_arrived']} of {f['passes']}",
+        "interceptions": str(f["interceptions"]),
+        "penalty-area entries": str(f["area_entries"]),
+        "set pieces, offsides": f"{f['set_pieces']}, {f['offsides']}",
+        "distance run": f"{f['metres'] / 1000:.2f} km",
+    }
 
 
 def team_table(outcome: MatchOutcome) -> Table:

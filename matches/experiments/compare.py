@@ -58,7 +58,7 @@ def parser(command: str, usage: str, about: str, status: str) -> options.Parser:
         help="seed of the first pair; each next pair has the next (1)")
     add("--real-time", action="store_true",
         help="play in real time, not as fast as the machine can")
-    add("--jobs", type=_jobs, default="", metavar="N",
+    add("--jobs", type=_jobs, metavar="N",
         help="matches at once: 4, or 50%% of the processors (what the machine bears)")
     add("--machines", type=options.readable_file, metavar="FILE",
         help="play on the machines of this list of ssh logins, one a line, as GNU parallel takes "
@@ -186,7 +186,7 @@ def main(arguments: list[str]) -> int:
     """Compares; returns the exit status."""
     given = _parser().parse_args(arguments)
     heed_signals()
-    wish = Wish(given.out, given.resume, Where(given.jobs, given.machines))
+    wish = Wish(given.out, given.resume, Where(given.jobs or "", given.machines))
     words = _words_of(given) if given.teams else []
     if len(given.teams) < 2 and not (given.resume and given.out):
         raise Failure("compare takes two teams or more", "Try ./compare --help", status=2)

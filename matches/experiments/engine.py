@@ -68,7 +68,7 @@ class Engine:
         (run / "list").write_text("".join(f"{game}\n" for game in games))
         self._nursery = Nursery()
         self._program = self._nursery.start(
-            _command(run, plan, where), run, run / "parallel.out", environment={"LC_ALL": "C"}
+            _command(run, plan, where), run, run / "parallel.out"
         )
 
     @property

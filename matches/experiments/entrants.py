@@ -96,7 +96,7 @@ def _revision(command: str, text: str, commit: str) -> Entrant:
             if added is None:
                 raise Failure(f"git cannot make a worktree of '{text}'", f"Is {home} writable?")
         options = ["-DCMAKE_BUILD_TYPE=Release", "-DBUILD_TESTING=OFF", "-DBUILD_BENCH=OFF"]
-        build(command, folder, "agent", options, source).release()
+        build(command, folder, ["agent"], options, source).release()
         (home / "complete").touch()
     return Entrant(text, agent, source / "player.conf", commit[:12])
 

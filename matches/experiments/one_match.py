@@ -24,11 +24,13 @@ from matches.experiments.plan import Game, Plan
 from matches.experiments.rows import FAILED, PLAYED, Played, Row
 from matches.judge import faults
 from matches.match import Match, MatchSettings, TeamSettings
+from matches.monitor import Sight
 from matches.words import Failure, MatchFailure
 
 DISK_FULL = 75
 LEAST_FREE = 2_000_000  # bytes; with fewer, what was written is not to be trusted
 LOGS = ("match.rcg", "match.rcl")
+PARENT = os.getppid()
 
 
 def main(arguments: list[str]) -> int:
@@ -114,10 +116,16 @@ def _play_agents(run: Path, plan: Plan, game: Game, folder: Path) -> Played:
     settings = MatchSettings(
         left, right, plan.half_cycles, plan.seed_of(game), keep=folder
     )
-    outcome = Match(settings, run / "bundle/bin", folder).run(None, lambda _: None)
+    outcome = Match(settings, run / "bundle/bin", folder).run(None, _heed_parent)
     goals = (outcome.left.goals, outcome.right.goals)
     figures = {"left": outcome.left.figures, "right": outcome.right.figures}
     return Played("; ".join(faults(outcome)), outcome.cycles, goals, figures)
+
+
+def _heed_parent(_sight: Sight) -> None:
+    """Ends the match when whoever wanted it is gone."""
+    if os.getppid() != PARENT:
+        raise SystemExit(128 + signal.SIGHUP)
 
 
 def _compress(log: Path, target: Path) -> None:

@@ -1,11 +1,11 @@
 """Whole matches among stubs: played, cut short, and spoilt."""
 
 import signal
-import time
 import unittest
 
 from matches.judge import faults
 from matches.match import Match
+from matches.processes import wait_until
 from matches.words import Failure
 from tests.matches.support import STUBS, MatchCase, environment, processes_with
 
@@ -71,15 +71,10 @@ class Command(MatchCase):
         mark = f"MARK={self.folder}"
         options = ["--half-cycles", "5000", "--busy", "1"]
         play = self.start_command("play", *options, MARK=str(self.folder))
-        end = time.monotonic() + 60
-        while len(processes_with(mark)) < 26 and time.monotonic() < end:
-            time.sleep(0.1)
-        self.assertGreaterEqual(len(processes_with(mark)), 26)  # play, guard, server, loop, 22
+        # That is play, guard, server, loop and 22 players.
+        self.assertTrue(wait_until(lambda: len(processes_with(mark)) >= 26, 60))
         play.kill()
-        end = time.monotonic() + 3
-        while processes_with(mark) and time.monotonic() < end:
-            time.sleep(0.1)
-        self.assertEqual(processes_with(mark), [])
+        self.assertTrue(wait_until(lambda: not processes_with(mark), 3))
 
     def test_interrupt_prints_the_table_of_what_was_played(self) -> None:
         play = self.start_command("play", "--half-cycles", "5000", "--keep", "kept")

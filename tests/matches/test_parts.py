@@ -28,6 +28,9 @@ from matches.table import report
 from matches.words import Failure
 from tests.matches.support import MatchCase, environment, processes_with
 
+FIGURES = (
+    "shots shots_on_target passes passes_arrived interceptions area_entries set_pieces offsides"
+).split()
 SHOW = (
     b"(show 271 (pm 3) (tm Alpha null 2 1) ((b) -14.7 -20.9 0.7 0.1) "
     b"((l 1) 0 0x9 -46.1 -3.1 0 0 58.1 -88 (v h 90) (fp 0 0) (s 8000 1 1 129100) (c 0 65)) "
@@ -64,16 +67,16 @@ class Locks(MatchCase):
             [
                 sys.executable,
                 "-c",
-                "import sys, time\nfrom pathlib import Path\n"
-                "from matches.locks import Lock\nprint(Lock(Path(sys.argv[1])).take(), flush=True)\n"
-                "lock = Lock(Path(sys.argv[1])); lock.take(); print(flush=True); time.sleep(60)",
+                "import pathlib, sys, time; from matches.locks import Lock\n"
+                "lock = Lock(pathlib.Path(sys.argv[1])); lock.take()\n"
+                "print(flush=True); time.sleep(60)",
                 str(folder),
             ],
             env={**os.environ, "PYTHONPATH": str(ROOT)},
             stdout=subprocess.PIPE,
         )
         assert holder.stdout is not None
-        holder.stdout.read(6)
+        holder.stdout.readline()
         with holder:
             with self.assertRaises(Failure) as caught:
                 lock_keep_folder(folder, self.folder / "match")
@@ -191,9 +194,9 @@ class Tables(unittest.TestCase):
             PlayerResult(number, 0, False, Usage(123.45, 99999), counts, view)
             for number in range(1, 12)
         ]
-        figures = {"possession": 1.0, "shots": 100, "passes": 1000}
-        teams = [TeamResult(15 * letter, 100, players, figures) for letter in "lr"]
-        outcome = MatchOutcome(Path(), *teams, 6000, True, False, Usage(99999.0, 1), "")
+        figures = dict.fromkeys(FIGURES, 1000) | {"possession": 100.0, "metres": 123456.7}
+        left, right = (TeamResult(15 * letter, 100, players, figures) for letter in "lr")
+        outcome = MatchOutcome(Path(), left, right, 6000, True, False, Usage(99999.0, 1), "")
         for shows_players in (False, True):
             out = io.StringIO()
             Console(file=out, width=80).print(report(outcome, shows_players))
