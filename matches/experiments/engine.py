@@ -21,6 +21,7 @@ from matches.processes import Nursery, end_all
 from matches.words import Failure, last_words
 
 RETRIES = 3
+HOPELESS = 8
 SLOWEST = 20.0  # cycles a second of a synchronous match on a machine that is still of use
 REMOTE = ".matches"  # on other machines, below the home folder
 
@@ -100,6 +101,8 @@ def _command(run: Path, plan: Plan, where: Where) -> list[str]:
     command = [
         "parallel", "--will-cite", "--joblog", "+jobs.log",
         "--retries", str(RETRIES),
+        # Where so many cannot be played, no other will be.
+        "--halt", f"soon,fail={HOPELESS}",
         "--timeout", str(round(time_limit(plan))),
         "--termseq", "TERM,6000,KILL,25",
         "--arg-file", "list",

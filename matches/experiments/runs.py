@@ -11,7 +11,6 @@ from matches.experiments.engine import Engine, Where
 from matches.experiments.plan import Game, Plan
 from matches.experiments.rows import Row, drop_logs, read_row
 from matches.experiments.series import Series, assess
-from matches.locks import Lock
 from matches.words import Failure, shown
 
 LOOK = 0.25  # seconds between looks at what has been finished
@@ -24,7 +23,7 @@ class Run:
     """The folder of an experiment: its plan, its programs and what has been played."""
 
     def __init__(self, folder: Path, plan: Plan, where: Where) -> None:
-        """Takes the folder for us alone."""
+        """The folder is to be locked."""
         self.folder = folder.resolve()
         self.plan = plan
         self._where = where
@@ -33,16 +32,6 @@ class Run:
         """Spent on playing by this command."""
         self.words = ""
         """What the engine said last, for when matches are missing."""
-        self._lock = Lock(self.folder)
-        if not self._lock.take():
-            self._lock.release()
-            raise Failure(
-                f"another command plays in '{shown(folder)}'", "Choose another with --out."
-            )
-
-    def close(self) -> None:
-        """Gives the folder back."""
-        self._lock.release()
 
     def change_plan(self, plan: Plan) -> None:
         """Another plan on the same matches."""
