@@ -11,7 +11,7 @@ from matplotlib.colors import LinearSegmentedColormap
 from matplotlib.figure import Figure
 from matplotlib.patches import Arc, Rectangle
 
-from matches.experiments.arithmetic import Floats, running_estimates
+from matches.experiments.arithmetic import Estimate, Floats, running_estimates
 from matches.experiments.heat import COLUMNS, LENGTH, ROWS, WIDTH
 
 FIRST = "#1f6feb"
@@ -164,3 +164,18 @@ def _pitch(axes: mpl.axes.Axes) -> None:
     axes.set_yticks([])
     for spine in axes.spines.values():
         spine.set_visible(False)
+
+
+def tried(trials: Sequence[tuple[float, Estimate]], best: float, label: str) -> str:
+    """The gain of each trial over one of its values."""
+    with mpl.rc_context(STYLE):
+        figure = Figure(figsize=(9.2, 2.4), layout="constrained")
+        axes = figure.subplots()
+        axes.axhline(0, color=INK, linewidth=0.8)
+        for value, estimate in trials:
+            axes.plot([value, value], [estimate.low, estimate.high], color=FIRST, alpha=0.25)
+            face = FIRST if value == best else "white"
+            axes.plot([value], [estimate.value], "o", color=FIRST, markerfacecolor=face, markersize=5)
+        axes.set_xlabel(label)
+        axes.set_ylabel("goals a match")
+        return _svg(figure, f"gain over {label}")

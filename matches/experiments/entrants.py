@@ -164,8 +164,8 @@ LAUNCHER = """\
 #!/bin/sh
 # Plays one match of this experiment: one-match GAME
 cd "$(dirname "$0")" || exit 1
-for python in python3 /usr/bin/python3; do
-    if "$python" -c 'import sys; sys.exit(sys.version_info < (3, 11))' 2>/dev/null; then
+for python in /usr/bin/python3 python3; do
+    if "$python" -IS -c 'import sys; sys.exit(sys.version_info < (3, 11))' 2>/dev/null; then
         PYTHONPATH=bundle exec "$python" -P -m matches one-match . "$1"
     fi
 done

@@ -26,7 +26,7 @@ class Run:
         """The folder is to be locked."""
         self.folder = folder.resolve()
         self.plan = plan
-        self._where = where
+        self.where = where
         self._rows: dict[str, Row] = {}
         self.seconds = 0.0
         """Spent on playing by this command."""
@@ -101,7 +101,7 @@ class Run:
     ) -> None:
         started = time.monotonic()
         try:
-            with Engine(self.folder, self.plan, self._where, list(map(str, todo))) as engine:
+            with Engine(self.folder, self.plan, self.where, list(map(str, todo))) as engine:
                 seen = -1
                 while engine.runs:
                     time.sleep(LOOK)
