@@ -206,8 +206,20 @@ class OfTournaments(unittest.TestCase):
         table = standings({"A": "a", "B": "b", "C": "c", "D": "d"}, matches)
         self.assertEqual(
             [(row.team, row.points, row.scored, row.received, row.matches) for row in table],
-            [("b", 7, 8, 3, 4), ("c", 6, 4, 6, 4), ("a", 4, 4, 5, 4), ("d", 0, 0, 0, 0)],
+            [("b", 7, 8, 3, 4), ("c", 6, 4, 8, 4), ("a", 4, 4, 5, 4), ("d", 0, 0, 0, 0)],
         )
+
+    def test_equal_points(self) -> None:
+        def order(*results: tuple[str, int, int]) -> str:
+            matches = [
+                (Game.named(name), Row(name, 1, PLAYED, Played("", 600, (left, right))))
+                for name, left, right in results
+            ]
+            return "".join(s.team for s in standings({key: key for key in "ABX"}, matches))
+
+        self.assertEqual(order(("A-X-0001-1", 1, 0), ("B-X-0001-1", 2, 0)), "BAX")
+        self.assertEqual(order(("A-X-0001-1", 1, 0), ("B-X-0001-1", 3, 2)), "BAX")
+        self.assertEqual(order(("A-X-0001-1", 1, 0), ("B-X-0001-2", 1, 3)), "BAX")
 
 
 if __name__ == "__main__":
