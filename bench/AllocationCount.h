@@ -2,22 +2,22 @@
 
 #include <benchmark/benchmark.h>
 
-#include "support/Allocations.h"
+#include "tests/support/Allocations.h"
 
 /// Counts what is allocated while it lives and shows it per iteration.
 class AllocationCount {
 public:
     explicit AllocationCount(benchmark::State& benchState)
-        : state(benchState), before(support::allocationCount()) {}
+        : state_(benchState), before_(support::allocationCount()) {}
     ~AllocationCount() {
-        state.counters["allocations"] =
-            benchmark::Counter(static_cast<double>(support::allocationCount() - before),
+        state_.counters["allocations"] =
+            benchmark::Counter(static_cast<double>(support::allocationCount() - before_),
                                benchmark::Counter::kAvgIterations);
     }
     AllocationCount(AllocationCount const&) = delete;
     AllocationCount& operator=(AllocationCount const&) = delete;
 
 private:
-    benchmark::State& state;
-    long before;
+    benchmark::State& state_;
+    long before_;
 };

@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "sensing/Sensors.h"
-#include "support/AgentHarness.h"
+#include "tests/support/AgentHarness.h"
 
 namespace {
 
@@ -38,20 +38,21 @@ std::vector<Truth> readTruth(char const* path) {
 
 class Errors {
 public:
-    void add(float error) { values.push_back(error); }
+    void add(float error) { values_.push_back(error); }
     void print(char const* what, char const* unit) {
-        if (values.empty()) return;
-        std::sort(values.begin(), values.end());
+        if (values_.empty()) return;
+        std::sort(values_.begin(), values_.end());
         std::printf("%-22s %5zu sees, median %.2f %s, 95%% below %.2f %s, worst %.2f %s\n", what,
-                    values.size(), static_cast<double>(at(0.5)), unit,
-                    static_cast<double>(at(0.95)), unit, static_cast<double>(values.back()), unit);
+                    values_.size(), static_cast<double>(at(0.5)), unit,
+                    static_cast<double>(at(0.95)), unit, static_cast<double>(values_.back()), unit);
     }
 
 private:
     float at(double fraction) const {
-        return values[static_cast<std::size_t>(fraction * static_cast<double>(values.size() - 1))];
+        return values_[static_cast<std::size_t>(fraction *
+                                                static_cast<double>(values_.size() - 1))];
     }
-    std::vector<float> values;
+    std::vector<float> values_;
 };
 
 /// Own position and facing over one kind of sees.

@@ -1,18 +1,17 @@
 // What it takes to parse the largest see, beside a floor: the conversion of its numbers alone.
 
-#include <benchmark/benchmark.h>
-
 #include <algorithm>
+#include <benchmark/benchmark.h>
 #include <charconv>
 #include <chrono>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "AllocationCount.h"
+#include "bench/AllocationCount.h"
 #include "parser/RCC_Parser.h"
-#include "support/AgentHarness.h"
-#include "support/Scenes.h"
+#include "tests/support/AgentHarness.h"
+#include "tests/support/Scenes.h"
 
 namespace {
 

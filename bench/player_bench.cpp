@@ -2,13 +2,12 @@
 // all of it together. The situations are those that cost most among many random ones.
 
 #include <benchmark/benchmark.h>
-
 #include <string>
 
-#include "AllocationCount.h"
+#include "bench/AllocationCount.h"
 #include "sensing/Sensors.h"
-#include "support/AgentHarness.h"
-#include "support/Scenes.h"
+#include "tests/support/AgentHarness.h"
+#include "tests/support/Scenes.h"
 
 namespace {
 
@@ -23,12 +22,12 @@ public:
     }
 
     void hearSenseBody() {
-        receiveSenseBody(senseBody);
+        sense(senseBody);
         world.integrateSensorInfo();
     }
 
     void see() {
-        receiveSee(largestSee);
+        sense(largestSee);
         world.integrateSensorInfo();
     }
 
@@ -87,6 +86,7 @@ void integrateSee(benchmark::State& state) {
     AllocationCount const count(state);
     for ([[maybe_unused]] auto _ : state) {
         Sensors::newVisual = true;
+        Sensors::arrivals.stamp(Arrivals::SEE);
         benchmark::DoNotOptimize(agent.world.integrateSensorInfo());
     }
 }

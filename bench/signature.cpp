@@ -25,7 +25,7 @@
 #include <vector>
 
 #include "practice/Text.h"
-#include "support/MatchDriver.h"
+#include "tests/support/MatchDriver.h"
 
 namespace {
 
@@ -37,18 +37,18 @@ class Hash {
 public:
     void add(std::string_view text) {
         for (char const c : text) {
-            value = (value ^ static_cast<unsigned char>(c)) * 1099511628211ULL;
+            value_ = (value_ ^ static_cast<unsigned char>(c)) * 1099511628211ULL;
         }
     }
     std::string hexadecimal() const {
         std::array<char, 17> digits{};
         std::snprintf(digits.data(), digits.size(), "%016llx",
-                      static_cast<unsigned long long>(value));
+                      static_cast<unsigned long long>(value_));
         return digits.data();
     }
 
 private:
-    std::uint64_t value = 14695981039346656037ULL;
+    std::uint64_t value_ = 14695981039346656037ULL;
 };
 
 /// What happened, by the referee's last word.
@@ -61,17 +61,17 @@ public:
             bool const ours = word.back() == ownSide;
             word.replace(word.size() - 2, 2, ours ? " ours" : " theirs");
         }
-        current = &rows[word];
-        ++current->times;
+        current_ = &rows_[word];
+        ++current_->times;
     }
     void step() {
-        ++current->steps;
-        ++all.steps;
+        ++current_->steps;
+        ++all_.steps;
     }
     void command(std::string const& text) {
         std::string const kind = text.substr(1, text.find_first_of(" )") - 1);
-        ++current->commands[kind];
-        ++all.commands[kind];
+        ++current_->commands[kind];
+        ++all_.commands[kind];
     }
 
     void print() const {
@@ -79,7 +79,7 @@ public:
         for (char const* const kind : KINDS) {
             std::fprintf(stderr, "%10s", kind);
         }
-        for (auto const& [word, row] : rows) {
+        for (auto const& [word, row] : rows_) {
             std::fprintf(stderr, "\n%-26s %6d %6d", word.c_str(), row.times, row.steps);
             for (char const* const kind : KINDS) {
                 auto const entry = row.commands.find(kind);
@@ -92,8 +92,8 @@ public:
     /// Names what should have come up and has not, so that the matches are worth hashing.
     void complain() const {
         auto const require = [&](std::string const& word, std::string const& kind = {}) {
-            auto const row = rows.find(word);
-            if (row != rows.end() && (kind.empty() || row->second.commands.contains(kind))) return;
+            auto const row = rows_.find(word);
+            if (row != rows_.end() && (kind.empty() || row->second.commands.contains(kind))) return;
             std::fprintf(stderr, "signature: no %s %s, so the number tells less\n", word.c_str(),
                          kind.c_str());
         };
@@ -124,9 +124,9 @@ private:
         int steps = 0;
         std::map<std::string, int> commands;
     };
-    std::map<std::string, Row> rows;
-    Row* current = nullptr;
-    Row& all = rows["all"];
+    std::map<std::string, Row> rows_;
+    Row* current_ = nullptr;
+    Row& all_ = rows_["all"];
 };
 
 /// All commands of some matches, a field player's and a goalkeeper's on both sides.

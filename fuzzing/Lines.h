@@ -6,7 +6,7 @@
 
 /// Calls `use` for each line of an input. A fuzzed message is a line: several show what one leaves
 /// behind for the next, and the inputs kept are texts.
-template <class Use>
+template <typename Use>
 void forEachLine(std::uint8_t const* data, std::size_t size, Use use) {
     std::string_view rest(reinterpret_cast<char const*>(data), size);
     while (!rest.empty()) {

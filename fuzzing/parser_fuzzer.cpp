@@ -1,7 +1,5 @@
 // Any line is a datagram for the parser and the handlers of the sensors.
 
-#include <array>
-#include <atomic>
 #include <cstdlib>
 #include <sanitizer/asan_interface.h>
 
@@ -10,20 +8,17 @@
 
 namespace {
 
-std::array<std::atomic<bool>*, 13> const FLAGS = {
-    &Sensors::newVisual,     &Sensors::newSenseBody,    &Sensors::newRefAudio,
-    &Sensors::newSelfAudio,  &Sensors::newPlayerAudio,  &Sensors::newCoachAudio,
-    &Sensors::newScore,      &Sensors::newSubstitution, &Sensors::newError,
-    &Sensors::newInitMsg,    &Sensors::newServerParam,  &Sensors::newPlayerParam,
-    &Sensors::newPlayerType,
-};
+bool take(auto&... flags) {
+    bool const news = (flags || ...);
+    ((flags = false), ...);
+    return news;
+}
 
 bool takeNews() {
-    bool news = false;
-    for (auto* const flag : FLAGS) {
-        news |= flag->exchange(false);
-    }
-    return news;
+    return take(Sensors::newVisual, Sensors::newSenseBody, Sensors::newRefAudio,
+                Sensors::newSelfAudio, Sensors::newPlayerAudio, Sensors::newCoachAudio,
+                Sensors::newScore, Sensors::newSubstitution, Sensors::newError, Sensors::newInitMsg,
+                Sensors::newServerParam, Sensors::newPlayerParam, Sensors::newPlayerType);
 }
 
 void parse(std::string_view datagram) {

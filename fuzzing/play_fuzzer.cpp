@@ -11,7 +11,7 @@
 #include "fuzzing/Lines.h"
 #include "sensing/Sensors.h"
 #include "skills/SkillPool.h"
-#include "support/AgentHarness.h"
+#include "tests/support/AgentHarness.h"
 
 namespace {
 
@@ -26,12 +26,18 @@ void forgetLastInput() {
 }
 
 void hear(support::AgentHarness& agent, std::string_view datagram) {
-    agent.receive(datagram);
-    if (Sensors::newSenseBody) agent.world.setTimeLastSB();
-    if (Sensors::newVisual) agent.world.setTimeLastSee();
+    agent.sense(datagram);
     // Main may be late, so that messages come together: a blank ahead holds one back.
     if (datagram.starts_with(' ')) return;
-    if (agent.world.integrateSensorInfo()) agent.decide();
+    if (!agent.world.integrateSensorInfo()) return;
+    agent.decide();
+    for (std::string const& command : agent.allCommands()) {
+        // Spoken words may hold these letters.
+        bool const isText = command.starts_with("(say");
+        bool const hasNoNumber =
+            command.find("nan") != std::string::npos || command.find("inf") != std::string::npos;
+        if (hasNoNumber && !isText) std::abort();
+    }
 }
 
 /// libFuzzer watches for hangs by the signal that an agent takes for its timer: that watch stops

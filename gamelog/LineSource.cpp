@@ -1,14 +1,13 @@
 #include "gamelog/LineSource.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-#include <zlib.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <fcntl.h>
 #include <optional>
+#include <unistd.h>
 #include <utility>
+#include <zlib.h>
 
 #include "gamelog/Line.h"
 

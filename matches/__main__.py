@@ -9,6 +9,7 @@ from matches.words import Failure, complain
 COMMANDS = {
     "play": "matches.play",
     "team": "matches.team",
+    "replay": "matches.replay",
     "package": "matches.package",
     "build": "matches.build",
     "compare": "matches.experiments.compare",

@@ -1,57 +1,17 @@
 """One match in its own folder, on ports that it finds itself, cleaned up whatever happens."""
 
-import time
 from collections.abc import Callable
 from contextlib import ExitStack
-from dataclasses import dataclass
 from pathlib import Path
 
-from matches import players as teams
-from matches.duration import expected_duration
-from matches.judge import ended_how
+from matches.game import Game
 from matches.locks import Lock, lock_keep_folder
-from matches.monitor import Monitor, Sight
-from matches.players import Eleven, Player
-from matches.ports import HOST, take_port
-from matches.processes import Nursery, Program, Usage, end_all, wait_until
-from matches.results import (
-    SIDES,
-    MatchOutcome,
-    read_figures,
-    read_server_results,
-    team_result,
-    write_players,
-)
-from matches.settings import make_team_folder
-from matches.words import Failure, MatchFailure, last_words, shown
-
-SAY_MARKS = "vw"
-JOINING = 3.0  # seconds a player may take to be on the pitch
-SILENCE = 60.0  # seconds without a step after which a match is given up
-OWN_FILES = ("match.rcg", "match.rcl", "server.json", "server.out", "link.txt", "table.txt")
-
-
-@dataclass(frozen=True)
-class TeamSettings:
-    """One of the two teams: its name, its player.conf, and the program that plays."""
-
-    name: str
-    conf: Path
-    agent: Path | None = None  # the one among the programs
-
-
-@dataclass(frozen=True)
-class MatchSettings:
-    """Everything that a match depends on."""
-
-    left: TeamSettings
-    right: TeamSettings
-    half_cycles: int = 300
-    seed: int = 1
-    lossy: int | None = None  # the seed of a bad network
-    busy: int = 0  # programs beside that only burn the processor
-    port: int | None = None  # a free one
-    keep: Path | None = None  # a free folder
+from matches.monitor import Sight
+from matches.ports import take_port
+from matches.processes import Nursery
+from matches.results import MatchOutcome
+from matches.settings import MatchSettings
+from matches.words import Failure
 
 
 class Match:
@@ -62,6 +22,8 @@ class Match:
         self.settings = settings
         self._programs = programs
         self._stopping = False
+        self.tell_address: Callable[[str], None] = lambda _: None
+        """Called with the address of the page, when the match is watched in a browser."""
         self._locks = ExitStack()
         folder, lock = lock_keep_folder(settings.keep, work / "match")
         self._locks.enter_context(lock)
@@ -86,7 +48,10 @@ class Match:
         """
         try:
             with Nursery() as nursery:
-                game = _Game(self, nursery, watch)
+                game = Game(self.settings, self._programs, self.folder, self.port, nursery)
+                game.watch = watch
+                game.tell_address = self.tell_address
+                game.wants_to_stop = lambda: self._stopping
                 game.start()
                 if build is not None:
                     build.release()
@@ -94,209 +59,3 @@ class Match:
                 return game.finish()
         finally:
             self._locks.close()
-
-    @property
-    def stopping(self) -> bool:
-        """Whether somebody wants it to end."""
-        return self._stopping
-
-    @property
-    def programs(self) -> Path:
-        """The folder of the programs."""
-        return self._programs
-
-
-class _Game:
-    """The course of one match."""
-
-    def __init__(self, match: Match, nursery: Nursery, watch: Callable[[Sight], None]) -> None:
-        self._match = match
-        self._settings = match.settings
-        self._nursery = nursery
-        self._watch = watch
-        self._folder = match.folder
-        self._server: Program
-        self._monitor: Monitor
-        self._network: Program | None = None
-        self._busy: list[Program] = []
-        self._players: tuple[list[Player], list[Player]] = ([], [])
-        self._door = match.port if self._settings.lossy is None else match.port + 1
-        for name in (*OWN_FILES, "players.csv"):
-            (self._folder / name).unlink(missing_ok=True)
-
-    # ---- Start
-
-    def start(self) -> None:
-        """Server and network first, then the players."""
-        self._start_server()
-        self._start_network()
-        self._start_busy_programs()
-        for side in (0, 1):
-            self._start_team(side)
-
-    def _start_server(self) -> None:
-        """Returns when it listens."""
-        settings = self._settings
-        options = {
-            "--port": self._match.port,
-            "--address": HOST,
-            "--half-cycles": settings.half_cycles,
-            "--seed": settings.seed,
-            "--log": self._folder / "match.rcg",
-            "--results": self._folder / "server.json",
-            "--scoreboard": "plain",
-        }
-        arguments = [str(part) for option in options.items() for part in option]
-        server = self._match.programs / "practice-server"
-        out = self._folder / "server.out"
-        self._server = self._nursery.start([server, *arguments], self._folder, out)
-        self._await_port(self._server, self._match.port, "the practice server")
-        self._monitor = Monitor(HOST, self._match.port)
-
-    def _start_network(self) -> None:
-        """The bad one, when it is asked for."""
-        if self._settings.lossy is None:
-            return
-        numbers = (self._door, self._match.port, self._settings.lossy)
-        link = [str(self._match.programs / "lossy-link"), *map(str, numbers)]
-        self._network = self._nursery.start(link, self._folder, self._folder / "link.txt")
-        self._await_port(self._network, self._door, "the bad network")
-
-    def _start_busy_programs(self) -> None:
-        """They do nothing but keep a processor busy."""
-        nothing = Path("/dev/null")
-        loop = ["/bin/sh", "-c", "while :; do :; done"]
-        self._busy = [
-            self._nursery.start(loop, self._folder, nothing) for _ in range(self._settings.busy)
-        ]
-
-    def _start_team(self, side: int) -> None:
-        """The left one goes first: the server gives that side to the team that comes first."""
-        team = (self._settings.left, self._settings.right)[side]
-        folder = self._folder / SIDES[side]
-        make_team_folder(folder, team.conf, team.name, self._door, SAY_MARKS[side])
-        agent = team.agent or self._match.programs / "agent"
-        joined: list[Player] = []
-
-        def has_joined(number: int, players: list[Player]) -> None:
-            joined[:] = players
-            self._await_player(side, number, players)
-
-        try:
-            started = Eleven(folder, agent, HOST, team.name).start(self._nursery, has_joined)
-            self._players[side].extend(started)
-        except _Stop:
-            self._players[side].extend(joined)
-
-    def _await_player(self, side: int, number: int, players: list[Player]) -> None:
-        wanted = ("lr"[side], number)
-        start = time.monotonic()
-        while wanted not in self._look().present:
-            if self._match.stopping:
-                raise _Stop
-            self._refuse_early_ends(players, side)
-            # A server that takes no monitors is given a moment.
-            if time.monotonic() - start > (JOINING if self._monitor.sight.steps else 0.4):
-                return
-            time.sleep(0.02)
-
-    def _await_port(self, program: Program, port: int, what: str) -> None:
-        def listens() -> bool:
-            return not program.runs() or _is_open(port)
-
-        if not wait_until(listens, 5.0) or not program.runs():
-            raise Failure(f"{what} did not start", last_words(program.out))
-
-    # ---- Course
-
-    def play(self) -> None:
-        """Returns when the match is over for whatever reason."""
-        started = heard = time.monotonic()
-        steps = 0
-        while not self._match.stopping and not self._is_over():
-            sight = self._look()
-            everybody = [player for side in self._players for player in side]
-            if not sight.has_begun and sight.steps:
-                for side in (0, 1):
-                    self._refuse_early_ends(self._players[side], side)
-            if not self._server.runs() or not any(p.program.runs() for p in everybody):
-                return
-            if sight.steps > steps:
-                steps, heard = sight.steps, time.monotonic()
-            limit = 2 * expected_duration(self._settings.half_cycles) + SILENCE
-            if time.monotonic() > (heard + SILENCE if steps else started + limit):
-                return
-            time.sleep(0.05)
-
-    def _look(self) -> Sight:
-        sight = self._monitor.look()
-        self._watch(sight)
-        return sight
-
-    def _is_over(self) -> bool:
-        return self._monitor.sight.is_over or (self._folder / "server.json").exists()
-
-    def _refuse_early_ends(self, players: list[Player], side: int) -> None:
-        name = (self._settings.left, self._settings.right)[side].name
-        for player in players:
-            if not player.program.runs():
-                words = player.words or "It said nothing."
-                raise MatchFailure(
-                    f"{name} {player.number} {ended_how(player.program.status)} "
-                    "before the kick-off",
-                    f"{words}\nMore may be in {shown(player.program.err)}",
-                )
-
-    # ---- End
-
-    def finish(self) -> MatchOutcome:
-        """Stops everybody and puts together what is known."""
-        if not self._match.stopping:
-            time.sleep(0.5)  # in which the last commands arrive
-        everybody = [player for side in self._players for player in side]
-        server_usage = self._server.usage() if self._server.runs() else None
-        teams.stop(everybody)
-        over = self._monitor.sight.is_over
-        if not wait_until(lambda: not self._server.runs(), 15 if over else 0.2):
-            end_all([self._server])
-        self._monitor.close()
-        end_all([*self._busy, *([self._network] if self._network else [])])
-        if self._server.status != 0:
-            raise MatchFailure(
-                f"the practice server {ended_how(self._server.status)}",
-                last_words(self._server.out) or "It said nothing.",
-            )
-        return self._outcome(server_usage)
-
-    def _outcome(self, server_usage: Usage | None) -> MatchOutcome:
-        server = read_server_results(self._folder / "server.json")
-        figures = read_figures(self._match.programs, self._folder / "match.rcg")
-        left, right = (
-            team_result(team.name, players, server, figures)
-            for team, players in zip(
-                (self._settings.left, self._settings.right), self._players, strict=True
-            )
-        )
-        outcome = MatchOutcome(
-            self._folder,
-            left,
-            right,
-            server.cycles,
-            server.finished,
-            self._match.stopping,
-            server_usage,
-            self._network.out.read_text().strip() if self._network else "",
-        )
-        write_players(outcome, self._folder / "players.csv")
-        return outcome
-
-
-class _Stop(Exception):
-    """Somebody wants the match to end while the teams are still being started."""
-
-
-def _is_open(port: int) -> bool:
-    """Whether somebody on this machine has the UDP port."""
-    wanted = f":{port:04X}"
-    rows = Path("/proc/net/udp").read_text().splitlines()[1:]
-    return any(row.split()[1].endswith(wanted) for row in rows)

@@ -72,7 +72,7 @@ class Progress:
                 self._live.update(self._line(sight), refresh=True)
         elif (news := self._news_of(sight)) != self._news:
             self._news = news
-            self._console.print(self.text(sight), highlight=False, soft_wrap=True)
+            self._console.print(Text(self.text(sight)), soft_wrap=True)
 
     def _news_of(self, sight: Sight) -> tuple[object, ...]:
         breaks = ("before_kick_off", "time_over")

@@ -1,10 +1,36 @@
-"""The settings of a team: its player.conf, checked before anybody plays."""
+"""What a match depends on, and the settings of a team: its player.conf, checked beforehand."""
 
+import shutil
 import subprocess
 from dataclasses import dataclass
 from pathlib import Path
 
 from matches.words import Failure, shown
+
+
+@dataclass(frozen=True)
+class TeamSettings:
+    """One of the two teams: its name, its player.conf, and the program that plays."""
+
+    name: str
+    conf: Path
+    agent: Path | None = None  # the one among the programs
+
+
+@dataclass(frozen=True)
+class MatchSettings:
+    """Everything that a match depends on."""
+
+    left: TeamSettings
+    right: TeamSettings
+    half_cycles: int = 300
+    seed: int = 1
+    lossy: int | None = None  # the seed of a bad network
+    busy: int = 0  # programs beside that only burn the processor
+    port: int | None = None  # a free one
+    keep: Path | None = None  # a free folder
+    plans: bool = False  # whether the players log what they believe
+    watch: bool = False  # whether browsers may look on
 
 
 @dataclass(frozen=True)
@@ -59,4 +85,5 @@ def make_team_folder(folder: Path, conf: Path, name: str, port: int, mark: str) 
     folder.mkdir(parents=True, exist_ok=True)
     for old in [*folder.glob("player-*.out"), *folder.glob("player-*.err")]:
         old.unlink()
+    shutil.rmtree(folder / "agentplanlog", ignore_errors=True)
     (folder / "player.conf").write_bytes(text)

@@ -123,6 +123,6 @@ def report(outcome: MatchOutcome, players: bool) -> Group:
     if outcome.server_usage:
         parts.append(f"The practice server took {outcome.server_usage.cpu_seconds:.2f} s of CPU.")
     if outcome.network:
-        parts.append(outcome.network)
+        parts.append(Text(outcome.network.replace("link to", "to")))
     parts.append(verdict(outcome))
     return Group(*parts)

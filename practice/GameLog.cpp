@@ -44,7 +44,8 @@ std::string asFileName(std::string name) {
 
 std::string cannotWrite(std::string const& path) {
     if (errno == EWOULDBLOCK) {
-        return text("another program writes the log ", path, "; choose another name with --log");
+        return text("another program writes the log ", path,
+                    "; choose another with --log or --log-dir");
     }
     return text("cannot write the log ", path, ": ", std::strerror(errno));
 }
@@ -86,8 +87,8 @@ std::unique_ptr<GameLog> GameLog::open(LogOptions const& options,
     return log;
 }
 
-GameLog::GameLog(LogOptions const& options, File game, File words)
-    : options_(options), game_(std::move(game)), words_(std::move(words)) {}
+GameLog::GameLog(LogOptions options, File game, File words)
+    : options_(std::move(options)), game_(std::move(game)), words_(std::move(words)) {}
 
 // ---- The text log
 
@@ -118,7 +119,7 @@ void GameLog::step(World const& world) {
 }
 
 /// There is no show before the kick-off, nor of the step that ends with it, and one after the end.
-bool GameLog::isLogged(World const& world) {
+bool GameLog::isLogged(World const& world) const {
     Phase const phase = world.mode.phase;
     if (phase == Phase::beforeKickOff) return false;
     if (phase == Phase::timeOver) return lastPhase_ != Phase::timeOver;

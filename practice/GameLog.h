@@ -52,9 +52,9 @@ private:
         bool failed = false;
     };
 
-    GameLog(LogOptions const& options, File game, File words);
+    GameLog(LogOptions options, File game, File words);
 
-    bool isLogged(World const& world);
+    bool isLogged(World const& world) const;
     void writePlayMode(World const& world);
     void writeTeams(World const& world);
     void flush();

@@ -1,11 +1,10 @@
 #include "practice/OutputFile.h"
 
+#include <cerrno>
+#include <cstdio>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
-
-#include <cerrno>
-#include <cstdio>
 
 namespace practice {
 

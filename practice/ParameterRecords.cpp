@@ -152,7 +152,11 @@ constexpr std::array<LogParameter, 29> TYPE_RULES{{
 }};
 // clang-format on
 
-std::string quoted(std::string_view value) {
+/// A folder may be called anything, but the form has no escapes.
+std::string quoted(std::string value) {
+    for (char& c : value) {
+        if (c == '"' || c == '(' || c == ')' || c == '\n') c = '_';
+    }
     return text('"', value, '"');
 }
 
@@ -164,8 +168,8 @@ void addSettings(std::vector<gamelog::Parameter>& pairs, Options const& options,
     auto const number = [&pairs](char const* name, auto value) {
         pairs.push_back({name, text(value)});
     };
-    auto const word = [&pairs](char const* name, std::string_view value) {
-        pairs.push_back({name, quoted(value)});
+    auto const word = [&pairs](char const* name, std::string value) {
+        pairs.push_back({name, quoted(std::move(value))});
     };
     number("port", port);
     number("coach_port", port + 1);

@@ -25,24 +25,24 @@ std::string quoted(std::string const& name) {
 }
 
 void appendPlayer(std::string& out, Player const& p) {
-    appendText(out, "{\"side\":\"", letter(p.side), "\",\"unum\":", p.unum,
-               ",\"goalie\":", word(p.goalie), ",\"answers\":", p.answers,
-               ",\"late\":", p.lateAnswers, ",\"refused\":", p.refused,
-               ",\"spare_turn_necks\":", p.spareNeckTurns, ",\"lost\":", word(p.lost));
+    appendText(out, R"({"side":")", letter(p.side), R"(","unum":)", p.unum, R"(,"goalie":)",
+               word(p.goalie), R"(,"answers":)", p.answers, R"(,"late":)", p.lateAnswers,
+               R"(,"refused":)", p.refused, R"(,"spare_turn_necks":)", p.spareNeckTurns,
+               R"(,"lost":)", word(p.lost));
     auto const& [kick, dash, turn, say, turnNeck, catches, move, changeView] = p.counts;
-    appendText(out, ",\"executed\":{\"kick\":", kick, ",\"dash\":", dash, ",\"turn\":", turn,
-               ",\"say\":", say, ",\"turn_neck\":", turnNeck, ",\"catch\":", catches,
-               ",\"move\":", move, ",\"change_view\":", changeView, "}}");
+    appendText(out, R"(,"executed":{"kick":)", kick, R"(,"dash":)", dash, R"(,"turn":)", turn,
+               R"(,"say":)", say, R"(,"turn_neck":)", turnNeck, R"(,"catch":)", catches,
+               R"(,"move":)", move, R"(,"change_view":)", changeView, "}}");
 }
 
 } // namespace
 
 std::string resultsJson(World const& world) {
     bool const finished = world.mode == Phase::timeOver && world.cycle >= 2 * world.halfCycles;
-    std::string out = text("{\"cycles\":", world.cycle, ",\"half_cycles\":", world.halfCycles,
-                           ",\"finished\":", word(finished), ",\"score\":[", world.score[0], ',',
-                           world.score[1], "],\"teams\":[", quoted(world.teamNames[0]), ',',
-                           quoted(world.teamNames[1]), "],\"players\":[");
+    std::string out = text(R"({"cycles":)", world.cycle, R"(,"half_cycles":)", world.halfCycles,
+                           R"(,"finished":)", word(finished), R"(,"score":[)", world.score[0], ',',
+                           world.score[1], R"(],"teams":[)", quoted(world.teamNames[0]), ',',
+                           quoted(world.teamNames[1]), R"(],"players":[)");
     std::string_view separator = "\n";
     for (Player const& p : world.players) {
         if (!p.joined) continue;

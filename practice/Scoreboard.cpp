@@ -1,8 +1,7 @@
 #include "practice/Scoreboard.h"
 
-#include <unistd.h>
-
 #include <algorithm>
+#include <unistd.h>
 #include <utility>
 
 #include "practice/Text.h"

@@ -1,13 +1,12 @@
 #include "practice/Socket.h"
 
 #include <arpa/inet.h>
-#include <sys/socket.h>
-#include <sys/uio.h>
-#include <unistd.h>
-
 #include <array>
 #include <cerrno>
 #include <cstdint>
+#include <sys/socket.h>
+#include <sys/uio.h>
+#include <unistd.h>
 
 namespace practice {
 
@@ -63,8 +62,20 @@ Socket::Arrival Socket::receive(std::span<char> buffer, std::string_view& text,
 }
 
 bool Socket::send(std::string_view text, Address const* peer) const {
-    char nul = '\0';
-    std::array<iovec, 2> parts{iovec{const_cast<char*>(text.data()), text.size()}, iovec{&nul, 1}};
+    constexpr std::string_view NUL("\0", 1);
+    return sendParts(text, NUL, peer);
+}
+
+bool Socket::sendBytes(std::string_view bytes, Address const* peer) const {
+    return sendParts(bytes, {}, peer);
+}
+
+bool Socket::sendParts(std::string_view text, std::string_view end, Address const* peer) const {
+    // The system only reads what these point to, but its types do not say so.
+    auto const part = [](std::string_view s) {
+        return iovec{const_cast<char*>(s.data()), s.size()};
+    };
+    std::array<iovec, 2> parts{part(text), part(end)};
     msghdr datagram{};
     datagram.msg_iov = parts.data();
     datagram.msg_iovlen = parts.size();

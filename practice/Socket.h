@@ -1,7 +1,6 @@
 #pragma once
 
 #include <netinet/in.h>
-
 #include <optional>
 #include <span>
 #include <string>
@@ -39,9 +38,12 @@ public:
     /// To the peer, null: the connected one. Adds the NUL that ends every datagram. False when the
     /// connected peer is gone.
     bool send(std::string_view text, Address const* peer = nullptr) const;
+    /// The same without the NUL.
+    bool sendBytes(std::string_view bytes, Address const* peer = nullptr) const;
 
 private:
     explicit Socket(int fd) : fd_(fd) {}
+    bool sendParts(std::string_view text, std::string_view end, Address const* peer) const;
 
     int fd_;
 };

@@ -23,8 +23,9 @@ from matches.experiments.heat import count_places
 from matches.experiments.plan import Game, Plan
 from matches.experiments.rows import FAILED, PLAYED, Played, Row
 from matches.judge import faults
-from matches.match import Match, MatchSettings, TeamSettings
+from matches.match import Match
 from matches.monitor import Sight
+from matches.settings import MatchSettings, TeamSettings
 from matches.words import Failure, MatchFailure
 
 DISK_FULL = 75

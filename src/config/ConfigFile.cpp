@@ -1,10 +1,10 @@
 #include "config/ConfigFile.h"
 
-#include "config/readConfFile.h"
-
 #include <fstream>
 #include <optional>
 #include <sstream>
+
+#include "config/readConfFile.h"
 
 namespace {
 

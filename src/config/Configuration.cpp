@@ -7,22 +7,22 @@
 namespace {
 
 /// A field of a record and the member that takes its value.
-template <class Record>
+template <typename Record>
 class Parameter {
 public:
-    constexpr Parameter(double Record::*field, float* member) : pair(Real{field, member}) {}
-    constexpr Parameter(int Record::*field, int* member) : pair(Whole{field, member}) {}
+    constexpr Parameter(double Record::*field, float* member) : pair_(Real{field, member}) {}
+    constexpr Parameter(int Record::*field, int* member) : pair_(Whole{field, member}) {}
 
     void integrate(Record const& record) const {
-        std::visit([&record](auto const& p) { *p.member = p.narrow(record.*p.field); }, pair);
+        std::visit([&record](auto const& p) { *p.member = p.narrow(record.*p.field); }, pair_);
     }
 
     void print(std::ostream& os) const {
-        std::visit([&os](auto const& p) { os << *p.member; }, pair);
+        std::visit([&os](auto const& p) { os << *p.member; }, pair_);
     }
 
 private:
-    template <class Field, class Member>
+    template <typename Field, typename Member>
     struct Pair {
         Field Record::*field;
         Member* member;
@@ -32,7 +32,7 @@ private:
     using Real = Pair<double, float>;
     using Whole = Pair<int, int>;
 
-    std::variant<Real, Whole> pair;
+    std::variant<Real, Whole> pair_;
 };
 
 // In the order of the messages, which is also the order of printing.
@@ -166,14 +166,14 @@ constexpr std::array<Parameter<RCC_PlayerParam>, 19> PLAYER_PARAMETERS{{
 }};
 // clang-format on
 
-template <class Record, std::size_t N>
+template <typename Record, std::size_t N>
 void integrate(Record const& record, std::array<Parameter<Record>, N> const& parameters) {
     for (Parameter<Record> const& parameter : parameters) {
         parameter.integrate(record);
     }
 }
 
-template <class Record, std::size_t N>
+template <typename Record, std::size_t N>
 void print(std::ostream& os, std::array<Parameter<Record>, N> const& parameters) {
     os << ' ';
     for (Parameter<Record> const& parameter : parameters) {

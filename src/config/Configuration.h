@@ -1,10 +1,10 @@
 #pragma once
 
-#include "parser/RCC_Parser.h"
-
 #include <cstddef>
 #include <iosfwd>
 #include <vector>
+
+#include "parser/RCC_Parameters.h"
 
 /// The parameters of the match as the server sent them: zero until then, real values narrowed to
 /// float. All state is static and constantly initialised, so that the constants of other classes
@@ -180,7 +180,8 @@ public:
 
     // --- Player types ---
 
-    /// In the order of arrival. The server sends 18; a peer that goes on sending fills no memory.
+    /// In the order of arrival. The server sends 18; the limit keeps a peer that goes on sending
+    /// from filling the memory.
     inline static std::vector<RCC_PlayerType> playerTypesV;
     static constexpr std::size_t MAX_PLAYER_TYPES = 64;
 

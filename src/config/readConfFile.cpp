@@ -4,6 +4,8 @@
 #include <array>
 #include <charconv>
 #include <iostream>
+#include <locale>
+#include <sstream>
 #include <system_error>
 
 #include "config/ConfigFile.h"
@@ -155,31 +157,48 @@ private:
     bool tracing_;
 };
 
-/// False when the number does not fit.
+constexpr std::string_view NO_PROBLEM;
+constexpr std::string_view SYNTAX = "parse error";
+constexpr std::string_view TOO_LARGE = "number too large";
+
 template <typename Number>
-bool toNumber(std::string_view text, Number* number) {
-    return std::from_chars(text.data(), text.data() + text.size(), *number).ec == std::errc{};
+bool isOutOfRange(std::string_view text, Number* number) {
+    return std::from_chars(text.data(), text.data() + text.size(), *number).ec ==
+           std::errc::result_out_of_range;
 }
 
-/// Puts the value of a token into the member of a keyword; false when it is of the wrong kind.
+/// Of a number beyond the range of double: too large, and not just too near to zero. A stream tells
+/// the two apart.
+bool isTooLarge(std::string_view text) {
+    std::istringstream stream{std::string(text)};
+    stream.imbue(std::locale::classic());
+    double number = 0.0;
+    return !(stream >> number);
+}
+
+/// Puts the value of a token into the member of a keyword. Returns what is wrong with it.
 struct Assignment {
     Token const& value;
 
-    bool operator()(std::string* member) const {
-        if (value.kind != TokenKind::chars) return false;
+    std::string_view operator()(std::string* member) const {
+        if (value.kind != TokenKind::chars) return SYNTAX;
         *member = value.text.substr(1, value.text.size() - 2);
-        return true;
+        return NO_PROBLEM;
     }
 
-    bool operator()(int* member) const {
-        return value.kind == TokenKind::whole && toNumber(value.text, member);
+    std::string_view operator()(int* member) const {
+        if (value.kind != TokenKind::whole) return SYNTAX;
+        return isOutOfRange(value.text, member) ? TOO_LARGE : NO_PROBLEM;
     }
 
-    bool operator()(double* member) const {
-        if (value.kind != TokenKind::whole && value.kind != TokenKind::real) return false;
-        if (!toNumber(value.text, member)) return false;
+    std::string_view operator()(double* member) const {
+        if (value.kind != TokenKind::whole && value.kind != TokenKind::real) return SYNTAX;
+        if (isOutOfRange(value.text, member)) {
+            if (isTooLarge(value.text)) return TOO_LARGE;
+            *member = 0.0;
+        }
         *member += 0.0; // "-0" is a whole number, and that has no negative zero
-        return true;
+        return NO_PROBLEM;
     }
 };
 
@@ -202,14 +221,14 @@ public:
 
 private:
     bool parseConfigLine(Token const& keyword) {
-        if (keyword.kind != TokenKind::keyword) return syntaxError(ConfPlace::keyword, keyword);
+        if (keyword.kind != TokenKind::keyword) return stop(SYNTAX, ConfPlace::keyword, keyword);
         if (report_ != nullptr) report_->settings.push_back({keyword.keyword, keyword.text, {}});
         Token const colon = next(ConfPlace::colon);
-        if (colon.kind != TokenKind::colon) return syntaxError(ConfPlace::colon, colon);
+        if (colon.kind != TokenKind::colon) return stop(SYNTAX, ConfPlace::colon, colon);
         Token const value = next(ConfPlace::value);
         if (report_ != nullptr) report_->settings.back().value = value.text;
-        return std::visit(Assignment{value}, keyword.keyword->member) ||
-               syntaxError(ConfPlace::value, value);
+        std::string_view const problem = std::visit(Assignment{value}, keyword.keyword->member);
+        return problem.empty() || stop(problem, ConfPlace::value, value);
     }
 
     Token next(ConfPlace place) {
@@ -223,12 +242,12 @@ private:
         return token;
     }
 
-    bool syntaxError(ConfPlace place, Token const& token) {
+    /// Always false.
+    bool stop(std::string_view problem, ConfPlace place, Token const& token) {
         if (report_ != nullptr) report_->stop = {place, token.text};
         std::cerr << "readConfFile"
-                  << ": <"
-                  << "parse error"
-                  << "> occured while parsing <" << token.text << ">" << std::endl;
+                  << ": <" << problem << "> occured while parsing <" << token.text << ">"
+                  << std::endl;
         return false;
     }
 

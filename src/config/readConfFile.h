@@ -52,6 +52,7 @@ struct ConfReport {
 /// end of the line. Each value is assigned as soon as it is read; a later one for the same keyword
 /// overwrites it. An unknown character or a wrong token is reported on standard error and ends the
 /// reading with false, as does a number too large for its member or a file without any configline.
-/// The report, where one is given, is filled in besides.
+/// A number too near to zero for its member is 0. The report, where one is given, is filled in
+/// besides.
 bool readConfFile(std::string_view text, bool scannerDebug, bool parserDebug,
                   ConfReport* report = nullptr);

@@ -59,9 +59,8 @@ float normalizeTo360Deg(float a) {
 }
 
 float normalizeTo180Deg(float a) {
-    // The remainder is exact, so it may stand for any number of whole turns; turn by turn, a marker
-    // like UNDEFINED_FLOAT, beside which 360 is lost in rounding, would never get here. Adding 0
-    // makes whole turns backwards end, like the others, in a positive zero.
+    // A loop that takes off one turn at a time would not end for UNDEFINED_FLOAT, from which 360 is
+    // lost in rounding. Adding 0 makes a negative zero positive.
     if (std::fabs(a) > 360) a = std::fmod(a, 360.0F) + 0.0F;
     if (a > 180) return a - 360;
     if (a < -180) return a + 360;

@@ -2,11 +2,11 @@
 
 // Angles in degrees.
 //
-// Two conventions coexist; each function says which one it speaks, and none guesses.
+// Two conventions coexist; each function names the one it uses.
 //  - Counter-clockwise, in [-180, 180]: the mathematical angle of atan2. Direction 90 is the vector
-//    (0, 1). Spoken by atan2Deg, getBisectorTwoAngles and Vector2D::rotate.
+//    (0, 1). Used by atan2Deg, getBisectorTwoAngles and Vector2D::rotate.
 //  - Clockwise, in [0, 360): the directions of the world model. Direction phi is the unit vector
-//    (cos phi, -sin phi), so that 90 is (0, -1). Spoken by Vector2D(r, phi, POLAR).
+//    (cos phi, -sin phi), so that 90 is (0, -1). Used by Vector2D(r, phi, POLAR).
 // The names follow a drawing whose y axis points up. The field's frame has x towards the opponent's
 // goal and y pointing DOWN on the picture (the top touch line is at negative y): there the
 // world model's direction 90 looks at the top touch line.
@@ -51,8 +51,8 @@ float acosDeg(float x);
 /// In [-90, 90]; an argument outside [-1, 1] counts as the nearer bound.
 float asinDeg(float x);
 
-/// The same direction in [0, 360), never a negative zero. (A negative angle too small to be told
-/// from 0 beside 360 gives 360.) Infinite gives NaN.
+/// The same direction in [0, 360), never a negative zero. (A tiny negative angle rounds to 360.)
+/// Infinite gives NaN.
 float normalizeTo360Deg(float a);
 
 /// The same direction in [-180, 180]; both bounds are left as they are. Infinite gives NaN.

@@ -17,7 +17,7 @@ float Geometry::getSumGeomSeries(float first, float ratio, float length) {
 }
 
 float Geometry::getSumInfGeomSeries(float first, float ratio) {
-    // The message has always carried this other name; whoever searches logs for it still finds it.
+    // Intentional: the message names another function; logs are searched for this text.
     if (ratio > 1) {
         std::cerr << "(Geometry:CalcLengthGeomSeries): series does not converge" << std::endl;
     }
@@ -38,16 +38,24 @@ float Geometry::getFirstInfGeomSeries(float sum, float ratio) {
 
 int Geometry::abcFormula(float a, float b, float c, float* s1, float* s2) {
     // In double, because b*b and 4*a*c are often large and nearly the same.
-    double const minusB = -static_cast<double>(b);
-    double const twoA = 2.0 * a;
-    double const discriminant = minusB * minusB - 2 * twoA * c;
+    double x1 = 0;
+    double x2 = 0;
+    int const count = abcFormula(double{a}, double{b}, double{c}, &x1, &x2);
+    if (count > 0) *s1 = static_cast<float>(x1);
+    if (count > 1) *s2 = static_cast<float>(x2);
+    return count;
+}
+
+int Geometry::abcFormula(double a, double b, double c, double* s1, double* s2) {
+    double const twoA = 2 * a;
+    double const discriminant = b * b - 2 * twoA * c;
     if (std::fabs(discriminant) < EPSILON) {
-        *s1 = static_cast<float>(minusB / twoA);
+        *s1 = -b / twoA;
         return 1;
     }
     if (discriminant < 0) return 0;
     double const root = std::sqrt(discriminant);
-    *s1 = static_cast<float>((minusB + root) / twoA);
-    *s2 = static_cast<float>((minusB - root) / twoA);
+    *s1 = (-b + root) / twoA;
+    *s2 = (-b - root) / twoA;
     return 2;
 }

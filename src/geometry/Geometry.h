@@ -7,7 +7,7 @@
 /// Closed formulas: the geometric series first, first*ratio, first*ratio^2, ... (a decaying ball or
 /// player covers such distances cycle by cycle) and the quadratic equation.
 ///
-/// Nothing fails: a senseless ratio is reported on standard error and computed with all the same;
+/// Nothing fails: a senseless ratio is reported on standard error, and the result computed anyway;
 /// divisions by zero (ratio 1, a = 0) give infinities or NaN.
 class Geometry {
 public:
@@ -30,4 +30,5 @@ public:
     /// discriminant is within EPSILON of 0, is written to s1; two go to s1 (the one with the plus
     /// sign) and s2; the rest stays untouched.
     static int abcFormula(float a, float b, float c, float* s1, float* s2);
+    static int abcFormula(double a, double b, double c, double* s1, double* s2);
 };

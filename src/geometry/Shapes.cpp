@@ -1,18 +1,19 @@
 #include "geometry/Shapes.h"
 
-#include "geometry/Geometry.h"
-
 #include <cmath>
 #include <iostream>
 
+#include "geometry/Geometry.h"
+
 namespace {
 
-float square(float x) {
+template <typename Real>
+Real square(Real x) {
     return x * x;
 }
 
 /// One circle's share of an overlap: the sector over half the chord, less the triangle from its
-/// center to the chord. Rounding may make half a chord a trifle longer than the radius.
+/// center to the chord. Rounding may make half a chord longer than the radius.
 float sectorMinusTriangle(float radius, float halfChord, float centerToChord) {
     float const halfAngle = std::asin(std::min(halfChord / radius, 1.0F));
     return halfAngle * square(radius) - halfChord * centerToChord;
@@ -22,7 +23,7 @@ float sectorMinusTriangle(float radius, float halfChord, float centerToChord) {
 
 Line Line::makeLineFromTwoPoints(Vector2D pos1, Vector2D pos2) {
     Vector2D const d = pos2 - pos1;
-    // Asked this way round, so that points without a distance between them make a vertical line.
+    // NaN fails the comparison, so points without a distance between them make a vertical line.
     bool const sloped = std::fabs(d.x) >= EPSILON;
     float const a = sloped ? 1.0F : 0.0F;
     float const b = sloped ? -d.y / d.x : 1.0F;
@@ -75,25 +76,31 @@ bool Line::isInBetween(Vector2D pos, Vector2D point1, Vector2D point2) const {
 }
 
 int Line::getCircleIntersectionPoints(Circle circle, Vector2D* p1, Vector2D* p2) const {
-    auto const [cx, cy] = circle.center;
-    float const r2 = square(circle.radius);
-    float s1 = 0;
-    float s2 = 0;
+    // In double: a steep line has a slope and an intercept so large that in float the rest is lost.
+    double const cx = circle.center.x;
+    double const cy = circle.center.y;
+    double const r2 = square(double{circle.radius});
+    double s1 = 0;
+    double s2 = 0;
     if (isNearZero(a)) {
         float const x0 = -c / b;
-        float const constant = square(x0 - cx) + square(cy) - r2;
-        int const count = Geometry::abcFormula(1, -2 * cy, constant, &s1, &s2);
-        *p1 = {x0, s1, CARTESIAN};
-        *p2 = {x0, s2, CARTESIAN};
+        int const count =
+            Geometry::abcFormula(1, -2 * cy, square(x0 - cx) + square(cy) - r2, &s1, &s2);
+        *p1 = {x0, static_cast<float>(s1), CARTESIAN};
+        *p2 = {x0, static_cast<float>(s2), CARTESIAN};
         return count;
     }
-    float const slope = -b / a;
-    float const intercept = -c / a;
-    float const constant = square(cx) + square(intercept - cy) - r2;
+    double const slope = -double{b} / a;
+    double const intercept = -double{c} / a;
+    double const constant = square(cx) + square(intercept - cy) - r2;
     int const count = Geometry::abcFormula(1 + square(slope), 2 * (slope * (intercept - cy) - cx),
                                            constant, &s1, &s2);
-    *p1 = {s1, slope * s1 + intercept, CARTESIAN};
-    *p2 = {s2, slope * s2 + intercept, CARTESIAN};
+    auto const pointAt = [&](double x) {
+        return Vector2D(static_cast<float>(x), static_cast<float>(slope * x + intercept),
+                        CARTESIAN);
+    };
+    *p1 = pointAt(s1);
+    *p2 = pointAt(s2);
     return count;
 }
 

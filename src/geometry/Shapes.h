@@ -1,9 +1,9 @@
 #pragma once
 
-#include "geometry/Vector2D.h"
-
 #include <algorithm>
 #include <iosfwd>
+
+#include "geometry/Vector2D.h"
 
 // Lines, circles and axis-aligned rectangles: plain values, metres, angles in degrees.
 

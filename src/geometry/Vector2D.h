@@ -1,9 +1,9 @@
 #pragma once
 
-#include "geometry/Angles.h"
-
 #include <cmath>
 #include <iosfwd>
+
+#include "geometry/Angles.h"
 
 /// What the two numbers of a vector mean.
 enum CoordSystemT {
@@ -40,8 +40,6 @@ struct Vector2D {
 
     constexpr float getX() const { return x; }
     constexpr float getY() const { return y; }
-    constexpr void setX(float value) { x = value; }
-    constexpr void setY(float value) { y = value; }
 
     float getMagnitude() const { return std::sqrt(x * x + y * y); }
     float getLength() const { return getMagnitude(); }

@@ -1,6 +1,8 @@
 #include "link/Communicator.h"
 
+#include <algorithm>
 #include <arpa/inet.h>
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -21,6 +23,12 @@ constexpr int FAILURE_STATUS = -1;
     std::exit(FAILURE_STATUS);
 }
 
+[[noreturn]] void failToRead() {
+    std::perror("reading failed: ");
+    // Not exit(): another thread still runs and must not lose its statics to destructors.
+    std::quick_exit(FAILURE_STATUS);
+}
+
 /// The first address of `host` in network byte order.
 in_addr_t resolve(char const* host) {
     std::string dotted = host;
@@ -39,7 +47,7 @@ void writeToStandardError(char const* text) {
     [[maybe_unused]] auto const written = write(STDERR_FILENO, text, std::strlen(text));
 }
 
-/// perror() for a signal handler: the same text, but of functions that a handler may call.
+/// perror() for a signal handler: the same text, by functions that a handler may call.
 void reportError(char const* prefix) {
     char const* const description = strerrordesc_np(errno);
     writeToStandardError(prefix);
@@ -93,6 +101,7 @@ void Communicator::openConnection(char const* host, int port) {
 
     ownSocket = descriptor;
     hostAddress = packed(peer);
+    lengthOfHostAddress = sizeof peer;
 }
 
 void Communicator::closeConnection() {
@@ -101,24 +110,59 @@ void Communicator::closeConnection() {
 }
 
 void Communicator::sendMessage(char const* message) const {
-    std::size_t const length = std::strlen(message);
-    sockaddr_in const peer = unpacked(hostAddress);
-    ssize_t const sent = sendto(ownSocket, message, length, 0,
-                                reinterpret_cast<sockaddr const*>(&peer), sizeof peer);
-    if (sent != static_cast<ssize_t>(length)) reportError("sending failed: ");
+    sendMessages({&message, 1});
+}
+
+void Communicator::sendMessages(std::span<char const* const> messages) const {
+    sockaddr_in peer = unpacked(hostAddress);
+    std::array<iovec, MAX_BATCH> texts{};
+    std::array<mmsghdr, MAX_BATCH> datagrams{};
+    std::size_t const count = std::min(messages.size(), MAX_BATCH);
+    for (std::size_t i = 0; i < count; ++i) {
+        texts[i] = {const_cast<char*>(messages[i]), std::strlen(messages[i])};
+        datagrams[i].msg_hdr.msg_name = &peer;
+        datagrams[i].msg_hdr.msg_namelen = sizeof peer;
+        datagrams[i].msg_hdr.msg_iov = &texts[i];
+        datagrams[i].msg_hdr.msg_iovlen = 1;
+    }
+    // It stops at the first that fails; the others still have their turn.
+    for (std::size_t next = 0; next < count;) {
+        int const sent =
+            sendmmsg(ownSocket, &datagrams[next], static_cast<unsigned>(count - next), 0);
+        if (sent < 1) reportError("sending failed: ");
+        next += sent < 1 ? 1U : static_cast<std::size_t>(sent);
+    }
+}
+
+int Communicator::receive(char* buffer) const {
+    static int lengthOfMessage = 0;
+    sockaddr_in sender{};
+    lengthOfMessage =
+        static_cast<int>(recvfrom(ownSocket, buffer, MAX_MESSAGE_LENGTH, 0,
+                                  reinterpret_cast<sockaddr*>(&sender), &lengthOfHostAddress));
+    if (lengthOfMessage < 1) return lengthOfMessage;
+    hostAddress = packed(sender);
+    buffer[lengthOfMessage] = '\0';
+    return lengthOfMessage;
 }
 
 int Communicator::getNextMessage(char* buffer) const {
-    sockaddr_in sender{};
-    socklen_t lengthOfSender = sizeof sender;
-    ssize_t const length = recvfrom(ownSocket, buffer, MAX_MESSAGE_LENGTH, 0,
-                                    reinterpret_cast<sockaddr*>(&sender), &lengthOfSender);
-    if (length < 1) {
-        std::perror("reading failed: ");
-        // Not exit(): the main thread still runs and must not lose its statics to destructors.
-        std::quick_exit(FAILURE_STATUS);
-    }
-    hostAddress = packed(sender);
-    buffer[length] = '\0';
-    return static_cast<int>(length);
+    int const length = receive(buffer);
+    if (length < 1) failToRead();
+    return length;
+}
+
+void Communicator::limitSilence(int milliseconds) {
+    timeval const limit{milliseconds / 1000, milliseconds % 1000 * 1000L};
+    setsockopt(ownSocket, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
+}
+
+bool Communicator::getMessageUnlessSilent(char* buffer) const {
+    int length = 0;
+    do {
+        length = receive(buffer);
+    } while (length < 0 && errno == EINTR); // with a limit the system does not go on by itself
+    if (length >= 1) return true;
+    if (length < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) return false;
+    failToRead();
 }

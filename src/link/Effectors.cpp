@@ -3,13 +3,14 @@
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
+#include <concepts>
 #include <csignal>
 #include <cstdio>
+#include <string_view>
 
 #include "config/Configuration.h"
 #include "link/Communicator.h"
-#include "skills/Utils.h"
-#include "worldmodel/Player.h"
+#include "physics/Kinematics.h"
 
 namespace {
 
@@ -31,6 +32,10 @@ char const* nameOf(ViewMode width) {
     return "normal";
 }
 
+bool areNumbers(std::same_as<float> auto... arguments) {
+    return (std::isfinite(arguments) && ...);
+}
+
 char const* nameOf(ViewQuality quality) {
     return quality == ViewQuality::high ? "high" : "low";
 }
@@ -39,7 +44,7 @@ char const* nameOf(ViewQuality quality) {
 
 Effectors::Effectors(Communicator* link, ServerCommandHistory& commandHistory,
                      ServerCommandCounters& commandCounters)
-    : communicator(link), history(commandHistory), counters(commandCounters) {
+    : communicator_(link), history_(commandHistory), counters_(commandCounters) {
     eff = this;
     struct sigaction action {};
     action.sa_handler = sigalrmHandler;
@@ -49,34 +54,41 @@ Effectors::Effectors(Communicator* link, ServerCommandHistory& commandHistory,
 }
 
 void Effectors::init(char const* teamname, bool goalie) {
-    std::snprintf(formatBuffer.data(), formatBuffer.size(), "(init %s %s)", teamname,
-                  goalie ? "(version 7.08)(goalie)" : "(version 7.08)");
-    communicator->sendMessage(formatBuffer.data());
+    std::string_view const version = goalie ? "(version 7.08)(goalie)" : "(version 7.08)";
+    // A name that is too long is cut, so that the closing parenthesis still fits.
+    constexpr std::size_t AROUND = std::string_view("(init  )").size() + 1;
+    auto const longestName = static_cast<int>(formatBuffer_.size() - AROUND - version.size());
+    std::snprintf(formatBuffer_.data(), formatBuffer_.size(), "(init %.*s %s)", longestName,
+                  teamname, version.data());
+    communicator_->sendMessage(formatBuffer_.data());
 }
 
 /// Queues the text in the format buffer.
 void Effectors::queueMainCommand(Command kind, float argument1) {
-    queue.queueMain(formatBuffer.data(), kind);
-    history.mainKind = kind;
-    history.mainArgument1 = argument1;
+    queue_.queueMain(formatBuffer_.data(), kind);
+    history_.mainKind = kind;
+    history_.mainArgument1 = argument1;
 }
 
 void Effectors::queueMove(float x, float y) {
-    std::snprintf(formatBuffer.data(), formatBuffer.size(), "(move %f %f)", static_cast<double>(x),
-                  static_cast<double>(y));
+    if (!areNumbers(x, y)) return;
+    std::snprintf(formatBuffer_.data(), formatBuffer_.size(), "(move %f %f)",
+                  static_cast<double>(x), static_cast<double>(y));
     queueMainCommand(Command::move, x);
-    history.mainArgument2 = y;
+    history_.mainArgument2 = y;
 }
 
 void Effectors::queueKick(float power, float direction) {
-    std::snprintf(formatBuffer.data(), formatBuffer.size(), "(kick %f %f)",
+    if (!areNumbers(power, direction)) return;
+    std::snprintf(formatBuffer_.data(), formatBuffer_.size(), "(kick %f %f)",
                   static_cast<double>(power), static_cast<double>(direction));
     queueMainCommand(Command::kick, power);
-    history.mainArgument2 = direction;
+    history_.mainArgument2 = direction;
 }
 
 void Effectors::queueDash(float power) {
-    std::snprintf(formatBuffer.data(), formatBuffer.size(), "(dash %f)",
+    if (!areNumbers(power)) return;
+    std::snprintf(formatBuffer_.data(), formatBuffer_.size(), "(dash %f)",
                   static_cast<double>(power));
     queueMainCommand(Command::dash, power);
 }
@@ -85,107 +97,122 @@ void Effectors::queueTurn(float angle, float speed) {
     float moment = angle;
     float expectedAngle = angle;
     if (speed != 0.0F) {
-        speed *= Player::DECAY;
-        moment = Utils::calcAngleForTurn(angle, speed);
+        speed *= Configuration::playerDecay;
+        moment = Kinematics::momentForTurn(angle, speed);
         if (moment < Configuration::minMoment) {
-            expectedAngle = Utils::calcActualTurnAngle(Configuration::minMoment, speed);
+            expectedAngle = Kinematics::turnFromMoment(Configuration::minMoment, speed);
             moment = Configuration::minMoment;
         }
         if (moment > Configuration::maxMoment) {
-            expectedAngle = Utils::calcActualTurnAngle(Configuration::maxMoment, speed);
+            expectedAngle = Kinematics::turnFromMoment(Configuration::maxMoment, speed);
             moment = Configuration::maxMoment;
         }
     }
     moment = std::clamp(moment, -MAX_TURN, MAX_TURN);
     if (std::isnan(moment) || std::abs(moment) <= NEGLIGIBLE_TURN) return;
 
-    std::snprintf(formatBuffer.data(), formatBuffer.size(), "(turn %f)",
+    std::snprintf(formatBuffer_.data(), formatBuffer_.size(), "(turn %f)",
                   static_cast<double>(moment));
     queueMainCommand(Command::turn, expectedAngle);
 }
 
 void Effectors::queueGoalieCatch(float direction) {
-    std::snprintf(formatBuffer.data(), formatBuffer.size(), "(catch %f)",
+    if (!areNumbers(direction)) return;
+    std::snprintf(formatBuffer_.data(), formatBuffer_.size(), "(catch %f)",
                   static_cast<double>(direction));
     queueMainCommand(Command::goalieCatch, direction);
 }
 
 /// Queues the text in the format buffer; false when the queue is full.
 bool Effectors::queueOtherCommand(Command kind) {
-    if (!queue.queueOther(formatBuffer.data(), kind)) return false;
-    (kind == Command::say ? history.sayKind : history.otherKind) = kind;
+    if (!queue_.queueOther(formatBuffer_.data(), kind)) return false;
+    (kind == Command::say ? history_.sayKind : history_.otherKind) = kind;
     return true;
 }
 
 void Effectors::queueTurnNeck(float angle) {
-    std::snprintf(formatBuffer.data(), formatBuffer.size(), "(turn_neck %f)",
+    if (!areNumbers(angle)) return;
+    std::snprintf(formatBuffer_.data(), formatBuffer_.size(), "(turn_neck %f)",
                   static_cast<double>(angle));
-    if (queueOtherCommand(Command::turnNeck)) history.otherArgument1 = angle;
+    if (queueOtherCommand(Command::turnNeck)) history_.otherArgument1 = angle;
 }
 
 void Effectors::queueChangeView(ViewMode width, ViewQuality quality) {
-    std::snprintf(formatBuffer.data(), formatBuffer.size(), "(change_view %s %s)", nameOf(width),
+    std::snprintf(formatBuffer_.data(), formatBuffer_.size(), "(change_view %s %s)", nameOf(width),
                   nameOf(quality));
     if (!queueOtherCommand(Command::changeView)) return;
-    history.otherArgument1 = static_cast<float>(width);
-    history.otherArgument2 = static_cast<float>(quality);
+    history_.otherArgument1 = static_cast<float>(width);
+    history_.otherArgument2 = static_cast<float>(quality);
 }
 
 void Effectors::queueSay(char const* message) {
-    std::snprintf(formatBuffer.data(), formatBuffer.size(), "(say \"%s\")", message);
+    std::snprintf(formatBuffer_.data(), formatBuffer_.size(), "(say \"%s\")", message);
     if (!queueOtherCommand(Command::say)) return;
-    std::snprintf(history.sayText.data(), history.sayText.size(), "%s", message);
+    std::snprintf(history_.sayText.data(), history_.sayText.size(), "%s", message);
 }
 
 void Effectors::queueScore() {
-    std::snprintf(formatBuffer.data(), formatBuffer.size(), "(score)");
+    std::snprintf(formatBuffer_.data(), formatBuffer_.size(), "(score)");
     queueOtherCommand(Command::score);
 }
 
 void Effectors::sendAllCommands() {
-    // Taken at once, so that a timer that fires during a send finds it gone.
-    if (!sendPermission.exchange(false)) return;
+    send(nullptr);
+}
 
-    if (queue.mainQueued.exchange(false)) {
-        communicator->sendMessage(queue.mainCommand.data());
-        incrementCounters(queue.mainKind);
+void Effectors::answerThink() {
+    send("(done)");
+}
+
+void Effectors::send(char const* last) {
+    static std::array<std::array<char, OTHER_COMMAND_SIZE>, ServerCommands::MAX_OTHERS> others;
+    std::array<char const*, Communicator::MAX_BATCH> batch{};
+    std::size_t length = 0;
+    // Taken at once, so that a timer that fires during a send finds it gone.
+    if (sendPermission_.exchange(false)) {
+        if (queue_.mainQueued.exchange(false)) {
+            batch[length++] = queue_.mainCommand.data();
+            incrementCounters(queue_.mainKind);
+        }
+        for (auto& text : others) {
+            if (!queue_.getNextOther(text.data())) break;
+            batch[length++] = text.data();
+            incrementCounters(queue_.handedOut);
+        }
     }
-    static std::array<char, ServerCommands::OTHER_SIZE> str;
-    while (queue.getNextOther(str.data())) {
-        communicator->sendMessage(str.data());
-        incrementCounters(queue.handedOut);
-    }
+    if (last != nullptr) batch[length++] = last;
+    communicator_->sendMessages({batch.data(), length});
 }
 
 void Effectors::sendCommandDirect(char const* message) {
-    communicator->sendMessage(message);
+    communicator_->sendMessage(message);
 }
 
 void Effectors::incrementCounters(Command kind) {
     switch (kind) {
     case Command::move:
-        ++counters.move;
+        ++counters_.move;
         break;
     case Command::kick:
-        ++counters.kick;
+        ++counters_.kick;
         break;
     case Command::dash:
-        ++counters.dash;
+        ++counters_.dash;
         break;
     case Command::turn:
-        ++counters.turn;
+        ++counters_.turn;
         break;
     case Command::goalieCatch:
-        ++counters.goalieCatch;
+        ++counters_.goalieCatch;
         break;
     case Command::turnNeck:
-        ++counters.turnNeck;
+        ++counters_.turnNeck;
         break;
     case Command::changeView:
-        ++counters.changeView;
+        ++counters_.changeView;
         break;
     case Command::say:
-        ++counters.say;
+        ++counters_.say;
         break;
     case Command::none:
     case Command::score:
@@ -194,7 +221,7 @@ void Effectors::incrementCounters(Command kind) {
 }
 
 void Effectors::sigalrmHandler(int /*signal*/) {
-    int const savedErrno = errno; // the interrupted code may be about to look at its own
+    int const savedErrno = errno; // the interrupted code may still have to read it
     eff->sendAllCommands();
     errno = savedErrno;
 }

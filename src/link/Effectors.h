@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cstddef>
 
+#include "link/CommandRecords.h"
 #include "link/ServerCommands.h"
 
 class Communicator;
@@ -15,8 +16,8 @@ class Communicator;
 /// sense_body, is taken by the first and makes the second do nothing. Nothing here allocates.
 ///
 /// Angles are relative to the body (turn_neck: to the neck), in degrees, with the server's sign,
-/// so that they grow clockwise on a picture whose y axis points down. Numbers go out as they come;
-/// the behaviours keep the server's limits.
+/// so that they grow clockwise on a picture whose y axis points down. Numbers go out as they come,
+/// beyond the server's limits too; a command with an argument that is not finite is dropped.
 class Effectors {
 public:
     /// Installs the SIGALRM handler. The three outlive the object.
@@ -25,7 +26,8 @@ public:
     Effectors(Effectors const&) = delete;
     Effectors& operator=(Effectors const&) = delete;
 
-    /// Introduces the player to the server at once, without the queue.
+    /// Introduces the player to the server at once, without the queue. A name too long for the
+    /// datagram is cut.
     void init(char const* teamname, bool goalie);
 
     /// @name Main commands: each replaces the one queued before it in this cycle.
@@ -34,7 +36,7 @@ public:
     void queueKick(float power, float direction);
     void queueDash(float power);
     /// Turns the body by `angle`, as far as one turn at `speed` (before decay, metres per cycle)
-    /// can. A turn too small to be worth a command (moment up to 0.1) or not a number is dropped.
+    /// can. A turn too small to be worth a command (moment up to 0.1) is dropped.
     void queueTurn(float angle, float speed);
     void queueGoalieCatch(float direction);
     /// @}
@@ -48,14 +50,16 @@ public:
     /// @}
 
     /// Allows one sendAllCommands(). Called by the main loop once per sense_body.
-    void grantSend() { sendPermission = true; }
+    void grantSend() { sendPermission_ = true; }
     /// Empties the queue at the start of a decision.
-    void clearQueue() { queue.clear(); }
-    ServerCommands const& commands() const { return queue; }
+    void clearQueue() { queue_.clear(); }
+    ServerCommands const& commands() const { return queue_; }
 
     /// Sends the queue, each command in a datagram of its own, if a send is granted; takes the
     /// grant. Async-signal-safe.
     void sendAllCommands();
+    /// Answers a server that waits for the commands of the cycle: sendAllCommands(), then "(done)".
+    void answerThink();
     /// Sends `message` at once: no queue, no permission, no count.
     void sendCommandDirect(char const* message);
     /// Counts one command of the kind; kinds that are not counted change nothing.
@@ -67,11 +71,13 @@ public:
 private:
     void queueMainCommand(Command kind, float argument1);
     bool queueOtherCommand(Command kind);
+    /// Sends the queue if that is granted, and then `last` if there is one.
+    void send(char const* last);
 
-    std::atomic<bool> sendPermission = false;
-    ServerCommands queue;
-    std::array<char, ServerCommands::OTHER_SIZE> formatBuffer{};
-    Communicator* communicator;
-    ServerCommandHistory& history;
-    ServerCommandCounters& counters;
+    std::atomic<bool> sendPermission_ = false;
+    ServerCommands queue_;
+    std::array<char, OTHER_COMMAND_SIZE> formatBuffer_{};
+    Communicator* communicator_;
+    ServerCommandHistory& history_;
+    ServerCommandCounters& counters_;
 };

@@ -4,8 +4,8 @@
 
 namespace {
 
-template <std::size_t size>
-void copyText(std::array<char, size>& slot, char const* text) {
+template <std::size_t SIZE>
+void copyText(std::array<char, SIZE>& slot, char const* text) {
     std::snprintf(slot.data(), slot.size(), "%s", text);
 }
 
@@ -33,7 +33,7 @@ bool ServerCommands::getNextOther(char* out) {
         out[0] = '\0';
         return false;
     }
-    // Byte by byte: this runs in the signal handler.
+    // Byte by byte: this runs in the signal handler, which may not call every library function.
     char const* from = otherCommands[static_cast<std::size_t>(slot)].data();
     while ((*out++ = *from++) != '\0') {
     }
@@ -54,10 +54,4 @@ void ServerCommands::listContent() const {
     for (int i = 0; i < numberOfOthers; ++i) {
         std::printf("%s\n", otherCommands[static_cast<std::size_t>(i)].data());
     }
-}
-
-void ServerCommandHistory::reset() {
-    mainKind = otherKind = sayKind = Command::none;
-    mainArgument1 = mainArgument2 = otherArgument1 = otherArgument2 = NO_ARGUMENT;
-    sayText[0] = '\0';
 }

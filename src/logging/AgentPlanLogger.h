@@ -7,8 +7,9 @@ class WorldModel;
 /// Writes what an agent is about as drawing records, for a viewer to lay over the match: a circle
 /// where it believes itself to be, a line in its body's direction and a shorter one in its head's.
 ///
-/// Nobody creates one in play. Without the directory "agentplanlog", which is not made, or with a
-/// file that cannot be written, every call does nothing and says nothing.
+/// Created only when a match is to be studied, by `PlanLogs`. Without the directory "agentplanlog",
+/// which is not made, or with a file that cannot be written, every call does nothing and says
+/// nothing.
 class AgentPlanLogger {
 public:
     /// Takes the shirt number from the world model, so not before the server has told it.
@@ -20,7 +21,7 @@ public:
     void writeAgentPlan();
 
 private:
-    WorldModel* worldModel;
-    std::ofstream file;
-    int number;
+    WorldModel* worldModel_;
+    std::ofstream file_;
+    int number_;
 };

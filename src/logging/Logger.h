@@ -24,6 +24,6 @@ public:
     void game_log_write(char const* buf, unsigned int len);
 
 private:
-    [[maybe_unused]] WorldModel* worldModel; ///< what the records are to be made of
-    std::ofstream file;
+    [[maybe_unused]] WorldModel* worldModel_; ///< what the records are to be made of
+    std::ofstream file_;
 };

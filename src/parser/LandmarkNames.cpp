@@ -1,10 +1,8 @@
-#include "parser/LandmarkNames.h"
-
-#include "parser/RCC_Visual.h"
-
 #include <array>
 #include <cstddef>
 #include <cstdint>
+
+#include "parser/Names.h"
 
 namespace rcc {
 
@@ -15,13 +13,13 @@ struct Entry {
     NamedObject object;
 };
 
-constexpr auto LINE = NamedObject::Line;
-constexpr auto FLAG = NamedObject::Flag;
-constexpr auto GOAL = NamedObject::Goal;
-constexpr auto BALL = NamedObject::Ball;
+constexpr auto LINE = NamedObject::Kind::line;
+constexpr auto FLAG = NamedObject::Kind::flag;
+constexpr auto GOAL = NamedObject::Kind::goal;
+constexpr auto BALL = NamedObject::Kind::ball;
 constexpr int CLOSE_BY = RCC_Flag::CLOSE_BY;
 
-// The digits of the codes: 2 top, 3 bottom, 4 left, 5 right, 6 centre, 7 penalty area, 8 goal.
+// RCC_Flag tells what the digits of the codes mean.
 // clang-format off
 constexpr std::array ENTRIES = {
     Entry{"g l",     {GOAL, 48}},   Entry{"g r",     {GOAL, 58}},
@@ -75,42 +73,43 @@ struct Row {
     NamedObject object;
 };
 
-/// A table in which every name has a place of its own, told by multiplying its number: a look, a
-/// comparison, and no search whose turns nobody could foretell.
+/// A perfect hash: one multiply, one load, one compare; no unpredictable branch.
 class NameTable {
 public:
+    /// Searches for a multiplier that gives every name a row of its own.
     constexpr NameTable() {
         while (!fill()) {
-            multiplier += 2;
+            multiplier_ += 2;
         }
     }
 
     constexpr NamedObject find(std::uint64_t key) const {
-        Row const& row = rows[placeOf(key)];
+        Row const& row = rows_[rowOf(key)];
         return row.key == key ? row.object : NamedObject{};
     }
 
 private:
     static constexpr unsigned BITS = 9;
 
-    constexpr std::size_t placeOf(std::uint64_t key) const {
-        return key * multiplier >> (64 - BITS);
+    constexpr std::size_t rowOf(std::uint64_t key) const {
+        return key * multiplier_ >> (64 - BITS);
     }
 
-    /// False when two names meet with this multiplier.
+    /// False when two names fall into one row with this multiplier.
     constexpr bool fill() {
-        rows = {};
+        rows_ = {};
         for (Entry const& entry : ENTRIES) {
             std::uint64_t const key = pack(entry.name);
-            Row& row = rows[placeOf(key)];
+            Row& row = rows_[rowOf(key)];
             if (row.key != 0) return false;
             row = {key, entry.object};
         }
         return true;
     }
 
-    std::uint64_t multiplier = 0x9E3779B97F4A7C15; // any odd number whose bits look thrown
-    std::array<Row, std::size_t{1} << BITS> rows{};
+    std::uint64_t multiplier_ =
+        0x9E3779B97F4A7C15; // any odd number with well-mixed bits to start from
+    std::array<Row, std::size_t{1} << BITS> rows_{};
 };
 
 constexpr NameTable TABLE;

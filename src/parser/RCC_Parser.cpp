@@ -1,261 +1,188 @@
 #include "parser/RCC_Parser.h"
 
-#include "parser/ParseAudio.h"
-#include "parser/ParseBody.h"
-#include "parser/ParseParam.h"
-#include "parser/ParseStatus.h"
-#include "parser/ParseVisual.h"
-
 #include <algorithm>
 #include <array>
-#include <cstddef>
+#include <utility>
+
+#include "parser/Readers.h"
 
 namespace {
 
+using rcc::Scanner;
+
 /// The record of one kind: `draft` is filled while a message is read, `record` is what the handlers
-/// see and stays at its address.
-template <class T>
+/// see.
+template <typename T>
 struct Slot {
-    T draft;
+    RCC_Parser::Handlers<T> const& handlers;
+    T draft{};
     RCC_Pointer<T> record = RCC_Pointer<T>::make();
 
+    void clear() { draft = T{}; }
     void publish() { *record = draft; }
 };
 
-/// A container and the elements it can be filled with.
-template <class T>
-class SeenPool {
-public:
-    SeenPool() {
-        container->reserve(elements.size());
-        std::ranges::generate(elements, [] { return RCC_Pointer<T>::make(); });
-    }
+/// The containers change places instead of being copied. Reading a see clears those of the draft.
+template <>
+struct Slot<RCC_Visual> {
+    RCC_Parser::Handlers<RCC_Visual> const& handlers;
+    RCC_Visual draft = rcc::makeEmptySee();
+    RCC_Pointer<RCC_Visual> record = RCC_Pointer<RCC_Visual>::make(rcc::makeEmptySee());
 
-    void publish(rcc::SeenList<T> const& seen) {
-        container->clear();
-        for (std::size_t i = 0; T const& object : seen.objects()) {
-            *elements[i] = object;
-            container->append(elements[i++]);
-        }
-    }
-
-    RCC_Pointer<RCC_Container<T>> container = RCC_Pointer<RCC_Container<T>>::make();
-
-private:
-    std::array<RCC_Pointer<T>, RCC_Visual::MAX_OBJECTS> elements;
+    void clear() {}
+    void publish() { std::swap(*record, draft); }
 };
 
-struct VisualSlot {
-    rcc::VisualDraft draft;
-    RCC_Pointer<RCC_Visual> record = RCC_Pointer<RCC_Visual>::make();
-
-    VisualSlot() {
-        record->lines = lines.container;
-        record->flags = flags.container;
-        record->goals = goals.container;
-        record->allies = allies.container;
-        record->enemies = enemies.container;
-        record->neuts = neuts.container;
-        record->balls = balls.container;
+/// Reads the rest of a message by `read(scanner, draft)`. When all of it is good, publishes the
+/// record, calls the handlers and returns what is counted, with one more reference.
+template <typename T, typename Read>
+RCC_Object* readInto(Slot<T>& slot, Scanner& scanner, Read const& read) {
+    slot.clear();
+    if (!read(scanner, slot.draft) || !scanner.finish()) return nullptr;
+    slot.publish();
+    for (auto* const handler : slot.handlers) {
+        handler->handle(slot.record);
     }
-
-    void publish() {
-        record->time = draft.time;
-        lines.publish(draft.lines);
-        flags.publish(draft.flags);
-        goals.publish(draft.goals);
-        allies.publish(draft.allies);
-        enemies.publish(draft.enemies);
-        neuts.publish(draft.neuts);
-        balls.publish(draft.balls);
-    }
-
-private:
-    SeenPool<RCC_Line> lines;
-    SeenPool<RCC_Flag> flags;
-    SeenPool<RCC_Flag> goals;
-    SeenPool<RCC_Player> allies;
-    SeenPool<RCC_Player> enemies;
-    SeenPool<RCC_Player> neuts;
-    SeenPool<RCC_Ball> balls;
-};
-
-/// Calls the handlers; the reference added here is the one that parse returns.
-template <class T>
-RCC_Object* deliver(RCC_Pointer<T> const& record, RCC_Parser::Handlers<T> const& handlers) {
-    for (auto* const handler : handlers) {
-        handler->handle(record);
-    }
-    RCC_Memory::retain(record.get());
-    return record.get();
+    RCC_Memory::retain(slot.record.object());
+    return slot.record.object();
 }
 
 } // namespace
 
-/// Reads messages into the records. Each of the private operations reads what follows the first
-/// word of its kind and returns what parse returns.
+/// Reads messages into the records.
 class RCC_Parser::Reader {
 public:
-    explicit Reader(RCC_Parser& owner) : parser(owner) {}
+    explicit Reader(RCC_Parser& owner) : parser_(owner) {}
 
+    /// Returns what RCC_Parser::parse returns.
     RCC_Object* read(std::string_view message);
 
 private:
-    using Operation = RCC_Object* (Reader::*)(RCC_Scanner&);
+    /// Reads what follows the first word of a message and returns what read() returns.
+    using Operation = RCC_Object* (Reader::*)(Scanner&);
 
     struct Kind {
         std::string_view word;
         Operation operation;
     };
 
-    static std::array<Kind, 12> const KINDS;
+    static std::array<Kind, 13> const KINDS;
 
-    /// A kind whose body `parse(scanner, draft)` reads.
-    template <class T, class Parse>
-    RCC_Object* readInto(RCC_Scanner& scanner, Slot<T>& slot, Handlers<T> const& handlers,
-                         Parse parse) {
-        slot.draft = T{};
-        if (!parse(scanner, slot.draft) || !scanner.finish()) return nullptr;
-        slot.publish();
-        return deliver(slot.record, handlers);
+    /// The operation of a kind whose text says all there is to know.
+    template <auto SLOT, auto READ>
+    RCC_Object* plain(Scanner& scanner) {
+        return readInto(this->*SLOT, scanner, READ);
     }
 
-    /// A hear from one kind of speaker, whose words `parse(scanner, draft)` reads.
-    template <class T, class Parse>
-    RCC_Object* readHeard(RCC_Scanner& scanner, int time, Slot<T>& slot,
-                          Handlers<T> const& handlers, Parse parse) {
-        return readInto(scanner, slot, handlers, [&](RCC_Scanner& body, T& draft) {
+    /// A hear from one kind of speaker, whose words `read(scanner, draft)` reads.
+    template <typename T, typename Read>
+    RCC_Object* heard(Slot<T>& slot, int time, Scanner& scanner, Read const& read) {
+        return readInto(slot, scanner, [&](Scanner& words, T& draft) {
             draft.time = time;
-            return parse(body, draft);
+            return read(words, draft);
         });
     }
 
-    RCC_Object* see(RCC_Scanner& scanner) {
-        if (!rcc::parseVisual(scanner, parser.teamName, visual.draft) || !scanner.finish()) {
-            return nullptr;
-        }
-        visual.publish();
-        return deliver(visual.record, parser.visualHandlers);
-    }
+    RCC_Object* see(Scanner& scanner);
+    RCC_Object* hear(Scanner& scanner);
+    RCC_Object* init(Scanner& scanner);
+    RCC_Object* reconnect(Scanner& scanner);
 
-    RCC_Object* hear(RCC_Scanner& scanner);
-    RCC_Object* init(RCC_Scanner& scanner);
-    RCC_Object* reconnect(RCC_Scanner& scanner);
+    RCC_Parser& parser_;
+    int ownSide_ = 0; ///< 1 left, -1 right, 0 until the server has told it
 
-    RCC_Object* senseBodyMessage(RCC_Scanner& scanner) {
-        return readInto(scanner, senseBody, parser.senseBodyHandlers, rcc::parseSenseBody);
-    }
-    RCC_Object* scoreMessage(RCC_Scanner& scanner) {
-        return readInto(scanner, score, parser.scoreHandlers, rcc::parseScore);
-    }
-    RCC_Object* changePlayerType(RCC_Scanner& scanner) {
-        return readInto(scanner, substitution, parser.substitutionHandlers, rcc::parseSubstitution);
-    }
-    RCC_Object* errorMessage(RCC_Scanner& scanner) {
-        return readInto(scanner, error, parser.errorHandlers, rcc::parseError);
-    }
-    RCC_Object* serverParamMessage(RCC_Scanner& scanner) {
-        return readInto(scanner, serverParam, parser.serverParamHandlers, rcc::parseServerParam);
-    }
-    RCC_Object* playerParamMessage(RCC_Scanner& scanner) {
-        return readInto(scanner, playerParam, parser.playerParamHandlers, rcc::parsePlayerParam);
-    }
-    RCC_Object* playerTypeMessage(RCC_Scanner& scanner) {
-        return readInto(scanner, playerType, parser.playerTypeHandlers, rcc::parsePlayerType);
-    }
-    RCC_Object* fullStateMessage(RCC_Scanner& scanner) {
-        return readInto(scanner, fullState, parser.fullStateHandlers, rcc::parseFullState);
-    }
-
-    RCC_Parser& parser;
-    int ownSide = 0; ///< 1 left, -1 right, 0 until the server has told it
-
-    VisualSlot visual;
-    Slot<RCC_SenseBody> senseBody;
-    Slot<RCC_RefAudio> refAudio;
-    Slot<RCC_SelfAudio> selfAudio;
-    Slot<RCC_PlayerAudio> playerAudio;
-    Slot<RCC_CoachAudio> coachAudio;
-    Slot<RCC_Score> score;
-    Slot<RCC_Substitution> substitution;
-    Slot<RCC_Error> error;
-    Slot<RCC_InitMsg> initMsg;
-    Slot<RCC_ServerParam> serverParam;
-    Slot<RCC_PlayerParam> playerParam;
-    Slot<RCC_PlayerType> playerType;
-    Slot<RCC_FullState> fullState;
+    Slot<RCC_Visual> visual_{parser_.visualHandlers};
+    Slot<RCC_SenseBody> senseBody_{parser_.senseBodyHandlers};
+    Slot<RCC_RefAudio> refAudio_{parser_.refAudioHandlers};
+    Slot<RCC_SelfAudio> selfAudio_{parser_.selfAudioHandlers};
+    Slot<RCC_PlayerAudio> playerAudio_{parser_.playerAudioHandlers};
+    Slot<RCC_CoachAudio> coachAudio_{parser_.coachAudioHandlers};
+    Slot<RCC_Score> score_{parser_.scoreHandlers};
+    Slot<RCC_Substitution> substitution_{parser_.substitutionHandlers};
+    Slot<RCC_Error> error_{parser_.errorHandlers};
+    Slot<RCC_InitMsg> initMsg_{parser_.initMsgHandlers};
+    Slot<RCC_ServerParam> serverParam_{parser_.serverParamHandlers};
+    Slot<RCC_PlayerParam> playerParam_{parser_.playerParamHandlers};
+    Slot<RCC_PlayerType> playerType_{parser_.playerTypeHandlers};
+    Slot<RCC_Think> think_{parser_.thinkHandlers};
+    Slot<RCC_FullState> fullState_{parser_.fullStateHandlers};
 };
 
-// The frequent kinds first. What else the server says (ok, warning, think) needs no answer.
+// The frequent kinds first. What else the server says (ok, warning) needs no answer.
 // clang-format off
-std::array<RCC_Parser::Reader::Kind, 12> const RCC_Parser::Reader::KINDS = {{
+std::array<RCC_Parser::Reader::Kind, 13> const RCC_Parser::Reader::KINDS = {{
     {"see",                &Reader::see},
-    {"sense_body",         &Reader::senseBodyMessage},
+    {"sense_body",         &Reader::plain<&Reader::senseBody_, rcc::readSenseBody>},
     {"hear",               &Reader::hear},
-    {"score",              &Reader::scoreMessage},
-    {"change_player_type", &Reader::changePlayerType},
-    {"error",              &Reader::errorMessage},
+    {"think",              &Reader::plain<&Reader::think_, rcc::readThink>},
+    {"score",              &Reader::plain<&Reader::score_, rcc::readScore>},
+    {"change_player_type", &Reader::plain<&Reader::substitution_, rcc::readSubstitution>},
+    {"error",              &Reader::plain<&Reader::error_, rcc::readError>},
     {"init",               &Reader::init},
     {"reconnect",          &Reader::reconnect},
-    {"server_param",       &Reader::serverParamMessage},
-    {"player_param",       &Reader::playerParamMessage},
-    {"player_type",        &Reader::playerTypeMessage},
-    {"fullstate",          &Reader::fullStateMessage},
+    {"server_param",       &Reader::plain<&Reader::serverParam_, rcc::readServerParam>},
+    {"player_param",       &Reader::plain<&Reader::playerParam_, rcc::readPlayerParam>},
+    {"player_type",        &Reader::plain<&Reader::playerType_, rcc::readPlayerType>},
+    {"fullstate",          &Reader::plain<&Reader::fullState_, rcc::readFullState>},
 }};
 // clang-format on
 
 RCC_Object* RCC_Parser::Reader::read(std::string_view message) {
-    RCC_Scanner scanner(message);
+    Scanner scanner(message);
     if (!scanner.open()) return nullptr;
     auto const* const kind = std::ranges::find(KINDS, scanner.word(), &Kind::word);
     return kind == KINDS.end() ? nullptr : (this->*kind->operation)(scanner);
 }
 
-RCC_Object* RCC_Parser::Reader::hear(RCC_Scanner& scanner) {
+RCC_Object* RCC_Parser::Reader::see(Scanner& scanner) {
+    return readInto(visual_, scanner, [this](Scanner& objects, RCC_Visual& draft) {
+        return rcc::readSee(objects, parser_.teamName, draft);
+    });
+}
+
+RCC_Object* RCC_Parser::Reader::hear(Scanner& scanner) {
     int time = 0;
     if (!scanner.cycle(time)) return nullptr;
-    if (scanner.atNumber()) {
-        return readHeard(scanner, time, playerAudio, parser.playerAudioHandlers,
-                         rcc::parsePlayerAudio);
-    }
+    if (scanner.atNumber()) return heard(playerAudio_, time, scanner, rcc::readPlayerAudio);
     std::string_view const speaker = scanner.word();
     if (speaker == "referee") {
-        return readHeard(scanner, time, refAudio, parser.refAudioHandlers,
-                         [this](RCC_Scanner& body, RCC_RefAudio& audio) {
-                             return rcc::parseRefAudio(body, ownSide, audio);
-                         });
+        return heard(refAudio_, time, scanner, [this](Scanner& words, RCC_RefAudio& audio) {
+            return rcc::readRefAudio(words, ownSide_, audio);
+        });
     }
-    if (speaker == "self") {
-        return readHeard(scanner, time, selfAudio, parser.selfAudioHandlers, rcc::parseSelfAudio);
-    }
+    if (speaker == "self") return heard(selfAudio_, time, scanner, rcc::readSelfAudio);
     if (speaker == "coach" || speaker == "online_coach_left" || speaker == "online_coach_right") {
-        return readHeard(scanner, time, coachAudio, parser.coachAudioHandlers,
-                         rcc::parseCoachAudio);
+        return heard(coachAudio_, time, scanner, rcc::readCoachAudio);
     }
     return nullptr;
 }
 
-RCC_Object* RCC_Parser::Reader::init(RCC_Scanner& scanner) {
-    initMsg.draft = {};
-    if (!rcc::parseInit(scanner, initMsg.draft) || !scanner.finish()) return nullptr;
-    ownSide = initMsg.draft.side;
-    initMsg.publish();
-    return deliver(initMsg.record, parser.initMsgHandlers);
+RCC_Object* RCC_Parser::Reader::init(Scanner& scanner) {
+    RCC_Object* const record = readInto(initMsg_, scanner, rcc::readInit);
+    if (record != nullptr) ownSide_ = initMsg_.draft.side;
+    return record;
 }
 
-RCC_Object* RCC_Parser::Reader::reconnect(RCC_Scanner& scanner) {
+RCC_Object* RCC_Parser::Reader::reconnect(Scanner& scanner) {
     int side = 0;
-    if (rcc::parseReconnect(scanner, side) && scanner.finish()) ownSide = side;
+    if (rcc::readReconnect(scanner, side) && scanner.finish()) ownSide_ = side;
     return nullptr;
 }
 
 // A reference is what the callers of this constructor are written for.
 // NOLINTNEXTLINE(modernize-pass-by-value)
 RCC_Parser::RCC_Parser(mode_t const&, std::string const& team, int const&)
-    : teamName(team), reader(std::make_unique<Reader>(*this)) {}
+    : teamName(team), reader_(std::make_unique<Reader>(*this)) {}
 
 RCC_Parser::~RCC_Parser() = default;
 
 RCC_Object* RCC_Parser::parse(RCC_String const& message) {
-    return message.oversized() ? nullptr : reader->read(message.view());
+    return message.oversized() ? nullptr : reader_->read(message.view());
+}
+
+// The storage beyond the text is never read, so it is not worth clearing for each message.
+// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init)
+RCC_String::RCC_String(std::string_view text)
+    : oversized_(text.size() > CAPACITY), length_(oversized_ ? 0 : text.size()) {
+    std::copy_n(text.data(), length_, storage_.begin());
 }

@@ -1,16 +1,45 @@
 #pragma once
 
-#include "parser/RCC_Audio.h"
-#include "parser/RCC_Handler.h"
-#include "parser/RCC_Param.h"
-#include "parser/RCC_SenseBody.h"
-#include "parser/RCC_Status.h"
-#include "parser/RCC_String.h"
-#include "parser/RCC_Visual.h"
-
+#include <array>
+#include <cstddef>
 #include <list>
 #include <memory>
 #include <string>
+#include <string_view>
+
+#include "parser/RCC_Parameters.h"
+#include "parser/RCC_Records.h"
+
+/// The text of one message, copied into storage of its own. A text of more than CAPACITY bytes is
+/// not kept: it is remembered as oversized, its view is empty, and the parser drops it.
+class RCC_String : public RCC_Object {
+public:
+    static constexpr std::size_t CAPACITY = 4096;
+
+    explicit RCC_String(std::string_view text);
+
+    std::string_view view() const { return {storage_.data(), length_}; }
+    bool oversized() const { return oversized_; }
+
+private:
+    bool oversized_;
+    std::size_t length_;
+    std::array<char, CAPACITY> storage_; // left unset beyond the length
+};
+
+/// Receives the records of one kind, as RCC_Handler<RCC_Pointer<RCC_Visual>>. Called inside
+/// RCC_Parser::parse on its thread; what the handle refers to is good until the next message of the
+/// same kind, so a handler copies what it wants to keep.
+template <typename T>
+class RCC_Handler {
+public:
+    RCC_Handler() = default;
+    RCC_Handler(RCC_Handler const&) = default;
+    RCC_Handler& operator=(RCC_Handler const&) = default;
+    virtual ~RCC_Handler() = default;
+
+    virtual void handle(T const& record) = 0;
+};
 
 /// Turns the server's messages into records and hands them to the registered handlers.
 ///
@@ -23,7 +52,7 @@ class RCC_Parser {
 public:
     using mode_t = int;
 
-    template <class T>
+    template <typename T>
     using Handlers = std::list<RCC_Handler<RCC_Pointer<T>>*>;
 
     /// There is one mode, 0; the number is for the caller's use and has no effect.
@@ -50,6 +79,7 @@ public:
     Handlers<RCC_Substitution> substitutionHandlers;
     Handlers<RCC_Error> errorHandlers;
     Handlers<RCC_InitMsg> initMsgHandlers;
+    Handlers<RCC_Think> thinkHandlers;
     Handlers<RCC_ServerParam> serverParamHandlers;
     Handlers<RCC_PlayerParam> playerParamHandlers;
     Handlers<RCC_PlayerType> playerTypeHandlers;
@@ -57,5 +87,5 @@ public:
 
 private:
     class Reader;
-    std::unique_ptr<Reader> reader;
+    std::unique_ptr<Reader> reader_;
 };

@@ -4,6 +4,8 @@
 
 #include "link/Communicator.h"
 #include "link/Effectors.h"
+#include "runtime/PlanLogs.h"
+#include "runtime/SenseThread.h"
 #include "sensing/Sensors.h"
 #include "skills/SkillPool.h"
 #include "skills/Utils.h"
@@ -27,25 +29,39 @@ Agent::Agent(char const* host, int port, char const* teamname, bool goalie) {
 
 void Agent::run() {
     constexpr int FIRST_MESSAGES_MSEC = 100;
-    bool const goalie = worldModel->isGoalie();
-
     poll(nullptr, 0, FIRST_MESSAGES_MSEC);
     worldModel->integrateSensorInfo();
     SkillPool::initializePositioning();
 
     while (serverAlive) {
-        if (worldModel->integrateSensorInfo()) {
-            startCycle();
-            if (goalie) {
-                SkillPool::goalieGeneralBehaviour();
-            } else {
-                SkillPool::fieldPlayerGeneralBehaviour();
-            }
-            // With the see of the cycle there is nothing more to wait for. Else the timer sends.
-            if (worldModel->seeIsNewerThanSenseBody()) effectors->sendAllCommands();
-        }
+        bool const isSynchronous = SenseThread::hasHandedOver();
+        integrateAndDecide();
+        if (isSynchronous) return runSynchronously();
         if (!worldModel->waitForNewInfo()) serverAlive = false;
     }
+}
+
+void Agent::integrateAndDecide() {
+    if (!worldModel->integrateSensorInfo()) return;
+    startCycle();
+    if (worldModel->isGoalie()) {
+        SkillPool::goalieGeneralBehaviour();
+    } else {
+        SkillPool::fieldPlayerGeneralBehaviour();
+    }
+    static PlanLogs planLogs;
+    planLogs.write(*worldModel, SkillPool::takenCase());
+    // With the see of the cycle there is nothing more to wait for. Else the timer sends, or a
+    // server that waits asks for it.
+    if (worldModel->seeIsNewerThanSenseBody()) effectors->sendAllCommands();
+}
+
+void Agent::runSynchronously() {
+    do {
+        integrateAndDecide();
+        if (Sensors::newThink.exchange(false)) effectors->answerThink();
+    } while (SenseThread::receiveForMain());
+    serverAlive = false;
 }
 
 void Agent::startCycle() {

@@ -30,5 +30,9 @@ public:
     static void test();
 
 private:
+    /// Takes over what is new, and if a cycle has brought something decides upon it.
+    static void integrateAndDecide();
     static void startCycle();
+    /// The loop of run() on a server in synchronous mode.
+    static void runSynchronously();
 };

@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <limits>
+#include <unistd.h>
 
 #include "config/ConfigFile.h"
+#include "geometry/Numbers.h"
+#include "link/Communicator.h"
 #include "sensing/Sensors.h"
 #include "skills/Utils.h"
 #include "worldmodel/WorldModel.h"
@@ -41,14 +44,41 @@ void* SenseThread::senseCallback(void* worldModel) {
     itv = {};
     for (;;) {
         Sensors::sense();
-        // The flags stay up until the main thread integrates. A message that comes before it does
-        // so, of whatever kind, arms and stamps once more; main is woken within milliseconds.
-        if (Sensors::newSenseBody) {
-            setTimeSignal();
-            wm->setTimeLastSB();
-        }
-        if (Sensors::newVisual) wm->setTimeLastSee();
+        stampArrivals();
+        if (Sensors::newThink) handOver();
     }
+}
+
+void SenseThread::handOver() {
+    constexpr int SILENCE_MSEC = 2500;
+    itv = {};
+    setitimer(ITIMER_REAL, &itv, nullptr);
+    Communicator::limitSilence(SILENCE_MSEC);
+    wm->countMessages();
+    wm->noteThink();
+    handedOver = true;
+    wm->signalNewInfo();
+    for (;;) {
+        pause();
+    }
+}
+
+bool SenseThread::receiveForMain() {
+    if (!Sensors::senseUnlessSilent()) return false;
+    stampArrivals();
+    if (Sensors::newThink) wm->noteThink();
+    return true;
+}
+
+void SenseThread::stampArrivals() {
+    // What main has not taken yet is among it, so any message that comes before it does arms and
+    // stamps once more; main is woken within milliseconds.
+    unsigned const waiting = Sensors::arrivals.claim();
+    if ((waiting & Arrivals::SENSE_BODY) != 0) {
+        if (!handedOver) setTimeSignal();
+        wm->setTimeLastSB();
+    }
+    if ((waiting & Arrivals::SEE) != 0) wm->setTimeLastSee();
 }
 
 int SenseThread::calculateSeeInterval(ViewQuality quality, ViewMode mode) {
@@ -80,7 +110,7 @@ void SenseThread::setTimeSignal() {
     timeval const timeLastSb = wm->timeLastSB(); // of the sense_body before
     timeval const timeNextSee =
         Utils::timerAddMsec(&timeLastSee, calculateSeeInterval(quality, mode));
-    // Any number before the first see, when the difference is that between now and 1970.
+    // Meaningless until the first see is stamped: the difference then counts from 1970.
     long const tillNextSee = long{Utils::timerDiffMsec(&timeNextSee, &timeLastSb)} - CYCLE_MSEC;
 
     itv.it_value.tv_usec = sendDelay(chooseFraction(tillNextSee));

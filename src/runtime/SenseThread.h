@@ -1,20 +1,29 @@
 #pragma once
 
+#include <atomic>
 #include <sys/time.h>
 
-#include "link/ServerCommands.h"
+#include "link/Command.h"
 
 class WorldModel;
 
 /// The thread that receives: takes one message after the other, stamps the arrival of each
 /// sense_body and see in the world model, and arms the timer that sends the cycle's commands.
 ///
-/// Started by main() once the agent is built; runs until the process ends. All state is class-level
-/// and its own.
+/// Started by main() once the agent is built; lasts until the process ends. All state is
+/// class-level and its own, until it is handed over.
 class SenseThread {
 public:
     /// The start routine; `worldModel` is a WorldModel. Never returns.
     static void* senseCallback(void* worldModel);
+
+    /// Whether the server has shown itself to be synchronous. From then on the thread rests and
+    /// main receives for itself: one message after the other, each integrated and decided upon
+    /// before the next, without a timer, so that the same messages give the same commands.
+    static bool hasHandedOver() { return handedOver; }
+    /// Main, after the handing over: receives and stamps one message; false when the server has
+    /// been silent for too long.
+    static bool receiveForMain();
 
     /// Arms the one-shot timer for the cycle of the sense_body that has just come: late when a see
     /// is still to come, so that it can be acted upon, early when none is. Must run before the
@@ -30,6 +39,10 @@ public:
     static float chooseFraction(long tillNextSee);
 
 private:
+    static void stampArrivals();
+    [[noreturn]] static void handOver();
+
+    inline static std::atomic<bool> handedOver = false;
     inline static WorldModel* wm = nullptr;
     inline static itimerval itv{};
 };

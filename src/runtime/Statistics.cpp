@@ -15,7 +15,7 @@ class Report {
 public:
     Report& operator<<(std::string_view text) {
         for (char const c : text) {
-            if (length < buffer.size()) buffer[length++] = c;
+            if (length_ < buffer_.size()) buffer_[length_++] = c;
         }
         return *this;
     }
@@ -29,16 +29,16 @@ public:
 
     void write() const {
         std::size_t written = 0;
-        while (written < length) {
-            ssize_t const n = ::write(STDOUT_FILENO, buffer.data() + written, length - written);
+        while (written < length_) {
+            ssize_t const n = ::write(STDOUT_FILENO, buffer_.data() + written, length_ - written);
             if (n <= 0) return;
             written += static_cast<std::size_t>(n);
         }
     }
 
 private:
-    std::array<char, 2048> buffer{};
-    std::size_t length = 0;
+    std::array<char, 2048> buffer_{};
+    std::size_t length_ = 0;
 };
 
 struct Row {

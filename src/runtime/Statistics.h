@@ -7,7 +7,7 @@ void printStatistics();
 /// Handles SIGINT: prints the statistics and ends the process with status 0.
 void sigintHandler(int signal);
 
-/// Prints the usage line. Not called: a bad command line ends the program without a word.
+/// Prints the usage line. Not called: a bad command line ends the program in silence.
 void showHelp();
 
 /// The end for a server that has died: says so, prints the statistics, ends the process with status

@@ -16,7 +16,7 @@ namespace {
 
 constexpr int FAILURE_STATUS = -1;
 
-/// Whether the command line can be understood: a bad one ends the program without a word.
+/// Whether the command line can be understood: a bad one ends the program in silence.
 bool isValid(int argc, char* const argv[]) {
     return argc <= 3 || (argc == 4 && std::string_view(argv[3]) == "-goalie");
 }

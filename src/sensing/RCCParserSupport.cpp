@@ -5,14 +5,14 @@
 namespace {
 
 /// Where the newest record of one kind is kept.
-template <class Record>
+template <typename Record, typename Flag = std::atomic<bool>>
 struct Slot {
     Record*& buffer;
-    std::atomic<bool>& isNew;
+    Flag& isNew;
 };
 
 // clang-format off
-Slot<RCC_SenseBody>    slotOf(RCC_SenseBody const&)    { return {Sensors::senseBody,    Sensors::newSenseBody}; }
+Slot<RCC_SenseBody, ArrivalFlag> slotOf(RCC_SenseBody const&) { return {Sensors::senseBody,    Sensors::newSenseBody}; }
 Slot<RCC_RefAudio>     slotOf(RCC_RefAudio const&)     { return {Sensors::refAudio,     Sensors::newRefAudio}; }
 Slot<RCC_SelfAudio>    slotOf(RCC_SelfAudio const&)    { return {Sensors::selfAudio,    Sensors::newSelfAudio}; }
 Slot<RCC_PlayerAudio>  slotOf(RCC_PlayerAudio const&)  { return {Sensors::playerAudio,  Sensors::newPlayerAudio}; }
@@ -21,13 +21,14 @@ Slot<RCC_Score>        slotOf(RCC_Score const&)        { return {Sensors::score,
 Slot<RCC_Substitution> slotOf(RCC_Substitution const&) { return {Sensors::substitution, Sensors::newSubstitution}; }
 Slot<RCC_Error>        slotOf(RCC_Error const&)        { return {Sensors::error,        Sensors::newError}; }
 Slot<RCC_InitMsg>      slotOf(RCC_InitMsg const&)      { return {Sensors::initMsg,      Sensors::newInitMsg}; }
+Slot<RCC_Think>        slotOf(RCC_Think const&)        { return {Sensors::think,        Sensors::newThink}; }
 Slot<RCC_ServerParam>  slotOf(RCC_ServerParam const&)  { return {Sensors::serverParam,  Sensors::newServerParam}; }
 Slot<RCC_PlayerParam>  slotOf(RCC_PlayerParam const&)  { return {Sensors::playerParam,  Sensors::newPlayerParam}; }
 Slot<RCC_PlayerType>   slotOf(RCC_PlayerType const&)   { return {Sensors::playerType,   Sensors::newPlayerType}; }
 // clang-format on
 
 /// Replaces `seen` by copies of what the container holds.
-template <class T>
+template <typename T>
 void copyAll(RCC_Pointer<RCC_Container<T>> const& container, std::vector<T>& seen,
              char const* boundsMessage) {
     seen.clear();
@@ -68,7 +69,7 @@ void VisualHandler::handle(RCC_Pointer<RCC_Visual> const& p) {
     Sensors::newVisual = true;
 }
 
-template <class Record>
+template <typename Record>
 void RecordHandler<Record>::handle(RCC_Pointer<Record> const& p) {
     Record const& record = *p;
     auto [buffer, isNew] = slotOf(record);
@@ -89,6 +90,7 @@ template class RecordHandler<RCC_Score>;
 template class RecordHandler<RCC_Substitution>;
 template class RecordHandler<RCC_Error>;
 template class RecordHandler<RCC_InitMsg>;
+template class RecordHandler<RCC_Think>;
 template class RecordHandler<RCC_ServerParam>;
 template class RecordHandler<RCC_PlayerParam>;
 template class RecordHandler<RCC_PlayerType>;

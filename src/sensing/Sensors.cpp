@@ -20,6 +20,7 @@ ScoreHandler Sensors::sch;
 SubstitutionHandler Sensors::suh;
 ErrorHandler Sensors::erh;
 InitMsgHandler Sensors::imh;
+ThinkHandler Sensors::thh;
 ServerParamHandler Sensors::sph;
 PlayerParamHandler Sensors::pph;
 PlayerTypeHandler Sensors::pth;
@@ -37,6 +38,7 @@ Sensors::Sensors(Communicator* link, char const* teamname) {
     parser.substitutionHandlers.push_back(&suh);
     parser.errorHandlers.push_back(&erh);
     parser.initMsgHandlers.push_back(&imh);
+    parser.thinkHandlers.push_back(&thh);
     parser.serverParamHandlers.push_back(&sph);
     parser.playerParamHandlers.push_back(&pph);
     parser.playerTypeHandlers.push_back(&pth);
@@ -44,6 +46,16 @@ Sensors::Sensors(Communicator* link, char const* teamname) {
 
 void Sensors::sense() {
     comm->getNextMessage(message.data());
+    parseMessage();
+}
+
+bool Sensors::senseUnlessSilent() {
+    if (!comm->getMessageUnlessSilent(message.data())) return false;
+    parseMessage();
+    return true;
+}
+
+void Sensors::parseMessage() {
     static_cast<void>(readings.load(std::memory_order_acquire)); // see doneReading()
     RCC_String const text(message.data()); // ends at the first NUL, whatever the datagram holds
     RCC_Memory::remove(parser.parse(text));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "geometry/Geometry.h"
+#include "geometry/Vector2D.h"
 #include "worldmodel/Formation.h"
 
 class Ball;
@@ -9,7 +9,7 @@ class Myself;
 class Player;
 class WorldModel;
 
-/// What getBall() is wanted for. No rule looks at it yet; the number is the caller's word.
+/// What getBall() is wanted for. No rule looks at it yet.
 enum Mode { WALK_TO_BALL = 0, DRIBBLE_BALL = 1, RUN_TO_BALL = 2 };
 
 /// All that the agent can do, from one step towards the ball to the decision of a whole cycle.
@@ -25,8 +25,22 @@ enum Mode { WALK_TO_BALL = 0, DRIBBLE_BALL = 1, RUN_TO_BALL = 2 };
 /// and Goalie (the decisions of a cycle), Report (say messages and the timing of the sees).
 class SkillPool {
 public:
-    /// Takes over the agent's world model and effectors.
+    /// Takes over the agent's world model and effectors. They are handed in, since reaching for
+    /// `Agent` would make this folder include the one above it.
     static void initialize(WorldModel* model, Effectors* commands);
+
+    /// The case of the behaviour that the last decision took, as one word; of several steps the
+    /// last. For study: nothing in play reads it.
+    static char const* takenCase() { return theCase; }
+    /// Notes the case at the place where it is chosen. `name` lives as long as the program.
+    static void take(char const* name) { theCase = name; }
+
+    static constexpr float FULL_POWER = 100.0F; ///< of a dash or kick, as the server counts it
+    /// A goalkeeper holds a ball that is this near, metres.
+    static constexpr float AT_HAND = 2.0F;
+    // How fast a pass arrives in set pieces, metres per cycle.
+    static constexpr float SET_PIECE_END_SPEED = 1.2F;
+    static constexpr float LONG_PASS_END_SPEED = 1.5F;
 
     /// @name Basic skills (SkillPool_Basic.cpp)
     /// @{
@@ -41,7 +55,7 @@ public:
     /// The facing skills return false for an invalid point only.
     static bool faceOnlyBodyToPoint(Vector2D point);
     static bool faceOnlyNeckToPoint(Vector2D point);
-    static void faceNeckToPoint(Vector2D point); ///< does nothing yet
+    static void faceNeckToPoint(Vector2D /*point*/) {} ///< does nothing yet
     static bool faceNeckAndBodyToPoint(Vector2D point);
     static bool faceOnlyBodyToBall();
     static bool faceOnlyNeckToBall();
@@ -128,6 +142,8 @@ public:
     /// @}
 
 private:
+    /// How much of a kick's power reaches the ball where it lies now.
+    static float kickRateOfBall();
     static bool atInitialPosition();
     /// True when the agent is there; otherwise asks the server to put it there.
     static bool takeInitialPosition();
@@ -135,6 +151,7 @@ private:
     /// Before the kick-off: whether the cycle goes to the timing of the sees.
     static bool profileSeeTiming();
 
+    inline static char const* theCase = "none";
     inline static WorldModel* worldModel = nullptr;
     inline static Effectors* effectors = nullptr;
     inline static Myself* myself = nullptr;

@@ -25,6 +25,9 @@ constexpr float NECK_RANGE = 240.0F;
 bool SkillPool::getBall(float power, bool forCatch, Mode /*mode*/) {
     constexpr float FOR_KICK_TOLERANCE = 0.8F;
     constexpr float FOR_CATCH_TOLERANCE = 1.8F;
+    // Degrees, for an interception at close range behind the body; no rule uses them yet.
+    [[maybe_unused]] constexpr int CLOSE_INT_FROM = 85;
+    [[maybe_unused]] constexpr int CLOSE_INT_TO = 275;
     float const tolerance = forCatch ? FOR_CATCH_TOLERANCE : FOR_KICK_TOLERANCE;
 
     if (ball->position.isInvalid()) return false;
@@ -48,7 +51,7 @@ bool SkillPool::interceptClose() {
     Vector2D const nextMe = myself->predictedPosition(1, 0.0F, 0.0F);
     float const power =
         calcPowerForDash(nextBall - nextMe, myself->bodyDirection, myself->bodyInfo.effort);
-    // Asked this way round, so that a power that is not a number is out of range too.
+    // Negated as a whole: NaN fails every comparison and so counts as out of range.
     if (!(power >= Configuration::minPower && power <= Configuration::maxPower)) return false;
     effectors->queueDash(power);
     return true;
@@ -104,8 +107,6 @@ bool SkillPool::faceOnlyNeckToPoint(Vector2D point) {
     return true;
 }
 
-void SkillPool::faceNeckToPoint(Vector2D /*point*/) {}
-
 bool SkillPool::faceNeckAndBodyToPoint(Vector2D point) {
     bool const body = faceOnlyBodyToPoint(point);
     bool const neck = faceOnlyNeckToPoint(point);
@@ -129,9 +130,10 @@ bool SkillPool::faceNeckAndBodyToBall() {
 }
 
 void SkillPool::scanFieldWithNeck() {
+    constexpr float STEP = SCAN_STEP;
     float const end = normalizeTo360Deg(myself->bodyDirection - Configuration::maxNeckAngle);
-    bool const roomForAStep = getAbsAngleDifference(myself->headDirection, end) >= SCAN_STEP;
-    effectors->queueTurnNeck(roomForAStep ? SCAN_STEP : Configuration::minNeckMoment);
+    bool const roomForAStep = getAbsAngleDifference(myself->headDirection, end) >= STEP;
+    effectors->queueTurnNeck(roomForAStep ? STEP : Configuration::minNeckMoment);
 }
 
 void SkillPool::scanFieldWithBody() {
@@ -139,9 +141,9 @@ void SkillPool::scanFieldWithBody() {
 }
 
 bool SkillPool::catchBall() {
-    bool const catchable = worldModel->isCatchable();
-    if (catchable) {
-        effectors->queueGoalieCatch(convertAngleTo180(Utils::calcAngleToBallRel2Body()));
-    }
-    return catchable;
+    if (!worldModel->isCatchable()) return false;
+    float const direction = convertAngleTo180(Utils::calcAngleToBallRel2Body());
+    // A ball exactly at the agent's own place has no direction, and any direction reaches it.
+    effectors->queueGoalieCatch(std::isfinite(direction) ? direction : 0.0F);
+    return true;
 }

@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "config/ConfigFile.h"
+#include "geometry/Numbers.h"
 #include "worldmodel/Situation.h"
 #include "worldmodel/WorldModel.h"
 
@@ -15,16 +16,12 @@ namespace {
 int kickInMinDelay = 0;
 int kickInScanDelay = 0;
 
-constexpr Vector2D PEN_SHOOT_POINT(40.0F, 0.0F, CARTESIAN);
+constexpr Vector2D penShootPoint(40.0F, 0.0F, CARTESIAN);
+constexpr Vector2D opponent_goal_mid = Field::OPP_GOAL_CENTER;
 
 float walkPower() {
     static int const power = truncateToInt(ConfigFile::walkPower);
     return static_cast<float>(power);
-}
-
-Vector2D opponentGoalMid() {
-    static Vector2D const mid = Field::landmark(Field::OPP_GOAL_MID);
-    return mid;
 }
 
 /// One more cycle of a set piece of ours, with a pass that arrives at `endSpeed`.
@@ -36,59 +33,74 @@ bool prepareSetPiece(float endSpeed) {
 
 /// The field player whose home is nearest takes the set piece, the others take up their places.
 /// What to do when nobody can be passed to is the fallback.
-template <class Fallback>
+template <typename Fallback>
 void setPiece(WorldModel const& world, float endSpeed, Fallback fallback) {
     if (!world.isMyHomePosClosestToPos(world.ball().position)) {
+        SkillPool::take("keep_place");
         SkillPool::doPositioning();
         return;
     }
+    SkillPool::take("walk_to_ball");
     if (!SkillPool::getBall(walkPower(), false, WALK_TO_BALL)) return;
-    if (!SkillPool::faceOnlyBodyToPoint(opponentGoalMid())) return;
+    if (!SkillPool::faceOnlyBodyToPoint(opponent_goal_mid)) return;
+    SkillPool::take("look_for_receiver");
     if (!prepareSetPiece(endSpeed)) fallback();
 }
 
 void clearTheBall() {
+    SkillPool::take("clear");
     SkillPool::kickAway(false);
 }
+
 void shoot() {
+    SkillPool::take("shoot");
     SkillPool::scoreGoal();
 }
 
 void kickOff(WorldModel const& world) {
     static Vector2D const opponent_rc = Field::landmark(Field::OPP_RIGHT_CORNER);
     static Vector2D const opponent_lc = Field::landmark(Field::OPP_LEFT_CORNER);
+    SkillPool::take("kick_off");
     if (world.ball().position.isInvalid()) {
         SkillPool::scanFieldWithBody();
     } else if (world.beingClosestTeamMateToBall() &&
                SkillPool::getBall(walkPower(), false, WALK_TO_BALL)) {
-        SkillPool::kickToPoint(random() % 2 == 0 ? opponent_rc : opponent_lc, 100.0F, false);
+        SkillPool::kickToPoint(random() % 2 == 0 ? opponent_rc : opponent_lc, SkillPool::FULL_POWER,
+                               false);
     }
 }
 
 bool ourGoalieHasTheBall(WorldModel const& world) {
-    constexpr float AT_HAND = 2.0F;
     Vector2D const ball = world.ball().position;
     Player const* const goalie = world.situation().myTeam.getGoalie();
-    return goalie != nullptr && goalie->position.getDistanceTo(ball) < AT_HAND &&
+    return goalie != nullptr && goalie->position.getDistanceTo(ball) < SkillPool::AT_HAND &&
            Field::OWN_PENALTY_AREA.isInside(ball);
 }
 
 void ourCornerKick(WorldModel const& world) {
     if (!world.isMyHomePosClosestToPos(world.ball().position)) {
+        SkillPool::take("corner_place");
         if (SkillPool::goToPositionOurCKick()) SkillPool::faceNeckAndBodyToBall();
         return;
     }
+    SkillPool::take("walk_to_ball");
     if (!SkillPool::getBall(walkPower(), false, WALK_TO_BALL)) return;
-    if (!SkillPool::faceOnlyBodyToPoint(PEN_SHOOT_POINT)) return;
-    if (!prepareSetPiece(1.5F)) SkillPool::kickToPoint(PEN_SHOOT_POINT, 100.0F, false);
+    if (!SkillPool::faceOnlyBodyToPoint(penShootPoint)) return;
+    SkillPool::take("take_corner");
+    if (!prepareSetPiece(SkillPool::LONG_PASS_END_SPEED)) {
+        SkillPool::kickToPoint(penShootPoint, SkillPool::FULL_POWER, false);
+    }
 }
 
 } // namespace
 
 void SkillPool::fieldPlayerGeneralBehaviour() {
+    take("none");
     switch (worldModel->situation().playMode) {
     case PM_BEFORE_KICK_OFF:
+        take("settle_sees");
         if (profileSeeTiming()) return; // the whole cycle, without a report
+        take("initial_place");
         if (!takeInitialPosition()) break;
         if (ball->position.isInvalid()) {
             scanFieldWithBody();
@@ -105,29 +117,34 @@ void SkillPool::fieldPlayerGeneralBehaviour() {
         kickOff(*worldModel);
         break;
     case PM_THEIR_KICK_OFF:
+        take("initial_place");
         if (takeInitialPosition()) faceNeckAndBodyToBall();
         break;
     case PM_OUR_KICK_IN:
-        setPiece(*worldModel, 1.2F, clearTheBall);
+        setPiece(*worldModel, SET_PIECE_END_SPEED, clearTheBall);
         break;
     case PM_OUR_FREE_KICK:
-        if (!ourGoalieHasTheBall(*worldModel)) setPiece(*worldModel, 1.2F, clearTheBall);
+        if (!ourGoalieHasTheBall(*worldModel)) {
+            setPiece(*worldModel, SET_PIECE_END_SPEED, clearTheBall);
+        }
         break;
     case PM_OUR_CORNER_KICK:
         ourCornerKick(*worldModel);
         break;
     case PM_THEIR_CORNER_KICK:
+        take("corner_place");
         if (goToPositionTheirCKick()) faceNeckAndBodyToBall();
         break;
     case PM_OUR_GOAL_KICK:
-        setPiece(*worldModel, 1.5F, clearTheBall);
+        setPiece(*worldModel, LONG_PASS_END_SPEED, clearTheBall);
         break;
     case PM_OUR_GOAL:
     case PM_THEIR_GOAL:
-        if (takeInitialPosition()) faceNeckAndBodyToPoint(opponentGoalMid());
+        take("initial_place");
+        if (takeInitialPosition()) faceNeckAndBodyToPoint(opponent_goal_mid);
         break;
     case PM_OUR_PENALTY_KICK:
-        setPiece(*worldModel, 1.2F, shoot);
+        setPiece(*worldModel, SET_PIECE_END_SPEED, shoot);
         break;
     case PM_THEIR_KICK_IN:
     case PM_THEIR_FREE_KICK:
@@ -137,10 +154,12 @@ void SkillPool::fieldPlayerGeneralBehaviour() {
     case PM_THEIR_PENALTY_KICK:
     case PM_OUR_BACK_PASS:
     case PM_THEIR_BACK_PASS:
+        take("keep_place");
         doPositioning();
         break;
     case PM_OUR_GOAL_SCORED:
     case PM_THEIR_GOAL_SCORED:
+        take("initial_place");
         takeInitialPosition();
         break;
     default:
@@ -151,7 +170,7 @@ void SkillPool::fieldPlayerGeneralBehaviour() {
 
 namespace {
 
-constexpr Vector2D DRIBBLE_POINT(40.0F, 0.0F, CARTESIAN);
+constexpr Vector2D dribblePoint = penShootPoint;
 constexpr int UNUM_MIDDLEATTACKER = 10;
 
 float dribbleAreaX() {
@@ -161,9 +180,10 @@ float dribbleAreaX() {
 
 /// Plays the ball to where the middle attacker is about to run.
 void passAheadOfMiddleAttacker(WorldModel const& world) {
-    constexpr float FRACTION = 0.85F;
+    constexpr float FRACTION = 0.85F; // of the way to where it dribbles
+    constexpr float END_SPEED = 1.0F; // metres per cycle
     Vector2D const attacker = world.calcSBSPPosition(UNUM_MIDDLEATTACKER);
-    SkillPool::passBallToPos(attacker + FRACTION * (DRIBBLE_POINT - attacker), 1.0F);
+    SkillPool::passBallToPos(attacker + FRACTION * (dribblePoint - attacker), END_SPEED);
 }
 
 /// Shoot, pass, dribble or play forward, the first that applies. False when nothing did and the
@@ -174,18 +194,23 @@ bool playKickableBall(WorldModel const& world) {
     float const x = world.ball().position.x;
 
     if (world.beingAtGoodPointToScore()) {
+        SkillPool::take("shoot");
         SkillPool::scoreGoal();
         return true;
     }
+    SkillPool::take("pass");
     if (SkillPool::passIfHaveACandidate(true, passEndSpeed)) return true;
     if (!world.beingFrontalAttacked() && x > dribbleAreaX()) {
-        SkillPool::simpleDribbleToPoint(DRIBBLE_POINT, 100);
+        SkillPool::take("dribble");
+        SkillPool::simpleDribbleToPoint(dribblePoint, 100);
         return true;
     }
     if (world.myself().unum != UNUM_MIDDLEATTACKER && passAreaX <= x && x <= dribbleAreaX()) {
+        SkillPool::take("pass_ahead");
         passAheadOfMiddleAttacker(world);
         return true;
     }
+    SkillPool::take("kick_forward");
     SkillPool::scoreGoal();
     return false;
 }
@@ -194,17 +219,22 @@ bool playKickableBall(WorldModel const& world) {
 
 void SkillPool::playOnBehavior() {
     if (ball->position.isInvalid()) {
+        take("look_for_ball");
         scanFieldWithBody();
         return;
     }
     if (worldModel->isInKickableArea()) {
         if (playKickableBall(*worldModel)) return;
     } else if (!worldModel->beingClosestTeamMateToBall()) {
+        take("keep_place");
         doPositioning();
         return;
-    } else if (getBall(100.0F, false, RUN_TO_BALL)) {
-        faceNeckAndBodyToBall();
-        return;
+    } else {
+        take("get_ball");
+        if (getBall(FULL_POWER, false, RUN_TO_BALL)) {
+            faceNeckAndBodyToBall();
+            return;
+        }
     }
     faceOnlyNeckToBall();
 }
@@ -213,6 +243,6 @@ bool SkillPool::performKickIn(bool wellPositioned, int minDelay, int scanDelay, 
     scanFieldWithNeck();
     if (kickInMinDelay++ < minDelay) return true;
     if (kickInScanDelay++ >= scanDelay) return false;
-    // False right after a pass too: the caller's fallback then replaces the pass. Kept so.
+    // Intentional: false right after a pass too, so that the caller's fallback replaces the pass.
     return !passIfHaveACandidate(wellPositioned, endSpeed);
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "config/Configuration.h"
+#include "geometry/Numbers.h"
 #include "link/Effectors.h"
 #include "skills/Utils.h"
 #include "worldmodel/Situation.h"
@@ -21,12 +22,12 @@ constexpr int FREE_KICK_WAIT = 50;
 /// Cycles after its kick in which the goalkeeper does not catch.
 constexpr int OWN_KICK_CYCLES = 5;
 
-/// On the circle before the goal, on the line from its centre to where the ball is going. (0, 0)
-/// when that line leaves the field on both ends; kept so.
+/// On the circle before the goal, on the line from its centre to where the ball is going.
+/// Intentional: (0, 0) when that line leaves the field on both ends.
 Vector2D guardingPoint(Ball const& ball) {
     float const distance = Field::GOAL_CENTER.getDistanceTo(ball.position);
-    // Without the server's parameters there is no speed to reckon with, and a ball seen a million
-    // metres away is not worth counting the cycles to.
+    // Without the server's parameters there is no speed to divide by. The limit keeps a ball that
+    // is told to be a million metres away from taking a million steps.
     constexpr int MAX_CYCLES = 1000;
     int const cycles =
         Configuration::ballSpeedMax > 0.0F
@@ -52,11 +53,14 @@ Vector2D guardingPoint(Ball const& ball) {
 } // namespace
 
 void SkillPool::goalieGeneralBehaviour() {
+    take("none");
     if (worldModel->currentTime() - kickedTime >= OWN_KICK_CYCLES) PERFORMED_GOALIE_KICK = false;
 
     switch (worldModel->situation().playMode) {
     case PM_BEFORE_KICK_OFF:
+        take("settle_sees");
         if (profileSeeTiming()) return; // the whole cycle, without a report
+        take("initial_place");
         takeInitialPosition();
         break;
     case PM_PLAY_ON:
@@ -70,15 +74,16 @@ void SkillPool::goalieGeneralBehaviour() {
     case PM_THEIR_CORNER_KICK:
     case PM_THEIR_GOAL_KICK:
         if (ball->position.isInvalid()) {
+            take("look_for_ball");
             scanFieldWithBody();
         } else {
             goaliePositioning();
             faceOnlyNeckToBall();
         }
         break;
-    case PM_OUR_FREE_KICK: {
-        constexpr float AT_HAND = 2.0F;
+    case PM_OUR_FREE_KICK:
         if (ball->position.isInvalid()) {
+            take("look_for_ball");
             scanFieldWithBody();
         } else if (myself->position.getDistanceTo(ball->position) <= AT_HAND) {
             performGoalieFreeKick();
@@ -86,7 +91,6 @@ void SkillPool::goalieGeneralBehaviour() {
             goaliePositioning();
         }
         break;
-    }
     case PM_OUR_BACK_PASS:
         break;
     case PM_HALF_TIME:
@@ -94,10 +98,11 @@ void SkillPool::goalieGeneralBehaviour() {
         break;
     case PM_OUR_GOAL_SCORED:
     case PM_THEIR_GOAL_SCORED:
+        take("initial_place");
         takeInitialPosition();
         break;
     default:
-        // Runs to its guard here, where after a goal it is put back; kept so.
+        // Intentional: it runs to its guard here; after a goal it is put back instead.
         if (!atInitialPosition()) goaliePositioning();
         break;
     }
@@ -110,6 +115,7 @@ void SkillPool::goaliePlayOn() {
         bool const banned =
             catchTime != now &&
             static_cast<float>(now - catchTime) < static_cast<float>(Configuration::catchBanCycle);
+        take(banned ? "clear" : "catch");
         if (banned) {
             kickAway(false);
         } else {
@@ -119,6 +125,7 @@ void SkillPool::goaliePlayOn() {
         return;
     }
     if (ball->position.isInvalid()) {
+        take("look_for_ball");
         scanFieldWithBody();
         return;
     }
@@ -127,7 +134,8 @@ void SkillPool::goaliePlayOn() {
     bool const reachable = worldModel->interceptionPoint(*myself, interception, cycles, true);
     if (Field::OWN_PENALTY_AREA.isInside(ball->position) ||
         (reachable && Field::OWN_PENALTY_AREA.isInside(interception))) {
-        getBall(100.0F, true, WALK_TO_BALL);
+        take("get_ball");
+        getBall(FULL_POWER, true, WALK_TO_BALL);
         faceOnlyNeckToBall();
     } else {
         goaliePositioning();
@@ -135,20 +143,25 @@ void SkillPool::goaliePlayOn() {
 }
 
 void SkillPool::goaliePositioning() {
+    take("guard");
     constexpr float BACKWARDS_FROM = 100.0F; // degrees between ball and target
     constexpr float TOLERANCE = 1.0F;
     Vector2D const target = guardingPoint(*ball);
     float const angle =
         getAbsAngleDifference(Utils::calcAngleToBall(), Utils::calcAngleToPoint(target));
     // Backs off when the way leads away from the ball, so as to keep facing it.
-    goToPoint(target, TOLERANCE, angle <= BACKWARDS_FROM ? 100.0F : -100.0F);
+    goToPoint(target, TOLERANCE, angle <= BACKWARDS_FROM ? FULL_POWER : -FULL_POWER);
     faceOnlyNeckToBall();
 }
 
 bool SkillPool::performGoalieFreeKick() {
+    take("free_kick");
+    [[maybe_unused]] static int timeReset = 1; // set after each kick; no rule reads it yet
     if (freeKickCounter++ < FREE_KICK_WAIT) return false;
 
-    bool const facesTheirGoal = myself->bodyDirection >= 350.0F || myself->bodyDirection <= 10.0F;
+    constexpr float FACING = 10.0F; // degrees to either side
+    bool const facesTheirGoal =
+        myself->bodyDirection >= 360.0F - FACING || myself->bodyDirection <= FACING;
     if (!facesTheirGoal) {
         faceNeckAndBodyToPoint({Field::OPP_GOAL_OUTLINE, myself->position.y, CARTESIAN});
         return false;
@@ -161,7 +174,8 @@ bool SkillPool::performGoalieFreeKick() {
     }
     PERFORMED_GOALIE_KICK = true;
     kickedTime = worldModel->currentTime();
-    if (!passIfHaveACandidate(true, 1.5F)) kickAway(false);
+    if (!passIfHaveACandidate(true, LONG_PASS_END_SPEED)) kickAway(false);
+    timeReset = 1;
     return true;
 }
 

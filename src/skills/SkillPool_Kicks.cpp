@@ -2,12 +2,15 @@
 
 #include "skills/SkillPool.h"
 
+#include <array>
 #include <cmath>
 #include <limits>
 
 #include "config/ConfigFile.h"
 #include "config/Configuration.h"
+#include "geometry/Numbers.h"
 #include "link/Effectors.h"
+#include "physics/Kinematics.h"
 #include "skills/Utils.h"
 #include "worldmodel/WorldModel.h"
 
@@ -27,33 +30,38 @@ bool SkillPool::simpleDribbleToPoint(Vector2D target, int power) {
     return true;
 }
 
+float SkillPool::kickRateOfBall() {
+    return Kinematics::kickRate(myself->position.getDistanceTo(ball->position),
+                                convertAngleTo180(Utils::calcAngleToBallRel2Body()));
+}
+
 bool SkillPool::stopBall() {
     static auto const powerThr = static_cast<float>(ConfigFile::stopBallPowerThr);
 
     if (!worldModel->isInKickableArea()) return false;
-    float const rate =
-        Utils::calculateKickRate(myself->position.getDistanceTo(ball->position),
-                                 convertAngleTo180(Utils::calcAngleToBallRel2Body()));
+    float const rate = kickRateOfBall();
     Vector2D const motion = ball->velocity - myself->velocity;
-    float const power = motion.getLength() / rate / Configuration::kickPowerRate;
-    if (!(power > powerThr)) return false;
+    float const power = Kinematics::kickPower(rate, motion.getLength());
+    // Negated, since NaN fails every comparison: without a power there is no kick.
+    if (!(power > powerThr) || !std::isfinite(power)) return false;
     effectors->queueKick(power, normalizeTo180Deg(motion.getDirection() + 180.0F -
                                                   convertAngleTo180(myself->bodyDirection)));
     return true;
 }
 
 void SkillPool::kickToPoint(Vector2D target, float power, bool fastest) {
-    constexpr float FASTEST_FACTOR = 200.0F; // more than the server allows, on purpose
+    constexpr float FASTEST_FACTOR = 200.0F; // the server cuts it to what it allows
 
     Vector2D const keptMotion = ball->velocity * Configuration::ballDecay;
     Vector2D const relBall = ball->position - myself->position;
-    float const rate = Utils::calculateKickRate(relBall.getLength(), relBall.getDirection());
+    // Intentional: the direction on the pitch, where the others take the one from the body.
+    float const rate = Kinematics::kickRate(relBall.getLength(), relBall.getDirection());
     float const direction = convertAngleTo360((target - myself->position).getDirection());
-    float const speed = rate * (fastest ? FASTEST_FACTOR : power) * Configuration::kickPowerRate;
+    float const speed = Kinematics::kickSpeed(rate, fastest ? FASTEST_FACTOR : power);
 
     Vector2D acceleration = Vector2D(speed, direction, POLAR) - keptMotion;
     acceleration.rotate(-convertAngleTo180(myself->bodyDirection));
-    float const neededPower = acceleration.getLength() / rate / Configuration::kickPowerRate;
+    float const neededPower = Kinematics::kickPower(rate, acceleration.getLength());
     // A shot at a goal that lies behind has no aim; the server would refuse it.
     if (!std::isfinite(neededPower)) return;
     effectors->queueKick(neededPower, normalizeTo180Deg(acceleration.getDirection()));
@@ -66,13 +74,10 @@ bool SkillPool::passBall(Player const* receiver, float endSpeed) {
 bool SkillPool::passBallToPos(Vector2D target, float endSpeed) {
     if (!worldModel->isInKickableArea()) return false;
     Vector2D const way = target - myself->position;
-    float const speed = Utils::calcKickSpeedToTravel(way.getLength(), endSpeed);
+    float const speed = Kinematics::speedToTravel(way.getLength(), endSpeed);
     Vector2D const change =
         Vector2D(speed, convertAngleTo360(way.getDirection()), POLAR) - ball->velocity;
-    float const rate =
-        Utils::calculateKickRate(myself->position.getDistanceTo(ball->position),
-                                 convertAngleTo180(Utils::calcAngleToBallRel2Body()));
-    kickToPoint(target, change.getLength() / rate / Configuration::kickPowerRate, false);
+    kickToPoint(target, Kinematics::kickPower(kickRateOfBall(), change.getLength()), false);
     return true;
 }
 
@@ -84,19 +89,26 @@ bool SkillPool::passIfHaveACandidate(bool wellPositioned, float endSpeed) {
 }
 
 float calcAngleOffset(float angle) {
+    struct Step {
+        float below;  // degrees
+        float offset; // metres
+    };
+    constexpr std::array<Step, 3> STEPS = {{{60.0F, 0.0F}, {75.0F, 2.0F}, {82.5F, 4.0F}}};
+    constexpr float LARGEST_OFFSET = 8.0F;
+
     float const steepness = std::abs(angle);
     float const sign = angle < 0.0F ? -1.0F : 1.0F;
-    if (steepness < 60.0F) return sign * 0.0F;
-    if (steepness < 75.0F) return sign * 2.0F;
-    if (steepness < 82.5F) return sign * 4.0F;
-    if (steepness <= 90.0F) return sign * 8.0F;
+    for (Step const& step : STEPS) {
+        if (steepness < step.below) return sign * step.offset;
+    }
+    if (steepness <= 90.0F) return sign * LARGEST_OFFSET;
     return std::numeric_limits<float>::quiet_NaN();
 }
 
 bool SkillPool::scoreGoal() {
     static Vector2D const leftGoalCorner = Field::landmark(Field::OPP_GOAL_LEFT_POST);
     static Vector2D const rightGoalCorner = Field::landmark(Field::OPP_GOAL_RIGHT_POST);
-    static Vector2D const goalMid = Field::landmark(Field::OPP_GOAL_MID);
+    constexpr Vector2D goalMid = Field::OPP_GOAL_CENTER;
     constexpr float INSIDE_POST = 1.5F; // metres
 
     if (!worldModel->isInKickableArea()) return false;
@@ -115,7 +127,7 @@ bool SkillPool::scoreGoal() {
     }
     Vector2D aim = right ? rightGoalCorner : leftGoalCorner;
     aim.y = aim.y + (right ? -INSIDE_POST : INSIDE_POST) + offset;
-    kickToPoint(aim, 100.0F, true);
+    kickToPoint(aim, FULL_POWER, true);
     return true;
 }
 
@@ -134,7 +146,7 @@ bool SkillPool::shouldStopBall() {
 }
 
 void SkillPool::kickAway(bool toSide) {
-    static Vector2D const goalMid = Field::landmark(Field::OPP_GOAL_MID);
+    constexpr Vector2D goalMid = Field::OPP_GOAL_CENTER;
     constexpr float CLEARED_X = 15.0F; // from here on straight towards their goal
 
     Vector2D target;
@@ -145,7 +157,8 @@ void SkillPool::kickAway(bool toSide) {
         target = goalMid;
     } else {
         constexpr float WING_Y = 29.0F;
-        target = {52.5F, ball->position.y > 0.0F ? WING_Y : -WING_Y, CARTESIAN};
+        target = {Field::SERVER_OPP_GOAL_LINE, ball->position.y > 0.0F ? WING_Y : -WING_Y,
+                  CARTESIAN};
     }
-    kickToPoint(target, 100.0F, false);
+    kickToPoint(target, FULL_POWER, false);
 }

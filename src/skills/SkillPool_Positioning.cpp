@@ -12,8 +12,6 @@
 
 namespace {
 
-constexpr int GOALIE_NUMBER = 1;
-constexpr int FIRST_FIELD_PLAYER = 2;
 constexpr float ATTACK_ADVANCE = 30.0F; ///< from home to attack position, metres
 
 using CornerPositions = std::array<Vector2D, Formation::PLAYERS - 1>; ///< from number 2 on
@@ -47,9 +45,9 @@ constexpr CornerPositions THEIR_CORNER_KICK = {{
 bool goToCornerPosition(CornerPositions const& positions, int unum) {
     constexpr float TOLERANCE = 1.0F;
     constexpr float POWER = 60.0F;
-    if (unum < FIRST_FIELD_PLAYER || unum > Formation::PLAYERS) return unum != 0;
-    return SkillPool::goToPoint(positions[static_cast<std::size_t>(unum - FIRST_FIELD_PLAYER)],
-                                TOLERANCE, POWER);
+    if (unum < Formation::FIRST_FIELD_PLAYER || unum > Formation::PLAYERS) return unum != 0;
+    auto const place = static_cast<std::size_t>(unum - Formation::FIRST_FIELD_PLAYER);
+    return SkillPool::goToPoint(positions[place], TOLERANCE, POWER);
 }
 
 } // namespace
@@ -57,7 +55,7 @@ bool goToCornerPosition(CornerPositions const& positions, int unum) {
 void SkillPool::initializePositioning() {
     int const unum = myself->unum;
     if (!Formation::isShirtNumber(unum)) return;
-    float const advance = unum == GOALIE_NUMBER ? 0.0F : ATTACK_ADVANCE;
+    float const advance = unum == Formation::GOALIE_NUMBER ? 0.0F : ATTACK_ADVANCE;
     myself->homePosition = Formation::homePosition(unum);
     myself->attackPosition = myself->homePosition + Vector2D(advance, 0.0F, CARTESIAN);
     myself->initialPosition = Formation::initialPosition(unum);
@@ -66,11 +64,11 @@ void SkillPool::initializePositioning() {
 bool SkillPool::goToStrategicPosition() {
     static auto const posTolerance = static_cast<float>(ConfigFile::positioningTolerance);
     if (!Formation::isShirtNumber(myself->unum)) return false;
-    // Drawn from where the player is, unlike WorldModel::calcSBSPPosition; kept so.
+    // Intentional: drawn from where the player is, unlike WorldModel::calcSBSPPosition.
     Vector2D const pull = ball->position - myself->position;
     Vector2D const target = Formation::strategicPosition(myself->unum, pull, ball->position,
                                                          worldModel->situation().playMode);
-    return goToPoint(target, posTolerance, 100.0F);
+    return goToPoint(target, posTolerance, FULL_POWER);
 }
 
 bool SkillPool::doPositioning() {

@@ -6,9 +6,10 @@
 #include <cmath>
 
 #include "config/ConfigFile.h"
+#include "geometry/Numbers.h"
 #include "link/Effectors.h"
-#include "skills/SayAlphabet.h"
-#include "skills/Utils.h"
+#include "worldmodel/SayAlphabet.h"
+#include "worldmodel/Timeval.h"
 #include "worldmodel/WorldModel.h"
 
 namespace {
@@ -20,9 +21,7 @@ char signOf(float v) {
 } // namespace
 
 char SkillPool::do_ascii(float v) {
-    constexpr auto LAST = static_cast<int>(SayAlphabet::SYMBOLS.size()) - 1;
-    int const value = truncateToInt(std::abs(v));
-    return SayAlphabet::SYMBOLS[static_cast<std::size_t>(value > LAST ? LAST : value)];
+    return SayAlphabet::symbolOf(truncateToInt(std::abs(v)));
 }
 
 float SkillPool::fit_do_ascii(float v) {
@@ -62,9 +61,7 @@ bool SkillPool::profileSeeTiming() {
 
 void SkillPool::doSSProfiling() {
     constexpr int RIGHT_AFTER_SENSE_BODY = 11; // milliseconds
-    timeval const see = worldModel->timeLastSee();
-    timeval const senseBody = worldModel->timeLastSB();
-    int const lateness = Utils::timerDiffMsec(&see, &senseBody);
+    int const lateness = Timeval::diffMsec(worldModel->timeLastSee(), worldModel->timeLastSB());
 
     BodyInfo const& info = myself->bodyInfo;
     if (info.viewWidth == static_cast<int>(ViewMode::narrow) &&

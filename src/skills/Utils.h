@@ -2,19 +2,18 @@
 
 #include <sys/time.h>
 
-#include "geometry/Geometry.h"
+#include "geometry/Vector2D.h"
 
 class WorldModel;
 
-/// Small calculations that world model, skills and behaviours share.
+/// Small calculations for the skills, under one name: angles as the agent sees them, and the
+/// formulas of geometry, physics and time that lower folders hold.
 ///
-/// Angles to points are clockwise degrees (see geometry/Angles.h) in [0, 360): 0 along positive x,
-/// 90 along NEGATIVE y. Initialised by `Agent` once its world model exists; the angle functions
-/// read it, so they are the main thread's. The world model uses the others in turn, which is why it
-/// is only declared here.
+/// Angles to points are bearings (see geometry/Bearings.h). Initialised by `Agent` once its world
+/// model exists; the angle functions read it, so they are the main thread's.
 class Utils {
 public:
-    /// Takes over the agent's world model.
+    /// Takes over the agent's world model, handed in as for SkillPool::initialize().
     static void initialize(WorldModel const* model);
 
     /// From the agent, or from `from`, to a point; what is below half a degree counts as 0. NaN for
@@ -36,8 +35,8 @@ public:
     /// Full width of the view cone in degrees by a width from 1 (narrow) to 3 (wide); otherwise
     /// NaN.
     static float viewQualToAngle(int viewWidth);
-    /// viewQualToAngle of the agent's view width, whose numbers start one lower (see ViewMode): NaN
-    /// when it is narrow, and the next narrower cone otherwise; kept so.
+    /// Intentional: viewQualToAngle of the agent's view width as it is, although those numbers
+    /// start one lower (see ViewMode). NaN when the view is narrow, else the next narrower cone.
     static float getViewAngle();
     /// The speed at which the ball must start to cover `dist` and arrive with `endSpeed`.
     static float calcKickSpeedToTravel(float dist, float endSpeed);

@@ -1,15 +1,15 @@
 #include "worldmodel/Ball.h"
 
-#include "skills/Utils.h"
+#include "physics/Kinematics.h"
 
 Vector2D Ball::predictedPosition(int cycles, float kickAngle, float kickPower, float ballDistance,
                                  float directionDifference) const {
     if (position.isInvalid() || velocity.isInvalid()) return position;
     Vector2D v = velocity;
     if (kickAngle != NO_KICK && kickPower != NO_KICK) {
-        // Not limited by ACCEL_MAX, on purpose.
-        float const acceleration = Utils::calculateKickRate(ballDistance, directionDifference) *
-                                   kickPower * Configuration::kickPowerRate;
+        // Intentional: not limited by ACCEL_MAX.
+        float const rate = Kinematics::kickRate(ballDistance, directionDifference);
+        float const acceleration = Kinematics::kickSpeed(rate, kickPower);
         v += Vector2D(acceleration, convertAngleTo360(kickAngle), POLAR);
     }
     RollingBall rolling(position, v);
@@ -20,8 +20,8 @@ Vector2D Ball::predictedPosition(int cycles, float kickAngle, float kickPower, f
 }
 
 void RollingBall::roll() {
-    if (!rolls) return;
-    clampSpeed(velocity, Ball::SPEED_MAX);
-    place += velocity;
-    velocity *= Ball::DECAY;
+    if (!rolls_) return;
+    Kinematics::clampSpeed(velocity_, Ball::SPEED_MAX);
+    place_ += velocity_;
+    velocity_ *= Ball::DECAY;
 }

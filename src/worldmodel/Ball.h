@@ -36,17 +36,17 @@ public:
 class RollingBall {
 public:
     explicit RollingBall(Ball const& ball)
-        : place(ball.position), velocity(ball.velocity),
-          rolls(!ball.position.isInvalid() && !ball.velocity.isInvalid()) {}
+        : place_(ball.position), velocity_(ball.velocity),
+          rolls_(!ball.position.isInvalid() && !ball.velocity.isInvalid()) {}
     /// From a known position with a known velocity.
     RollingBall(Vector2D const& start, Vector2D const& startVelocity)
-        : place(start), velocity(startVelocity) {}
+        : place_(start), velocity_(startVelocity) {}
 
-    Vector2D const& position() const { return place; }
+    Vector2D const& position() const { return place_; }
     void roll();
 
 private:
-    Vector2D place;
-    Vector2D velocity;
-    bool rolls = true;
+    Vector2D place_;
+    Vector2D velocity_;
+    bool rolls_ = true;
 };

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "link/ServerCommands.h"
+#include "link/CommandRecords.h"
 
 /// The agent's latest sense_body report; all zero before the first. Written by the main thread when
 /// it integrates one. The view is read by the sense thread too, which times the cycle by it, and

@@ -13,8 +13,7 @@ struct Landmark {
         : code(landmarkCode), position(x, y, CARTESIAN) {}
 };
 
-// Digits of a code: 2 top, 3 bottom, 4 left, 5 right, 6 centre, 7 penalty area, 8 goal; the
-// thousands are tens of metres along a row outside the field.
+// RCC_Flag tells what the digits of a code mean.
 // clang-format off
 constexpr std::array<Landmark, 55> LANDMARKS = {{
     {48, -52.0F, 0.0F},        {58, 52.0F, 0.0F},

@@ -2,13 +2,13 @@
 
 #include <span>
 
-#include "geometry/Geometry.h"
-#include "parser/RCC_Parser.h"
+#include "geometry/Shapes.h"
+#include "parser/RCC_Records.h"
 
 /// The side that the agent's team plays from.
 enum class FieldSide : int { right = -1, unknown = 0, left = 1 };
 
-/// The fixed geometry of the pitch, and where the agent is and faces by what it sees of it.
+/// The fixed geometry of the pitch, and the agent's place and facing from what it sees of it.
 ///
 /// The frame is the agent's own: x from the own goal to the opponents', y from the top touch line
 /// to the bottom one, metres. Goal lines, goals and corner flags are kept at x = +-52, and the
@@ -32,8 +32,11 @@ public:
     static constexpr Rectangle OPP_PENALTY_AREA{{52.0F, -20.16F, CARTESIAN},
                                                 {35.5F, 20.16F, CARTESIAN}};
     static constexpr Rectangle FIELD{{-52.0F, -34.0F, CARTESIAN}, {52.0F, 34.0F, CARTESIAN}};
-    static constexpr Circle GOALIE_POSITIONING_CIRCLE{{-52.0F, 0.0F, CARTESIAN}, 7.01F};
     static constexpr Vector2D GOAL_CENTER{-52.0F, 0.0F, CARTESIAN};
+    static constexpr Circle GOALIE_POSITIONING_CIRCLE{GOAL_CENTER, 7.01F};
+    static constexpr Vector2D OPP_GOAL_CENTER{52.0F, 0.0F, CARTESIAN};
+    /// Where the server has the opponents' goal line, half a metre behind ours.
+    static constexpr float SERVER_OPP_GOAL_LINE = 52.5F;
     /// Where the goalkeeper takes its free kicks from, and the space in front of either point.
     static constexpr Vector2D GOALIE_KICK_OFF_POINT_LEFT{-38.0F, -12.0F, CARTESIAN};
     static constexpr Vector2D GOALIE_KICK_OFF_POINT_RIGHT{-38.0F, 12.0F, CARTESIAN};
@@ -45,7 +48,6 @@ public:
         GOALIE_KICK_OFF_POINT_RIGHT + Vector2D{25.0F, -15.0F, CARTESIAN}};
 
     // Codes of the landmarks that the behaviours aim at.
-    static constexpr int OPP_GOAL_MID = 58;
     static constexpr int OPP_GOAL_LEFT_POST = 258;
     static constexpr int OPP_GOAL_RIGHT_POST = 358;
     static constexpr int OPP_LEFT_CORNER = 25;

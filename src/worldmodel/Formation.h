@@ -3,13 +3,16 @@
 #include <array>
 #include <cstddef>
 
-#include "geometry/Geometry.h"
+#include "geometry/Vector2D.h"
+#include "worldmodel/PlayMode.h"
 
 /// The team's fixed formation as constant tables, and the strategic position drawn from them.
 /// Frame: the agent's own (own goal at negative x), metres.
 namespace Formation {
 
 inline constexpr int PLAYERS = 11;
+inline constexpr int GOALIE_NUMBER = 1;
+inline constexpr int FIRST_FIELD_PLAYER = 2;
 
 /// By shirt number; index 0 is number 1.
 inline constexpr std::array<Vector2D, PLAYERS> homePositions = {{
@@ -56,8 +59,8 @@ inline constexpr std::array<bool, 12> behindBall =
     {false, true, true, true, true, true, false, false, false, false, false, false};
 // clang-format on
 
-/// Play mode in which nobody runs ahead of the ball: our offside, after which the others have it.
-inline constexpr int BEHIND_BALL_MODE = 17;
+/// Play mode in which nobody runs ahead of the ball: the others have it.
+inline constexpr PlayMode BEHIND_BALL_MODE = PM_OUR_OFFSIDE;
 
 constexpr bool isShirtNumber(int unum) {
     return unum >= 1 && unum <= PLAYERS;

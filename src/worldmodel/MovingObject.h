@@ -1,6 +1,6 @@
 #pragma once
 
-#include "geometry/Geometry.h"
+#include "geometry/Vector2D.h"
 
 /// Anything that moves on the pitch: a position in metres and a velocity in metres per cycle, in
 /// the agent's frame (own goal at negative x, top touch line at negative y). Either may be invalid.
@@ -19,15 +19,12 @@ public:
     MovingObject& operator=(MovingObject const&) = default;
     virtual ~MovingObject() = default;
 
-    /// What the age leaves of a statement about the object: 1 when fresh, 0 after 20 cycles.
-    float reliability() const { return 1.0F - 0.05F * age; }
+    /// How far what is known may be trusted: 1 when fresh, 0 after 20 cycles.
+    float reliability() const { return 1.0F - LOSS_PER_CYCLE * age; }
 
     /// `cycles` ahead at constant velocity; the position itself when either value is invalid.
     Vector2D predictedPosition(int cycles) const;
+
+private:
+    static constexpr float LOSS_PER_CYCLE = 0.05F; ///< of reliability
 };
-
-/// Scales `velocity` down to the length `speedMax` if it is longer.
-void clampSpeed(Vector2D& velocity, float speedMax);
-
-/// The whole number in `value`, toward zero; 0 for NaN, and the nearest int beyond its range.
-int truncateToInt(double value);

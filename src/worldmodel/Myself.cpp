@@ -3,36 +3,24 @@
 #include <algorithm>
 #include <cmath>
 
-#include "skills/Utils.h"
+#include "physics/Kinematics.h"
 
 Vector2D Myself::predictedPosition(int cycles, float dashPower, float turnAngle) const {
-    if (position.isInvalid() || velocity.isInvalid()) return position;
-    Vector2D predicted = position;
-    Vector2D v = velocity;
-    float body = bodyDirection;
-    float remainingTurn = turnAngle;
     float stamina = bodyInfo.stamina;
     float effort = bodyInfo.effort;
     float recovery = RECOVER_INIT; // not measured: the server does not tell it
-    for (int i = 0; i < cycles; ++i) {
-        if (remainingTurn != 0.0F) {
-            turnOneCycle(body, remainingTurn, v.getLength());
-            continue;
-        }
-        float const power = Utils::correctDashPowerForStamina(dashPower, stamina);
+    return predictedWay(cycles, turnAngle, [&] {
+        float const power = Kinematics::affordableDash(dashPower, stamina);
         float const sign = power < 0.0F ? -1.0F : 1.0F;
         float const applied = std::abs(power) > stamina ? sign * stamina : power;
-        v += Vector2D(applied * DASH_POWER_RATE * effort, body, POLAR);
-        clampSpeed(v, SPEED_MAX);
-        predicted += v;
-        v *= DECAY;
+        float const push = applied * DASH_POWER_RATE * effort;
         updatePredictedStamina(stamina, effort, recovery, power);
-    }
-    return predicted;
+        return push;
+    });
 }
 
 void Myself::updatePredictedStamina(float& stamina, float& effort, float& recovery,
-                                    float dashPower) {
+                                    float dashPower) const { // NOLINT(*-to-static): published so
     stamina -= dashPower > 0.0F ? dashPower : 2.0F * dashPower;
     stamina = std::max(stamina, 0.0F);
     // All thresholds look at the stamina as it is here.

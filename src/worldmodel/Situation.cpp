@@ -1,50 +1,54 @@
 #include "worldmodel/Situation.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string_view>
 
 #include "config/ConfigFile.h"
-#include "skills/Utils.h"
+#include "worldmodel/SayAlphabet.h"
 
 namespace {
 
-/// By the parser's mode: our code and theirs, the same one where the side does not matter.
-struct CodePair {
-    int ours;
-    int theirs;
+using Mode = RCC_PlayMode::Mode;
+
+/// What a word of the referee is to the program when it is ours, and when it is theirs or nobody's.
+struct PlayModePair {
+    Mode word;
+    PlayMode ours;
+    PlayMode theirs;
 };
 
 // clang-format off
-constexpr std::array<CodePair, 27> PLAY_MODE_CODES = {{
-    {PM_NONE, PM_NONE},
-    {PM_BEFORE_KICK_OFF, PM_BEFORE_KICK_OFF},
-    {PM_TIME_OVER, PM_TIME_OVER},
-    {PM_PLAY_ON, PM_PLAY_ON},
-    {PM_OUR_KICK_OFF, PM_THEIR_KICK_OFF},
-    {PM_OUR_KICK_IN, PM_THEIR_KICK_IN},
-    {PM_OUR_FREE_KICK, PM_THEIR_FREE_KICK},
-    {PM_OUR_CORNER_KICK, PM_THEIR_CORNER_KICK},
-    {PM_OUR_GOAL_KICK, PM_THEIR_GOAL_KICK},
-    {PM_OUR_GOAL, PM_THEIR_GOAL},
-    {PM_DROP_BALL, PM_DROP_BALL},
-    {PM_OUR_OFFSIDE, PM_THEIR_OFFSIDE},
-    {PM_OUR_PENALTY_KICK, PM_THEIR_PENALTY_KICK},
-    {PM_FIRST_HALF_OVER, PM_FIRST_HALF_OVER},
-    {PM_PAUSE, PM_PAUSE},
-    {PM_HUMAN_JUDGE, PM_HUMAN_JUDGE},
-    {PM_OUR_FOUL_CHARGE, PM_THEIR_FOUL_CHARGE},
-    {PM_OUR_FOUL_PUSH, PM_THEIR_FOUL_PUSH},
-    {PM_OUR_FOUL_MULTIPLE_ATTACK, PM_THEIR_FOUL_MULTIPLE_ATTACK},
-    {PM_OUR_FOUL_BALLOUT, PM_THEIR_FOUL_BALLOUT},
-    {PM_OUR_BACK_PASS, PM_THEIR_BACK_PASS},
-    {PM_TIME_UP, PM_TIME_UP},
-    {PM_TIME_UP_WITHOUT_A_TEAM, PM_TIME_UP_WITHOUT_A_TEAM},
-    {PM_TIME_EXTENDED, PM_TIME_EXTENDED},
-    {PM_HALF_TIME, PM_HALF_TIME},
-    {PM_OUR_GOALIE_CATCH, PM_THEIR_GOALIE_CATCH},
-    {PM_OUR_GOAL_SCORED, PM_THEIR_GOAL_SCORED},
-}};
+constexpr std::array PLAY_MODES = {
+    PlayModePair{Mode::none,                PM_NONE,                     PM_NONE},
+    PlayModePair{Mode::beforeKickOff,       PM_BEFORE_KICK_OFF,          PM_BEFORE_KICK_OFF},
+    PlayModePair{Mode::timeOver,            PM_TIME_OVER,                PM_TIME_OVER},
+    PlayModePair{Mode::playOn,              PM_PLAY_ON,                  PM_PLAY_ON},
+    PlayModePair{Mode::kickOff,             PM_OUR_KICK_OFF,             PM_THEIR_KICK_OFF},
+    PlayModePair{Mode::kickIn,              PM_OUR_KICK_IN,              PM_THEIR_KICK_IN},
+    PlayModePair{Mode::freeKick,            PM_OUR_FREE_KICK,            PM_THEIR_FREE_KICK},
+    PlayModePair{Mode::cornerKick,          PM_OUR_CORNER_KICK,          PM_THEIR_CORNER_KICK},
+    PlayModePair{Mode::goalKick,            PM_OUR_GOAL_KICK,            PM_THEIR_GOAL_KICK},
+    PlayModePair{Mode::goal,                PM_OUR_GOAL,                 PM_THEIR_GOAL},
+    PlayModePair{Mode::dropBall,            PM_DROP_BALL,                PM_DROP_BALL},
+    PlayModePair{Mode::offside,             PM_OUR_OFFSIDE,              PM_THEIR_OFFSIDE},
+    PlayModePair{Mode::penaltyKick,         PM_OUR_PENALTY_KICK,         PM_THEIR_PENALTY_KICK},
+    PlayModePair{Mode::firstHalfOver,       PM_FIRST_HALF_OVER,          PM_FIRST_HALF_OVER},
+    PlayModePair{Mode::pause,               PM_PAUSE,                    PM_PAUSE},
+    PlayModePair{Mode::humanJudge,          PM_HUMAN_JUDGE,              PM_HUMAN_JUDGE},
+    PlayModePair{Mode::foulCharge,          PM_OUR_FOUL_CHARGE,          PM_THEIR_FOUL_CHARGE},
+    PlayModePair{Mode::foulPush,            PM_OUR_FOUL_PUSH,            PM_THEIR_FOUL_PUSH},
+    PlayModePair{Mode::foulMultipleAttack,  PM_OUR_FOUL_MULTIPLE_ATTACK, PM_THEIR_FOUL_MULTIPLE_ATTACK},
+    PlayModePair{Mode::foulBallout,         PM_OUR_FOUL_BALLOUT,         PM_THEIR_FOUL_BALLOUT},
+    PlayModePair{Mode::backPass,            PM_OUR_BACK_PASS,            PM_THEIR_BACK_PASS},
+    PlayModePair{Mode::timeUp,              PM_TIME_UP,                  PM_TIME_UP},
+    PlayModePair{Mode::timeUpWithoutATeam,  PM_TIME_UP_WITHOUT_A_TEAM,   PM_TIME_UP_WITHOUT_A_TEAM},
+    PlayModePair{Mode::timeExtended,        PM_TIME_EXTENDED,            PM_TIME_EXTENDED},
+    PlayModePair{Mode::halfTime,            PM_HALF_TIME,                PM_HALF_TIME},
+    PlayModePair{Mode::goalieCatchBall,     PM_OUR_GOALIE_CATCH,         PM_THEIR_GOALIE_CATCH},
+    PlayModePair{Mode::goalWithScore,       PM_OUR_GOAL_SCORED,          PM_THEIR_GOAL_SCORED},
+};
 // clang-format on
 
 constexpr std::size_t REPORT_LENGTH = 9;
@@ -52,7 +56,7 @@ constexpr float VELOCITY_STEPS = 20.0F; ///< a report counts velocities in twent
 
 /// The value of one sign and one symbol of a ball report.
 float decode(std::string_view report, std::size_t sign) {
-    float const magnitude = Utils::doAsciiToFloat(report[sign + 1]);
+    float const magnitude = SayAlphabet::valueOf(report[sign + 1]);
     return report[sign] == 'y' ? -magnitude : magnitude;
 }
 
@@ -66,9 +70,8 @@ Situation::Situation() {
 }
 
 void Situation::setPlayMode(RCC_PlayMode const& mode) {
-    if (mode.mode < 0 || mode.mode >= static_cast<int>(PLAY_MODE_CODES.size())) return;
-    CodePair const& codes = PLAY_MODE_CODES[static_cast<std::size_t>(mode.mode)];
-    playMode = mode.side == 1 ? codes.ours : codes.theirs;
+    auto const* const pair = std::ranges::find(PLAY_MODES, mode.mode, &PlayModePair::word);
+    if (pair != PLAY_MODES.end()) playMode = mode.side == 1 ? pair->ours : pair->theirs;
 }
 
 void Situation::integratePlayerAudio(RCC_PlayerAudio const& audio) {
@@ -90,7 +93,3 @@ void Situation::integratePlayerAudio(RCC_PlayerAudio const& audio) {
     ball.position = ball.rollingPosition(1);
     heardBallVelocityTime = audio.time;
 }
-
-void Situation::integrateSelfAudio(RCC_SelfAudio const& /*audio*/) {}
-
-void Situation::integrateCoachAudio(RCC_CoachAudio const& /*audio*/) {}

@@ -7,6 +7,7 @@
 /// The players of one team that the agent knows of.
 class Team {
 public:
+    int number = 0; ///< nothing sets or reads it yet
     std::vector<Player> players;
 
     virtual ~Team() = default;

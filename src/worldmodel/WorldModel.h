@@ -8,18 +8,23 @@
 #include <sys/time.h>
 #include <vector>
 
+#include "config/Configuration.h"
+#include "worldmodel/ArrivalClock.h"
 #include "worldmodel/Field.h"
 #include "worldmodel/Situation.h"
 
 /// A wall-clock time that one thread stamps and another reads: microseconds in one lock-free word.
 class TimeStamp {
 public:
-    void stampNow();
+    void set(std::int64_t microseconds) { microseconds_ = microseconds; }
     void set(timeval const& time);
     timeval get() const;
+    friend bool operator>(TimeStamp const& a, TimeStamp const& b) {
+        return a.microseconds_ > b.microseconds_;
+    }
 
 private:
-    std::atomic<std::int64_t> microseconds = 0;
+    std::atomic<std::int64_t> microseconds_ = 0;
     static_assert(std::atomic<std::int64_t>::is_always_lock_free);
 };
 
@@ -36,9 +41,9 @@ private:
 /// The model remembers no players: it knows those of the last see. The ball is kept between sees
 /// and rolled forward.
 ///
-/// The questions come in two forms, a yes or no and a reliability ending in `Rel`; a Rel form that
-/// says "not worked out" returns a constant. Sources: LowLevel (news and integration), Estimation
-/// (where am I, where is the ball), HighLevel (searches), Possession, Tactics, Positions, Checks.
+/// The questions come in two forms, a yes or no and a reliability ending in `Rel`. Sources:
+/// LowLevel (news and integration), Estimation (where am I, where is the ball), HighLevel
+/// (searches), Possession, Tactics, Positions, Checks.
 class WorldModel {
 public:
     /// Cycles since the ball was heard of after which a see without it gives it up. When it was
@@ -46,6 +51,8 @@ public:
     static constexpr int BALL_MEMORY = 3;
     /// Cycles for which a ball seen without velocity still counts as moving.
     static constexpr int BALL_VELOCITY_MEMORY = 2;
+    /// The answer of a reliability that nobody has worked out yet.
+    static constexpr float NOT_WORKED_OUT = 0.0F;
 
     WorldModel();
     virtual ~WorldModel() = default;
@@ -54,49 +61,57 @@ public:
 
     /// @name Parts of the picture
     /// @{
-    Situation& situation() { return theSituation; }
-    Situation const& situation() const { return theSituation; }
-    Myself& myself() { return theSituation.myself; }
-    Myself const& myself() const { return theSituation.myself; }
-    Ball& ball() { return theSituation.ball; }
-    Ball const& ball() const { return theSituation.ball; }
+    /// All data of these two belongs to their classes; the objects only give access to it.
+    Configuration const& configuration() const { return configuration_; }
+    Field const& field() const { return field_; }
+    Situation& situation() { return situation_; }
+    Situation const& situation() const { return situation_; }
+    Myself& myself() { return situation_.myself; }
+    Myself const& myself() const { return situation_.myself; }
+    Ball& ball() { return situation_.ball; }
+    Ball const& ball() const { return situation_.ball; }
     /// The agent itself first, then the team-mates of the last see.
-    std::vector<Player> const& teammates() const { return theSituation.myTeam.players; }
-    std::vector<Player> const& opponents() const { return theSituation.theirTeam.players; }
-    int currentTime() const { return theSituation.currentTime; }
+    std::vector<Player> const& teammates() const { return situation_.myTeam.players; }
+    std::vector<Player> const& opponents() const { return situation_.theirTeam.players; }
+    int currentTime() const { return situation_.currentTime; }
     /// Commands queued since the start.
-    ServerCommandCounters& queuedCommands() { return theQueuedCommands; }
-    ServerCommandCounters const& queuedCommands() const { return theQueuedCommands; }
-    char const* teamname() const { return theTeamname.data(); }
+    ServerCommandCounters& queuedCommands() { return queuedCommands_; }
+    ServerCommandCounters const& queuedCommands() const { return queuedCommands_; }
+    char const* teamname() const { return teamname_.data(); }
     void setTeamname(char const* name);
-    bool isGoalie() const { return theSituation.myself.goalie; }
-    void setGoalie(bool goalie) { theSituation.myself.goalie = goalie; }
+    bool isGoalie() const { return situation_.myself.goalie; }
+    void setGoalie(bool goalie) { situation_.myself.goalie = goalie; }
     /// @}
 
     /// @name News (WorldModel_LowLevel.cpp)
     /// @{
     /// Main thread: blocks until there is news; false after two to three seconds of silence.
     bool waitForNewInfo();
-    /// Sense thread: a see, a sense_body has just been kept by the sensors.
+    /// Sense thread: stamps the see, the sense_body that the sensors have kept, hands it over to
+    /// main and wakes it.
     void setTimeLastSee();
     void setTimeLastSB();
     void signalNewInfo();
+    /// The thread that receives: from now on time is counted by the messages; the server waits for
+    /// the commands of the cycle.
+    void countMessages() { clock_.countMessages(); }
+    void noteThink() { clock_.think(); }
     /// Main thread: takes over all that is new, in a fixed order; true if a sense_body or a see was
     /// among it.
     bool integrateSensorInfo();
 
-    timeval timeLastSee() const { return lastSee.get(); }
-    timeval timeLastSB() const { return lastSenseBody.get(); }
+    timeval timeLastSee() const { return lastSee_.get(); }
+    timeval timeLastSB() const { return lastSenseBody_.get(); }
     /// Whether the last see is later than the last sense_body, and so the cycle has had its see.
-    bool seeIsNewerThanSenseBody() const;
-    int cycleOfLastSee() const { return lastSeeCycle; }
-    int cycleOfLastSB() const { return lastSenseBodyCycle; }
-    int seesSinceLastSB() const { return seesSinceSenseBody; }
+    bool seeIsNewerThanSenseBody() const { return lastSee_ > lastSenseBody_; }
+    int cycleOfLastSee() const { return lastSeeCycle_; }
+    int cycleOfLastSB() const { return lastSenseBodyCycle_; }
+    int seesSinceLastSB() const { return seesSinceSenseBody_; }
     /// Whether a sense_body came since the last call.
-    bool takeSenseBodyArrived() { return senseBodyArrived.exchange(false); }
+    bool takeSenseBodyArrived() { return senseBodyArrived_.exchange(false); }
     /// Whether the timing of the sees against the sense_bodies was asked for and is left alone.
-    bool seeTimingSettled() const { return seeTimingRequests != 0; }
-    void setSeeTimingSettled() { seeTimingRequests = 1; }
+    bool seeTimingSettled() const { return seeTimingRequests_ != 0; }
+    void setSeeTimingSettled() { seeTimingRequests_ = 1; }
     /// @}
 
     /// @name State estimation (WorldModel_Estimation.cpp); called by integrateSensorInfo
@@ -156,21 +171,23 @@ public:
     float hasBall_TeamRel() const;
     bool isCatchable() const;
     bool isInKickableArea() const;
-    float isInKickableAreaRel() const; ///< not worked out
+    float isInKickableAreaRel() const { return NOT_WORKED_OUT; }
     /// After `cycles` cycles of dashing with `dashPower`.
     bool willBeInKickableArea(int cycles, float dashPower) const;
     bool beingClosestToBall() const;
     float beingClosestToBallRel() const;
     bool beingSecondClosestToBall() const;
-    float beingSecondClosestToBallRel() const; ///< not worked out
+    float beingSecondClosestToBallRel() const { return 1.0F; } ///< not worked out
     bool beingClosestTeamMateToBall() const;
     bool beingSecondClosestTeamMateToBall() const;
     bool isClosestToBall(Player const& p) const;
-    float isClosestToBallRel(Player const& p) const; ///< not worked out
+    float isClosestToBallRel(Player const& /*p*/) const { return NOT_WORKED_OUT; }
     bool beingClosestToPoint(Vector2D point) const;
-    float beingClosestToPointRel(Vector2D point) const; ///< not worked out
+    float beingClosestToPointRel(Vector2D /*point*/) const { return NOT_WORKED_OUT; }
     bool isClosestToPoint(Vector2D point, Player const& p) const;
-    float isClosestToPointRel(Vector2D point, Player const& p) const; ///< not worked out
+    float isClosestToPointRel(Vector2D /*point*/, Player const& /*p*/) const {
+        return NOT_WORKED_OUT;
+    }
     // These three compare the closest player with p, not with the agent: true for whoever is found
     // at p's own place. Not the question "am I the closest to p".
     bool beingClosestTeamMateToPlayer(Player const& p) const;
@@ -184,17 +201,17 @@ public:
     float isOpponentRel(Player const& p) const;
     bool isTeamMate(Player const& p) const;
     float isTeamMateRel(Player const& p) const;
-    bool isInArea(Player const& p) const;     ///< not worked out
-    float isInAreaRel(Player const& p) const; ///< not worked out
+    bool isInArea(Player const& /*p*/) const { return true; } ///< not worked out
+    float isInAreaRel(Player const& /*p*/) const { return NOT_WORKED_OUT; }
     /// @}
 
     /// @name Tactics (WorldModel_Tactics.cpp)
     /// @{
     bool isOnField(Vector2D point) const;
-    float isOnFieldRel(Vector2D point) const; ///< not worked out
+    float isOnFieldRel(Vector2D /*point*/) const { return NOT_WORKED_OUT; }
     bool beingOnField() const;
     float beingOnFieldRel() const;
-    /// Judged along y, towards the bottom touch line; kept so.
+    /// Intentional: judged along y, towards the bottom touch line; the behaviours are tuned to it.
     bool isOffside(Player const& p) const;
     bool isOffside(Vector2D point) const;
     float isOffsideRel(Player const& p) const; ///< needs an opponent field player
@@ -204,29 +221,30 @@ public:
     bool isLastMan(Player const& p) const;
     float isLastManRel(Player const& p) const;
     bool beingInAttackPosition() const;
-    float beingInAttackPositionRel() const; ///< not worked out
+    float beingInAttackPositionRel() const { return NOT_WORKED_OUT; }
     bool beingInDefensePosition() const;
     bool beingInOptimalPosition() const;
-    float beingInOptimalPositionRel() const; ///< not worked out
+    float beingInOptimalPositionRel() const { return NOT_WORKED_OUT; }
     bool isAGoodPointToScore(Vector2D point) const;
-    float isAGoodPointToScoreRel(Vector2D point) const; ///< not worked out
+    float isAGoodPointToScoreRel(Vector2D /*point*/) const { return NOT_WORKED_OUT; }
     bool beingAtGoodPointToScore() const;
-    float beingAtGoodPointToScoreRel() const; ///< not worked out
+    float beingAtGoodPointToScoreRel() const { return NOT_WORKED_OUT; }
     bool isAtGoodPointToScore(Player const& p) const;
-    float isAtGoodPointToScoreRel(Player const& p) const; ///< not worked out
+    float isAtGoodPointToScoreRel(Player const& /*p*/) const { return NOT_WORKED_OUT; }
     bool beingFrontalAttacked() const;
-    float beingFrontalAttackedRel() const; ///< not worked out
+    float beingFrontalAttackedRel() const { return NOT_WORKED_OUT; }
     bool isFrontalAttacked(Player const& p) const;
-    float isFrontalAttackedRel(Player const& p) const; ///< not worked out
+    float isFrontalAttackedRel(Player const& /*p*/) const { return NOT_WORKED_OUT; }
     bool beingAttacked() const;
-    float beingAttackedRel() const; ///< not worked out
+    float beingAttackedRel() const { return NOT_WORKED_OUT; }
     bool isAttackedTeammate(Player const& p) const;
-    float isAttackedTeammateRel(Player const& p) const; ///< not worked out
+    float isAttackedTeammateRel(Player const& /*p*/) const { return NOT_WORKED_OUT; }
     bool isAttackedOpponent(Player const& p) const;
-    float isAttackedOpponentRel(Player const& p) const; ///< not worked out
-    /// True when an opponent is NEAR p, or none is known: the reverse of its name; kept so.
+    float isAttackedOpponentRel(Player const& /*p*/) const { return NOT_WORKED_OUT; }
+    /// Intentional: true when an opponent is NEAR p, or none is known, the reverse of its name; the
+    /// behaviours are tuned to it.
     bool isNotMarked(Player const& p) const;
-    float isNotMarkedRel(Player const& p) const; ///< not worked out
+    float isNotMarkedRel(Player const& /*p*/) const { return NOT_WORKED_OUT; }
     /// Whether a player stands in the way of a ball from `from` (default: the ball) to `to`.
     bool isIntersected(Vector2D from, Vector2D to) const;
     bool isIntersected(Vector2D to) const;
@@ -239,11 +257,15 @@ public:
     bool beingCloseToOpponentGoalOutLine() const;
     float beingCloseToOpponentGoalOutLineRel() const;
     bool isInAnyRectangle(Vector2D point, Rectangle const& r) const;
-    float isInAnyRectangleRel(Vector2D point, Rectangle const& r) const; ///< not worked out
+    float isInAnyRectangleRel(Vector2D /*point*/, Rectangle const& /*r*/) const {
+        return NOT_WORKED_OUT;
+    }
     bool isInAnyRectangle(Player const& p, Rectangle const& r) const;
-    float isInAnyRectangleRel(Player const& p, Rectangle const& r) const; ///< not worked out
+    float isInAnyRectangleRel(Player const& /*p*/, Rectangle const& /*r*/) const {
+        return NOT_WORKED_OUT;
+    }
     bool beingInAnyRectangle(Rectangle const& r) const;
-    float beingInAnyRectangleRel(Rectangle const& r) const; ///< not worked out
+    float beingInAnyRectangleRel(Rectangle const& /*r*/) const { return NOT_WORKED_OUT; }
     bool isWellPositioned(Player const& p) const;
     bool isUnvulnerable(Player const& p) const;
     /// @}
@@ -277,7 +299,7 @@ public:
     void printTheirTeam();
     void printUnknownPlayers();
     void printBall();
-    void printInit();
+    void printInit() {}
     /// @}
 
 private:
@@ -291,21 +313,24 @@ private:
     /// The player closest to the point among those farther from it than the closest team-mate.
     Player const* secondClosest(Vector2D point, bool amongOpponentsToo) const;
 
-    Situation theSituation;
-    ServerCommandCounters theQueuedCommands;
-    std::array<char, 256> theTeamname{};
+    Configuration configuration_;
+    Situation situation_;
+    Field field_;
+    ServerCommandCounters queuedCommands_;
+    std::array<char, 256> teamname_{};
 
-    pthread_mutex_t mutex{};
-    pthread_cond_t condition{};
-    std::atomic<bool> newInfo = false;
+    pthread_mutex_t mutex_{};
+    pthread_cond_t condition_{};
+    std::atomic<bool> newInfo_ = false;
 
     // Written by the sense thread, read by main.
-    std::atomic<bool> senseBodyArrived = false;
-    std::atomic<int> lastSeeCycle = 0;
-    std::atomic<int> lastSenseBodyCycle = 0;
-    std::atomic<int> seesSinceSenseBody = 0;
-    TimeStamp lastSee;
-    TimeStamp lastSenseBody;
+    std::atomic<bool> senseBodyArrived_ = false;
+    std::atomic<int> lastSeeCycle_ = 0;
+    std::atomic<int> lastSenseBodyCycle_ = 0;
+    std::atomic<int> seesSinceSenseBody_ = 0;
+    TimeStamp lastSee_;
+    TimeStamp lastSenseBody_;
+    ArrivalClock clock_; ///< of the thread that receives
 
-    int seeTimingRequests = 0;
+    int seeTimingRequests_ = 0;
 };

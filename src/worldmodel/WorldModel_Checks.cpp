@@ -10,8 +10,8 @@
 
 namespace {
 
-/// One condition of a check, as its report names it. The line is the condition's name, so to say:
-/// it stays what it is wherever the code moves, and so do the texts.
+/// One condition of a check, as its report names it. The line identifies the condition, so it stays
+/// the same wherever the code moves, and so do the texts.
 struct Condition {
     int line;
     char const* function;
@@ -75,7 +75,7 @@ bool isPlausibleDirection(float direction) {
 }
 
 /// Holds a copy while a debugger stops here.
-template <class T>
+template <typename T>
 void lookAt(T /*copy*/) { // NOLINT(performance-unnecessary-value-param): the copy is the point
 }
 
@@ -87,11 +87,11 @@ void lookAtAll(std::vector<Player> const& players) {
 
 } // namespace
 
-// Not const where they could be: the reports tell the signatures.
+// Not const where they could be: the reports quote these signatures.
 // NOLINTBEGIN(readability-make-member-function-const)
 
 void WorldModel::checkBall() {
-    constexpr double FASTEST = 3.3; // a little above the fastest player's limit, on purpose
+    constexpr double FASTEST = 3.3; // intentional: a little above the players' limit
     require(isPlausiblePosition(ball().position), BALL_POSITION);
     require(isPlausibleVelocity(ball().velocity, FASTEST), BALL_VELOCITY);
 }
@@ -134,8 +134,8 @@ void WorldModel::checkTheirTeam() {
 }
 
 void WorldModel::checkUnknownPlayers() {
-    require(theSituation.unknownPlayers.size() <= 21, UNKNOWN_PLAYERS_SIZE);
-    for (Player const& player : theSituation.unknownPlayers) {
+    require(situation_.unknownPlayers.size() <= 21, UNKNOWN_PLAYERS_SIZE);
+    for (Player const& player : situation_.unknownPlayers) {
         checkPlayer(player);
     }
 }
@@ -157,13 +157,11 @@ void WorldModel::printTheirTeam() {
 }
 
 void WorldModel::printUnknownPlayers() {
-    lookAtAll(theSituation.unknownPlayers);
+    lookAtAll(situation_.unknownPlayers);
 }
 
 void WorldModel::printBall() {
     lookAt(ball());
 }
-
-void WorldModel::printInit() {}
 
 // NOLINTEND(readability-make-member-function-const)

@@ -1,4 +1,5 @@
-// Where the agent and the ball are: from landmarks at a see, by dead reckoning at a sense_body.
+// Where the agent and the ball are: from landmarks at a see, from the last commands at a
+// sense_body.
 
 #include "worldmodel/WorldModel.h"
 
@@ -7,7 +8,7 @@
 #include <utility>
 
 #include "config/Configuration.h"
-#include "skills/Utils.h"
+#include "physics/Kinematics.h"
 
 namespace {
 
@@ -16,8 +17,9 @@ class NearestFlags {
 public:
     void offer(RCC_Flag const& flag) {
         RCC_Flag const* candidate = &flag;
-        for (RCC_Flag const*& place : places) {
-            if (distanceOf(candidate) > distanceOf(place)) continue;
+        for (RCC_Flag const*& place : places_) {
+            // Negated, since NaN fails every comparison: such a distance takes no place.
+            if (!(distanceOf(candidate) <= distanceOf(place))) continue;
             std::swap(candidate, place);
         }
     }
@@ -25,18 +27,18 @@ public:
     /// Moves `position` to the mean of the places they imply, weighted with 1 / distance; without
     /// any flag it stays.
     void locate(float face, FieldSide side, Vector2D& position) const {
-        if (places[0] == nullptr) return;
+        if (places_[0] == nullptr) return;
         Vector2D sum;
         float weights = 0.0F;
-        for (RCC_Flag const* const flag : places) {
+        for (RCC_Flag const* const flag : places_) {
             if (flag == nullptr) break;
             float const weight = 1.0F / std::max(flag->distance, LEAST_DISTANCE);
             sum += weight * Field::computePosFromFlag(*flag, face, side);
             weights += weight;
         }
         // A single one tells the place itself, free of the rounding of the mean.
-        position = places[1] == nullptr ? Field::computePosFromFlag(*places[0], face, side)
-                                        : sum / weights;
+        position = places_[1] == nullptr ? Field::computePosFromFlag(*places_[0], face, side)
+                                         : sum / weights;
     }
 
 private:
@@ -48,14 +50,14 @@ private:
     /// A flag that the agent stands on is reported at 0, which has no inverse.
     static constexpr float LEAST_DISTANCE = 0.001F;
 
-    std::array<RCC_Flag const*, 3> places{};
+    std::array<RCC_Flag const*, 3> places_{};
 };
 
 } // namespace
 
 void WorldModel::performSelfLoc(std::span<RCC_Line const> lines, std::span<RCC_Flag const> flags) {
     Myself& me = myself();
-    float const face = Field::computeFaceDirection(lines, theSituation.side);
+    float const face = Field::computeFaceDirection(lines, situation_.side);
     me.headDirection = face;
     me.bodyDirection = normalizeTo360Deg(face - me.bodyInfo.headAngle);
 
@@ -63,7 +65,7 @@ void WorldModel::performSelfLoc(std::span<RCC_Line const> lines, std::span<RCC_F
     for (RCC_Flag const& flag : flags) {
         if (flag.code != RCC_Flag::CLOSE_BY) nearest.offer(flag);
     }
-    nearest.locate(face, theSituation.side, me.position);
+    nearest.locate(face, situation_.side, me.position);
 }
 
 void WorldModel::estimateCurrentState() {
@@ -72,7 +74,7 @@ void WorldModel::estimateCurrentState() {
     float turn = 0.0F;
     Vector2D moveTarget(UNDEFINED_FLOAT, UNDEFINED_FLOAT, CARTESIAN);
 
-    ServerCommandHistory const& last = theSituation.commandHistory;
+    ServerCommandHistory const& last = situation_.commandHistory;
     switch (last.mainKind) {
     case Command::move:
         moveTarget = Vector2D(last.mainArgument1, last.mainArgument2, CARTESIAN);
@@ -112,10 +114,10 @@ Vector2D WorldModel::estimateBallVelocity(float power, float direction) const {
     Myself const& me = myself();
     Vector2D const rel = ball().position - me.position;
     float const directionDifference = convertAngleTo180(rel.getDirection() + me.bodyDirection);
-    float const rate = Utils::calculateKickRate(rel.getLength(), directionDifference);
+    float const rate = Kinematics::kickRate(rel.getLength(), directionDifference);
     Vector2D velocity =
         ball().velocity + Vector2D(rate * Configuration::kickPowerRate * power,
                                    convertAngleTo360(direction) + me.bodyDirection, POLAR);
-    clampSpeed(velocity, Configuration::ballSpeedMax);
+    Kinematics::clampSpeed(velocity, Configuration::ballSpeedMax);
     return velocity;
 }

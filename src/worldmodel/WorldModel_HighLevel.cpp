@@ -4,14 +4,26 @@
 
 #include <algorithm>
 
-#include "skills/Utils.h"
+#include "worldmodel/Formation.h"
+#include "worldmodel/Timeval.h"
 
 namespace {
 
 /// How far ahead an interception is looked for.
 constexpr int INTERCEPTION_CYCLES = 24;
 
-constexpr int GOALIE_NUMBER = 1;
+/// Whole milliseconds, both ends included.
+struct Span {
+    int first;
+    int last;
+
+    constexpr bool holds(int msec) const { return first <= msec && msec <= last; }
+};
+
+// How long after its sense_body a see must not come, to be acted upon in the same half of the
+// cycle.
+constexpr Span TOO_LATE_FOR_THE_FIRST_HALF = {6, 44};
+constexpr Span TOO_LATE_FOR_THE_SECOND_HALF = {65, 99};
 
 /// The best so far of a search for the least value; the first of equal ones stays.
 struct Least {
@@ -33,7 +45,7 @@ bool ofKnownAge(Player const& player) {
     return player.age >= 0.0F;
 }
 
-template <class Condition>
+template <typename Condition>
 void offerDistances(Least& least, std::vector<Player> const& players, Vector2D point,
                     Condition condition) {
     for (Player const& player : players) {
@@ -41,7 +53,7 @@ void offerDistances(Least& least, std::vector<Player> const& players, Vector2D p
     }
 }
 
-template <class Condition>
+template <typename Condition>
 int count(std::vector<Player> const& players, Condition condition) {
     return static_cast<int>(
         std::count_if(players.begin(), players.end(), [&condition](Player const& player) {
@@ -138,7 +150,7 @@ Player const* WorldModel::closestTeamMateToOwnGoalOutLine() const {
 Player const* WorldModel::closestOppFieldPlayerToOppGoalOutLine() const {
     Least closest;
     for (Player const& player : opponents()) {
-        if (player.unum == GOALIE_NUMBER) continue;
+        if (player.unum == Formation::GOALIE_NUMBER) continue;
         closest.offer(player, Field::OPP_GOAL_OUTLINE - player.position.x);
     }
     return closest.player;
@@ -150,7 +162,7 @@ Player const* WorldModel::wellPositionedPlayer() const {
 }
 
 Player const* WorldModel::mostUnvulnerablePlayer() const {
-    // Only the last opponent of the list counts.
+    // Intentional: only the last opponent of the list counts.
     if (opponents().empty()) return nullptr;
     Player const& opponent = opponents().back();
     float farthest = -2.0F;
@@ -191,7 +203,7 @@ bool WorldModel::interceptionPoint(Player const& p, Vector2D& point, int& cycles
 
 Player const* WorldModel::fastestTeammateInterceptingBall() const {
     Player const* result = nullptr;
-    // The last cycle in which anybody gets there decides, not the first.
+    // Intentional: the last cycle in which anybody gets there decides, not the first.
     RollingBall rolling(ball());
     for (int i = 0; i <= INTERCEPTION_CYCLES; ++i, rolling.roll()) {
         Vector2D const point = rolling.position();
@@ -233,10 +245,7 @@ bool WorldModel::haveOptimalSeeTimes() const {
         info.viewWidth != static_cast<int>(ViewMode::normal)) {
         return false;
     }
-    timeval const see = timeLastSee();
-    timeval const senseBody = timeLastSB();
-    int const lateness = Utils::timerDiffMsec(&see, &senseBody);
-    bool const tooLateForTheFirstHalf = lateness >= 6 && lateness <= 44;
-    bool const tooLateForTheSecondHalf = lateness >= 65 && lateness <= 99;
-    return !tooLateForTheFirstHalf && !tooLateForTheSecondHalf;
+    int const lateness = Timeval::diffMsec(timeLastSee(), timeLastSB());
+    return !TOO_LATE_FOR_THE_FIRST_HALF.holds(lateness) &&
+           !TOO_LATE_FOR_THE_SECOND_HALF.holds(lateness);
 }

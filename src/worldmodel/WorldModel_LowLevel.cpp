@@ -22,32 +22,26 @@ bool take(std::atomic<bool>& flag) {
 
 } // namespace
 
-void TimeStamp::stampNow() {
-    timeval now{};
-    gettimeofday(&now, nullptr);
-    set(now);
-}
-
 void TimeStamp::set(timeval const& time) {
-    microseconds = time.tv_sec * MICROSECONDS_PER_SECOND + time.tv_usec;
+    microseconds_ = time.tv_sec * MICROSECONDS_PER_SECOND + time.tv_usec;
 }
 
 timeval TimeStamp::get() const {
-    std::int64_t const value = microseconds;
+    std::int64_t const value = microseconds_;
     return {value / MICROSECONDS_PER_SECOND, value % MICROSECONDS_PER_SECOND};
 }
 
 WorldModel::WorldModel() {
-    pthread_mutex_init(&mutex, nullptr);
-    pthread_cond_init(&condition, nullptr);
+    pthread_mutex_init(&mutex_, nullptr);
+    pthread_cond_init(&condition_, nullptr);
 }
 
 void WorldModel::setTeamname(char const* name) {
-    std::snprintf(theTeamname.data(), theTeamname.size(), "%s", name);
+    std::snprintf(teamname_.data(), teamname_.size(), "%s", name);
 }
 
 bool WorldModel::waitForNewInfo() {
-    if (newInfo.exchange(false)) return true;
+    if (newInfo_.exchange(false)) return true;
 
     static timeval now;
     static timespec timeout;
@@ -55,65 +49,54 @@ bool WorldModel::waitForNewInfo() {
     timeout.tv_sec = now.tv_sec + SILENCE_SECONDS;
     timeout.tv_nsec = 0;
 
-    pthread_mutex_lock(&mutex);
+    pthread_mutex_lock(&mutex_);
     int result = 0;
     // The flag may have been set since the look above; the signal is then past.
-    if (!newInfo) {
+    if (!newInfo_) {
         do {
-            result = pthread_cond_timedwait(&condition, &mutex, &timeout);
+            result = pthread_cond_timedwait(&condition_, &mutex_, &timeout);
         } while (result == EINTR);
     }
-    newInfo = false;
-    pthread_mutex_unlock(&mutex);
+    newInfo_ = false;
+    pthread_mutex_unlock(&mutex_);
     return result != ETIMEDOUT;
 }
 
 void WorldModel::signalNewInfo() {
-    pthread_mutex_lock(&mutex);
-    newInfo = true;
-    pthread_cond_signal(&condition);
-    pthread_mutex_unlock(&mutex);
+    pthread_mutex_lock(&mutex_);
+    newInfo_ = true;
+    pthread_cond_signal(&condition_);
+    pthread_mutex_unlock(&mutex_);
 }
 
 void WorldModel::setTimeLastSee() {
-    lastSee.stampNow();
-    ++seesSinceSenseBody;
-    lastSeeCycle = currentTime();
+    lastSee_.set(clock_.see());
+    ++seesSinceSenseBody_;
+    lastSeeCycle_ = currentTime();
+    Sensors::arrivals.stamp(Arrivals::SEE);
     signalNewInfo();
 }
 
 void WorldModel::setTimeLastSB() {
-    lastSenseBody.stampNow();
-    senseBodyArrived = true;
-    seesSinceSenseBody = 0;
-    lastSenseBodyCycle = currentTime();
+    lastSenseBody_.set(clock_.senseBody());
+    senseBodyArrived_ = true;
+    seesSinceSenseBody_ = 0;
+    lastSenseBodyCycle_ = currentTime();
+    Sensors::arrivals.stamp(Arrivals::SENSE_BODY);
     signalNewInfo();
 }
 
-bool WorldModel::seeIsNewerThanSenseBody() const {
-    timeval const see = timeLastSee();
-    timeval const senseBody = timeLastSB();
-    return see.tv_sec != senseBody.tv_sec ? see.tv_sec > senseBody.tv_sec
-                                          : see.tv_usec > senseBody.tv_usec;
-}
-
 bool WorldModel::integrateSensorInfo() {
-    bool integrated = false;
-    if (take(Sensors::newSenseBody)) {
-        integrateSenseBody(*Sensors::senseBody);
-        integrated = true;
-    }
-    if (take(Sensors::newVisual)) {
-        integrateSee();
-        integrated = true;
-    }
-    if (take(Sensors::newRefAudio)) theSituation.setPlayMode(Sensors::refAudio->playMode);
-    if (take(Sensors::newSelfAudio)) theSituation.integrateSelfAudio(*Sensors::selfAudio);
-    if (take(Sensors::newPlayerAudio)) theSituation.integratePlayerAudio(*Sensors::playerAudio);
-    if (take(Sensors::newCoachAudio)) theSituation.integrateCoachAudio(*Sensors::coachAudio);
+    unsigned const arrived = Sensors::arrivals.take();
+    if ((arrived & Arrivals::SENSE_BODY) != 0) integrateSenseBody(*Sensors::senseBody);
+    if ((arrived & Arrivals::SEE) != 0) integrateSee();
+    if (take(Sensors::newRefAudio)) situation_.setPlayMode(Sensors::refAudio->playMode);
+    if (take(Sensors::newSelfAudio)) situation_.integrateSelfAudio(*Sensors::selfAudio);
+    if (take(Sensors::newPlayerAudio)) situation_.integratePlayerAudio(*Sensors::playerAudio);
+    if (take(Sensors::newCoachAudio)) situation_.integrateCoachAudio(*Sensors::coachAudio);
     if (take(Sensors::newScore)) {
-        theSituation.ourScore = Sensors::score->ours;
-        theSituation.theirScore = Sensors::score->theirs;
+        situation_.ourScore = Sensors::score->ours;
+        situation_.theirScore = Sensors::score->theirs;
     }
     take(Sensors::newSubstitution); // nothing depends on these two
     take(Sensors::newError);
@@ -122,7 +105,7 @@ bool WorldModel::integrateSensorInfo() {
     if (take(Sensors::newPlayerParam)) Configuration::integratePlayerParam(*Sensors::playerParam);
     if (take(Sensors::newPlayerType)) Configuration::addPlayerType(*Sensors::playerType);
     Sensors::doneReading();
-    return integrated;
+    return arrived != Arrivals::NOTHING;
 }
 
 void WorldModel::integrateSenseBody(RCC_SenseBody const& report) {
@@ -143,7 +126,7 @@ void WorldModel::integrateSenseBody(RCC_SenseBody const& report) {
     info.executed.goalieCatch = report.catches;
     info.executed.move = report.moves;
     info.executed.changeView = report.changeViews;
-    theSituation.currentTime = report.time;
+    situation_.currentTime = report.time;
     estimateCurrentState();
 }
 
@@ -157,8 +140,8 @@ void WorldModel::integrateSee() {
 
     if (!Sensors::balls.empty()) {
         integrateSeenBall(Sensors::balls.front(), lastPlayerVelocity);
-    } else if (currentTime() - theSituation.heardBallTime > BALL_MEMORY) {
-        // Forgotten by when it was last heard of, not seen; kept so.
+    } else if (currentTime() - situation_.heardBallTime > BALL_MEMORY) {
+        // Intentional: counts from when it was last heard of, not seen.
         Vector2D const unknown(UNDEFINED_FLOAT, UNDEFINED_FLOAT, CARTESIAN);
         ball().position = unknown;
         ball().velocity = unknown;
@@ -177,7 +160,7 @@ Vector2D WorldModel::integratePlayers() {
         }
     };
 
-    std::vector<Player>& mine = theSituation.myTeam.players;
+    std::vector<Player>& mine = situation_.myTeam.players;
     mine.resize(1);
     mine[0].position = me.position;
     mine[0].velocity = me.velocity;
@@ -185,12 +168,12 @@ Vector2D WorldModel::integratePlayers() {
     mine[0].headDirection = me.headDirection;
     append(mine, Sensors::allies, false);
 
-    theSituation.theirTeam.players.clear();
-    append(theSituation.theirTeam.players, Sensors::enemies, true);
+    situation_.theirTeam.players.clear();
+    append(situation_.theirTeam.players, Sensors::enemies, true);
 
     // Whoever cannot be told apart counts as an opponent.
-    theSituation.unknownPlayers.clear();
-    append(theSituation.unknownPlayers, Sensors::neuts, true);
+    situation_.unknownPlayers.clear();
+    append(situation_.unknownPlayers, Sensors::neuts, true);
     return lastVelocity;
 }
 
@@ -216,25 +199,27 @@ Player WorldModel::playerFromSee(RCC_Player const& seen, bool opponent) const {
 void WorldModel::integrateSeenBall(RCC_Ball const& seen, Vector2D const& lastPlayerVelocity) {
     Myself const& me = myself();
     float const direction = me.headDirection - seen.direction.degrees();
-    theSituation.ballSeenTime = currentTime();
+    situation_.ballSeenTime = currentTime();
     ball().position = me.position + Vector2D(seen.distance, direction, POLAR);
     if (seen.hasSpeed()) {
-        theSituation.ballVelocitySeenTime = currentTime();
+        situation_.ballVelocitySeenTime = currentTime();
         ball().velocity = Vector2D(seen.speed, direction, POLAR) + me.velocity * Player::DECAY;
-    } else if (currentTime() - theSituation.ballVelocitySeenTime > BALL_VELOCITY_MEMORY) {
+    } else if (currentTime() - situation_.ballVelocitySeenTime > BALL_VELOCITY_MEMORY) {
         ball().velocity = Vector2D();
     } else {
-        // Too far to tell: it goes the way of the player seen last, not its own old way. Kept so.
+        // Intentional: too far to tell, it gets the velocity of the player seen last, not its own
+        // old one.
         ball().velocity = lastPlayerVelocity;
     }
 }
 
 void WorldModel::integrateInitMsg(RCC_InitMsg const& msg) {
     myself().unum = msg.unum;
-    theSituation.side = static_cast<FieldSide>(msg.side);
-    theSituation.playMode = msg.playMode.mode; // the parser's number as it is, without the mapping
+    situation_.side = static_cast<FieldSide>(msg.side);
+    // Intentional: the parser's number as it is, not mapped to ours or theirs.
+    situation_.playMode = static_cast<int>(msg.playMode.mode);
 
-    Player& mirror = theSituation.myTeam.players.front();
+    Player& mirror = situation_.myTeam.players.front();
     mirror.unum = msg.unum;
     mirror.goalie = isGoalie();
     mirror.bodyDirection = UNDEFINED_FLOAT;

@@ -7,19 +7,19 @@
 Vector2D WorldModel::calcSBSPPosition(int unum) const {
     // Drawn from the home position, while a player on its way draws from where it is.
     Vector2D const pull = ball().position - Formation::homePosition(unum);
-    return Formation::strategicPosition(unum, pull, ball().position, theSituation.playMode);
+    return Formation::strategicPosition(unum, pull, ball().position, situation_.playMode);
 }
 
 bool WorldModel::isMyHomePosClosestToPos(Vector2D pos) const {
-    constexpr int FIRST_FIELD_PLAYER = 2;
-    int closest = 0;
+    constexpr int NOBODY = 0; ///< an agent without a number has this one
+    int closest = NOBODY;
     float closestDistance = UNDEFINED_FLOAT;
-    for (int unum = FIRST_FIELD_PLAYER; unum <= Formation::PLAYERS; ++unum) {
+    for (int unum = Formation::FIRST_FIELD_PLAYER; unum <= Formation::PLAYERS; ++unum) {
         float const distance = Formation::homePosition(unum).getDistanceTo(pos);
         if (distance < closestDistance) {
             closestDistance = distance;
             closest = unum;
         }
     }
-    return closest == myself().unum;
+    return closest != NOBODY && closest == myself().unum;
 }

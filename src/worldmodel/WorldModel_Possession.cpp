@@ -60,10 +60,6 @@ bool WorldModel::isInKickableArea() const {
     return withinKickingReach(myself().position, ball().position);
 }
 
-float WorldModel::isInKickableAreaRel() const {
-    return 0.0F;
-}
-
 bool WorldModel::willBeInKickableArea(int cycles, float dashPower) const {
     return withinKickingReach(myself().predictedPosition(cycles, dashPower, 0.0F),
                               ball().rollingPosition(cycles));
@@ -81,10 +77,6 @@ bool WorldModel::beingSecondClosestToBall() const {
     return isMe(secondClosestPlayerToPoint(ball().position));
 }
 
-float WorldModel::beingSecondClosestToBallRel() const {
-    return 1.0F;
-}
-
 bool WorldModel::beingClosestTeamMateToBall() const {
     return isMe(closestTeamMateToPoint(ball().position));
 }
@@ -97,24 +89,12 @@ bool WorldModel::isClosestToBall(Player const& p) const {
     return isSamePlayer(closestPlayerToPoint(ball().position), p);
 }
 
-float WorldModel::isClosestToBallRel(Player const& /*p*/) const {
-    return 0.0F;
-}
-
 bool WorldModel::beingClosestToPoint(Vector2D point) const {
     return isMe(closestPlayerToPoint(point));
 }
 
-float WorldModel::beingClosestToPointRel(Vector2D /*point*/) const {
-    return 0.0F;
-}
-
 bool WorldModel::isClosestToPoint(Vector2D point, Player const& p) const {
     return isSamePlayer(closestPlayerToPoint(point), p);
-}
-
-float WorldModel::isClosestToPointRel(Vector2D /*point*/, Player const& /*p*/) const {
-    return 0.0F;
 }
 
 bool WorldModel::beingClosestTeamMateToPlayer(Player const& p) const {
@@ -161,12 +141,4 @@ bool WorldModel::isTeamMate(Player const& p) const {
 
 float WorldModel::isTeamMateRel(Player const& p) const {
     return 1.0F - isOpponentRel(p);
-}
-
-bool WorldModel::isInArea(Player const& /*p*/) const {
-    return true;
-}
-
-float WorldModel::isInAreaRel(Player const& /*p*/) const {
-    return 0.0F;
 }

@@ -2,7 +2,7 @@
 
 #include "worldmodel/WorldModel.h"
 
-#include "skills/Utils.h"
+#include "geometry/Bearings.h"
 
 namespace {
 
@@ -22,14 +22,16 @@ Rectangle squareAround(Vector2D centre) {
     return {centre - corner, centre + corner};
 }
 
-/// Five metres to either side along x, but only towards positive y; kept so.
+/// Intentional: to either side along x, but only towards positive y.
 Rectangle frontalArea(Vector2D p) {
-    return {{p.x - 5.0F, p.y, CARTESIAN}, {p.x + 5.0F, p.y + 5.0F, CARTESIAN}};
+    constexpr float REACH = 5.0F; // metres
+    return {{p.x - REACH, p.y, CARTESIAN}, {p.x + REACH, p.y + REACH, CARTESIAN}};
 }
 
-/// The second corner has its coordinates exchanged; kept so.
+/// Intentional: the second corner has its coordinates exchanged.
 Rectangle attackArea(Vector2D p) {
-    return {{p.x - 1.5F, p.y - 1.5F, CARTESIAN}, {p.y + 1.5F, p.x + 1.5F, CARTESIAN}};
+    constexpr float REACH = 1.5F; // metres
+    return {{p.x - REACH, p.y - REACH, CARTESIAN}, {p.y + REACH, p.x + REACH, CARTESIAN}};
 }
 
 bool isBehind(Player const* lastOpponent, float y) {
@@ -41,10 +43,6 @@ bool isBehind(Player const* lastOpponent, float y) {
 bool WorldModel::isOnField(Vector2D point) const {
     return Field::L_SIDE_OUTLINE <= point.y && point.y <= Field::R_SIDE_OUTLINE &&
            Field::OWN_GOAL_OUTLINE <= point.x && point.x <= Field::OPP_GOAL_OUTLINE;
-}
-
-float WorldModel::isOnFieldRel(Vector2D /*point*/) const {
-    return 0.0F;
 }
 
 bool WorldModel::beingOnField() const {
@@ -96,10 +94,6 @@ bool WorldModel::beingInAttackPosition() const {
     return squareAround(myself().attackPosition + advance).isInside(myself().position);
 }
 
-float WorldModel::beingInAttackPositionRel() const {
-    return 0.0F;
-}
-
 bool WorldModel::beingInDefensePosition() const {
     return squareAround(myself().homePosition).isInside(myself().position);
 }
@@ -108,41 +102,25 @@ bool WorldModel::beingInOptimalPosition() const {
     return beingAtGoodPointToScore() && !beingFrontalAttacked();
 }
 
-float WorldModel::beingInOptimalPositionRel() const {
-    return 0.0F;
-}
-
 bool WorldModel::isAGoodPointToScore(Vector2D point) const {
     constexpr float SHOOTING_DISTANCE = 22.0F;
     constexpr float GOALIE_DISTANCE = 5.0F;
-    if (point.getDistanceTo(Field::landmark(Field::OPP_GOAL_MID)) <= SHOOTING_DISTANCE) return true;
-    // From the agent, wherever the point is; kept so.
-    Player const* const goalie = theSituation.theirTeam.getGoalie();
+    if (point.getDistanceTo(Field::OPP_GOAL_CENTER) <= SHOOTING_DISTANCE) return true;
+    // Intentional: from the agent, wherever the point is.
+    Player const* const goalie = situation_.theirTeam.getGoalie();
     return goalie != nullptr && myself().position.getDistanceTo(goalie->position) < GOALIE_DISTANCE;
-}
-
-float WorldModel::isAGoodPointToScoreRel(Vector2D /*point*/) const {
-    return 0.0F;
 }
 
 bool WorldModel::beingAtGoodPointToScore() const {
     return isAGoodPointToScore(myself().position) && !beingFrontalAttacked();
 }
 
-float WorldModel::beingAtGoodPointToScoreRel() const {
-    return 0.0F;
-}
-
 bool WorldModel::isAtGoodPointToScore(Player const& p) const {
-    // Half a metre behind the goal that isAGoodPointToScore means, and the agent's attackers, not
-    // p's; kept so.
-    constexpr Vector2D GOAL(52.5F, 0.0F, CARTESIAN);
+    // Intentional: half a metre behind the goal that isAGoodPointToScore means, and the agent's
+    // attackers, not p's.
+    constexpr Vector2D GOAL(Field::SERVER_OPP_GOAL_LINE, 0.0F, CARTESIAN);
     constexpr float SHOOTING_DISTANCE = 20.0F;
     return p.position.getDistanceTo(GOAL) < SHOOTING_DISTANCE && !beingFrontalAttacked();
-}
-
-float WorldModel::isAtGoodPointToScoreRel(Player const& /*p*/) const {
-    return 0.0F;
 }
 
 bool WorldModel::beingFrontalAttacked() const {
@@ -150,16 +128,8 @@ bool WorldModel::beingFrontalAttacked() const {
     return opponent != nullptr && frontalArea(myself().position).isInside(opponent->position);
 }
 
-float WorldModel::beingFrontalAttackedRel() const {
-    return 0.0F;
-}
-
 bool WorldModel::isFrontalAttacked(Player const& p) const {
     return frontalArea(p.position).isInside(closestPlayerToPlayer(p).position);
-}
-
-float WorldModel::isFrontalAttackedRel(Player const& /*p*/) const {
-    return 0.0F;
 }
 
 bool WorldModel::beingAttacked() const {
@@ -167,25 +137,13 @@ bool WorldModel::beingAttacked() const {
     return opponent != nullptr && attackArea(myself().position).isInside(opponent->position);
 }
 
-float WorldModel::beingAttackedRel() const {
-    return 0.0F;
-}
-
 bool WorldModel::isAttackedTeammate(Player const& p) const {
     Player const* const opponent = closestOpponentToTeammate(p);
     return opponent != nullptr && attackArea(p.position).isInside(opponent->position);
 }
 
-float WorldModel::isAttackedTeammateRel(Player const& /*p*/) const {
-    return 0.0F;
-}
-
 bool WorldModel::isAttackedOpponent(Player const& p) const {
     return attackArea(p.position).isInside(closestPlayerToPlayer(p).position);
-}
-
-float WorldModel::isAttackedOpponentRel(Player const& /*p*/) const {
-    return 0.0F;
 }
 
 bool WorldModel::isNotMarked(Player const& p) const {
@@ -194,15 +152,11 @@ bool WorldModel::isNotMarked(Player const& p) const {
     return opponent == nullptr || p.position.getDistanceTo(opponent->position) < MARKING_DISTANCE;
 }
 
-float WorldModel::isNotMarkedRel(Player const& /*p*/) const {
-    return 0.0F;
-}
-
 bool WorldModel::isIntersected(Vector2D from, Vector2D to) const {
-    // Raw angles: a line along 0 degrees does not see what lies at 359.
-    float const line = Utils::calcAngleToPoint(from, to);
+    // Intentional: raw angles, so a line along 0 degrees does not see what lies at 359.
+    float const line = snapBearing(bearing(from, to));
     auto const inTheWay = [&](Player const& player) {
-        float const angle = Utils::calcAngleToPoint(player.position, to);
+        float const angle = snapBearing(bearing(player.position, to));
         return line - PASS_LINE_TOLERANCE <= angle && angle <= line + PASS_LINE_TOLERANCE;
     };
     for (Player const& player : opponents()) {
@@ -257,24 +211,12 @@ bool WorldModel::isInAnyRectangle(Vector2D point, Rectangle const& r) const {
     return r.isInside(point);
 }
 
-float WorldModel::isInAnyRectangleRel(Vector2D /*point*/, Rectangle const& /*r*/) const {
-    return 0.0F;
-}
-
 bool WorldModel::isInAnyRectangle(Player const& p, Rectangle const& r) const {
     return r.isInside(p.position);
 }
 
-float WorldModel::isInAnyRectangleRel(Player const& /*p*/, Rectangle const& /*r*/) const {
-    return 0.0F;
-}
-
 bool WorldModel::beingInAnyRectangle(Rectangle const& r) const {
     return r.isInside(myself().position);
-}
-
-float WorldModel::beingInAnyRectangleRel(Rectangle const& /*r*/) const {
-    return 0.0F;
 }
 
 bool WorldModel::isWellPositioned(Player const& p) const {

@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-
 #include <iostream>
 #include <string>
 
@@ -14,7 +13,9 @@ std::string problems(std::string const& text) {
     CapturedStream const unused(std::cerr);
     std::string all;
     for (ConfProblem const& p : findConfProblems(text)) {
-        all += (p.isError ? "E" : "W") + std::to_string(p.line) + " " + p.message + "\n";
+        all += p.isError ? 'E' : 'W';
+        all += std::to_string(p.line);
+        all.append(" ").append(p.message).append("\n");
     }
     return all;
 }

@@ -1,12 +1,11 @@
-#include "config/Configuration.h"
-#include "tests/geometry/CapturedStream.h"
-#include "tests/parser/Listener.h"
-
 #include <gtest/gtest.h>
-
 #include <iostream>
 #include <string>
 #include <tuple>
+
+#include "config/Configuration.h"
+#include "tests/geometry/CapturedStream.h"
+#include "tests/parser/Listener.h"
 
 namespace {
 

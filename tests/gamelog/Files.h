@@ -1,13 +1,11 @@
 #pragma once
 
-#include <zlib.h>
-
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <string>
-
 #include <unistd.h>
+#include <zlib.h>
 
 namespace gamelog_test {
 

@@ -1,15 +1,14 @@
 // What the reader tolerates, what it refuses and in which words, and that hostile input ends well.
 
-#include <gtest/gtest.h>
-
 #include <cstring>
+#include <gtest/gtest.h>
 #include <random>
 #include <vector>
 
-#include "Files.h"
 #include "gamelog/Line.h"
 #include "gamelog/Reader.h"
 #include "gamelog/Writer.h"
+#include "tests/gamelog/Files.h"
 
 namespace {
 

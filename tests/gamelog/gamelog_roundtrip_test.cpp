@@ -2,14 +2,13 @@
 // random values.
 
 #include <gtest/gtest.h>
-
 #include <random>
 #include <sstream>
 
-#include "Files.h"
 #include "gamelog/Line.h"
 #include "gamelog/Reader.h"
 #include "gamelog/Writer.h"
+#include "tests/gamelog/Files.h"
 
 namespace {
 

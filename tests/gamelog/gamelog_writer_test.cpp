@@ -1,8 +1,7 @@
 // The forms byte for byte, by samples, and the numbers against the C library.
 
-#include <gtest/gtest.h>
-
 #include <cstdio>
+#include <gtest/gtest.h>
 #include <random>
 #include <sstream>
 

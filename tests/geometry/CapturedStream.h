@@ -7,15 +7,15 @@
 /// Takes what is written to a stream while it lives.
 class CapturedStream {
 public:
-    explicit CapturedStream(std::ostream& os) : stream(os), original(os.rdbuf(taken.rdbuf())) {}
-    ~CapturedStream() { stream.rdbuf(original); }
+    explicit CapturedStream(std::ostream& os) : stream_(os), original_(os.rdbuf(taken_.rdbuf())) {}
+    ~CapturedStream() { stream_.rdbuf(original_); }
     CapturedStream(CapturedStream const&) = delete;
     CapturedStream& operator=(CapturedStream const&) = delete;
 
-    std::string text() const { return taken.str(); }
+    std::string text() const { return taken_.str(); }
 
 private:
-    std::ostringstream taken;
-    std::ostream& stream;
-    std::streambuf* original;
+    std::ostringstream taken_;
+    std::ostream& stream_;
+    std::streambuf* original_;
 };

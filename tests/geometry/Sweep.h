@@ -1,11 +1,10 @@
 #pragma once
 
-#include "geometry/Geometry.h"
-
-#include <gtest/gtest.h>
-
 #include <complex>
+#include <gtest/gtest.h>
 #include <random>
+
+#include "geometry/Geometry.h"
 
 /// The plainly different computation of these tests: double precision, vectors as complex numbers.
 using Complex = std::complex<double>;
@@ -49,15 +48,15 @@ protected:
     static constexpr int COUNT = 20'000;
 
     float number(float low, float high) {
-        return std::uniform_real_distribution<float>(low, high)(engine);
+        return std::uniform_real_distribution<float>(low, high)(engine_);
     }
 
     /// Both bounds included.
-    int whole(int low, int high) { return std::uniform_int_distribution(low, high)(engine); }
+    int whole(int low, int high) { return std::uniform_int_distribution(low, high)(engine_); }
 
     /// A point on the field or somewhat beside it.
     Vector2D point() { return {number(-60, 60), number(-40, 40), CARTESIAN}; }
 
 private:
-    std::mt19937 engine{20020619};
+    std::mt19937 engine_{20020619};
 };

@@ -1,7 +1,7 @@
+#include <iostream>
+
 #include "tests/geometry/CapturedStream.h"
 #include "tests/geometry/Sweep.h"
-
-#include <iostream>
 
 namespace {
 
@@ -75,8 +75,8 @@ TEST_F(Shapes, OddLines) {
                           "(Line::getXGivenY) Cannot calculate X coordinate\n");
 }
 
-/// One circle's share of an overlap, behind a chord. Kept: a chord beyond the center counts as one
-/// on this side of it, so that the sum is right only for chords between the centers.
+/// One circle's share of an overlap, behind a chord. Intentional: a chord beyond the center counts
+/// as one on this side of it, so that the sum is right only for chords between the centers.
 double share(double radius, double cosine) {
     return radius * radius * (std::acos(cosine) - cosine * std::sqrt(1 - cosine * cosine));
 }
@@ -104,6 +104,22 @@ TEST_F(Shapes, CircleMeetsAndOverlapsCircles) {
             ASSERT_TRUE(agree(p[1], center + way * std::polar(r0, -std::acos(cosine)), 0.01));
         }
         ASSERT_NEAR(one.getIntersectionArea(two), area, 2e-3 * (1 + area));
+    }
+    // A line through the centre, however steep, meets the circle a radius away on either side.
+    for (int i = 0; i < 2000; ++i) {
+        Circle const goal(at(-52, 0), 7);
+        double const beside = std::pow(10, number(-4, 1)) + 1e-4;
+        Complex const other(-52 + (i % 2 == 0 ? beside : -beside), number(5, 34));
+        Vector2D const drawn =
+            at(static_cast<float>(other.real()), static_cast<float>(other.imag()));
+        Complex const way = toComplex(drawn) - Complex(-52, 0);
+        Complex const reach = way * (7 / std::abs(way));
+        Vector2D p[2];
+        Line const line = Line::makeLineFromTwoPoints(drawn, goal.center);
+        ASSERT_EQ(line.getCircleIntersectionPoints(goal, &p[0], &p[1]), 2);
+        std::size_t const far = p[0].y > p[1].y ? 0 : 1;
+        ASSERT_TRUE(agree(p[far], Complex(-52, 0) + reach, 1e-3)) << other;
+        ASSERT_TRUE(agree(p[1 - far], Complex(-52, 0) - reach, 1e-3)) << other;
     }
     Circle const one(at(0, 0), 1);
     Vector2D p1;

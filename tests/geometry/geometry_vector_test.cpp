@@ -1,7 +1,7 @@
+#include <iostream>
+
 #include "tests/geometry/CapturedStream.h"
 #include "tests/geometry/Sweep.h"
-
-#include <iostream>
 
 namespace {
 

@@ -12,9 +12,10 @@ from collections.abc import Iterator
 from contextlib import contextmanager
 from pathlib import Path
 
-from matches.match import Match, MatchSettings, TeamSettings
+from matches.match import Match
 from matches.places import ROOT
 from matches.results import MatchOutcome
+from matches.settings import MatchSettings, TeamSettings
 
 STUBS = Path(__file__).parent / "stubs"
 CONF = ROOT / "player.conf"

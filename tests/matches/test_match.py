@@ -85,6 +85,7 @@ class Command(MatchCase):
         play.send_signal(signal.SIGINT)
         words = play.stdout.read()
         self.assertEqual(play.wait(), 130)
+        self.assertNotIn("FAULT", words)
         self.assertRegex(words, r"Left 2 : 1 Right  stopped after \d+ cycles")
         self.assertIn("commands in time", words)
         self.assertIn("commands carried out", (self.folder / "kept/table.txt").read_text())

@@ -1,12 +1,11 @@
 #pragma once
 
-#include "Rows.h"
-
 #include <gtest/gtest.h>
-
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "tests/parser/Rows.h"
 
 /// What handlers were called with.
 struct Log {
@@ -15,7 +14,7 @@ struct Log {
 };
 
 /// Keeps a copy of the latest record of one kind.
-template <class T>
+template <typename T>
 struct Recorder : RCC_Handler<RCC_Pointer<T>> {
     Recorder(RCC_Parser::Handlers<T>& handlers, Log& common) : log(common) {
         handlers.push_back(this);

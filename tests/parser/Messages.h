@@ -1,24 +1,31 @@
 #pragma once
 
-#include "Listener.h"
-
 #include <algorithm>
 #include <array>
 #include <random>
 #include <string>
 #include <vector>
 
-// Messages drawn at random in the forms that a server writes, each with the row of its record.
+#include "tests/parser/Listener.h"
 
+// Messages drawn at random in the forms that a server writes, each with the row of its record. A
+// pattern is a message with signs in the places of its values (see Dice::fill), so that for example
+//
+//     dice.fill("(hear % # $)")
+//
+// may give the text `(hear 4711 -35.25 "pass")` and the row `4711 -35.25 pass `. Rows.h tells how
+// a record becomes such a row.
+
+/// A message, and the row that its record must have.
 struct Written {
     std::string text;
     std::string row;
 };
 
 /// Always draws the same for one seed.
-class Draw {
+class Dice {
 public:
-    explicit Draw(unsigned seed) : random(seed) {}
+    explicit Dice(unsigned seed) : random(seed) {}
 
     int upTo(int most) { return static_cast<int>(random() % (static_cast<unsigned>(most) + 1)); }
     bool oneIn(int number) { return upTo(number - 1) == 0; }
@@ -67,9 +74,8 @@ constexpr std::array FLAGS = {
 };
 // clang-format on
 
-/// The name that the code of a line, a flag or a goal stands for, read from its last digit on:
-/// 2 top, 3 bottom, 4 left, 5 right, 6 centre, 7 penalty area, 8 goal; thousands are tens of
-/// metres.
+/// The name that the code of a line, a flag or a goal stands for, read from its last digit on.
+/// RCC_Flag tells what the digits mean.
 inline std::string nameOf(std::string const& kind, int code) {
     std::string name = kind.substr(0, 1);
     for (int digits = kind == "goal" ? code / 10 : code % 1000; digits > 0; digits /= 10) {
@@ -80,37 +86,37 @@ inline std::string nameOf(std::string const& kind, int code) {
 }
 
 /// The name of something in a see, and its part of the row.
-inline Written drawObject(Draw& draw, std::string const& kind, std::string const& ownTeam) {
-    if (kind == "ball") return {draw.oneIn(2) ? "b" : "B", ""};
-    if (kind == "neut") return {draw.oneIn(2) ? "p" : "P", row("", 0, 0)};
+inline Written drawObject(Dice& dice, std::string const& kind, std::string const& ownTeam) {
+    if (kind == "ball") return {dice.oneIn(2) ? "b" : "B", ""};
+    if (kind == "neut") return {dice.oneIn(2) ? "p" : "P", row("", 0, 0)};
     if (kind == "ally" || kind == "enemy") {
         std::string const team =
             kind == "ally" ? ownTeam
-                           : draw.of(std::array<std::string, 4>{ownTeam + "x", ownTeam.substr(1),
+                           : dice.of(std::array<std::string, 4>{ownTeam + "x", ownTeam.substr(1),
                                                                 "A (b)", std::string(40, 'y')});
-        int const unum = draw.upTo(11);
-        bool const goalie = unum > 0 && draw.oneIn(4);
+        int const unum = dice.upTo(11);
+        bool const goalie = unum > 0 && dice.oneIn(4);
         std::string name = "p \"" + team + "\"";
         if (unum > 0) name.append(" ").append(std::to_string(unum));
         return {name + (goalie ? " goalie" : ""), row(team.substr(0, 31), unum, goalie)};
     }
-    if (kind != "line" && draw.oneIn(9)) return {kind == "flag" ? "F" : "G", "1 "};
-    int const code = kind == "line"   ? 2 + draw.upTo(3)
-                     : kind == "goal" ? 48 + 10 * draw.upTo(1)
-                                      : draw.of(FLAGS);
+    if (kind != "line" && dice.oneIn(9)) return {kind == "flag" ? "F" : "G", "1 "};
+    int const code = kind == "line"   ? 2 + dice.upTo(3)
+                     : kind == "goal" ? 48 + 10 * dice.upTo(1)
+                                      : dice.of(FLAGS);
     return {nameOf(kind, code), row(code)};
 }
 
-inline Written drawSee(Draw& draw, std::string const& ownTeam = "Alpha") {
-    auto see = draw.fill("%");
+inline Written drawSee(Dice& dice, std::string const& ownTeam = "Alpha") {
+    auto see = dice.fill("%");
     for (std::string const kind : {"line", "flag", "goal", "ally", "enemy", "neut", "ball"}) {
         bool const player = kind == "ally" || kind == "enemy" || kind == "neut";
-        for (int i = draw.upTo(9); i > 0; --i) {
-            auto const object = drawObject(draw, kind, ownTeam);
-            auto const form = static_cast<std::size_t>(draw.upTo(2));
-            auto const values = draw.fill(std::array{"#", "+ #", "+ # # #"}[form]);
-            auto const facing = draw.fill(player && form == 2 ? " # #" : "");
-            char const* const marks = draw.of(std::array{"", " t", " f", " 30", " -30 k"});
+        for (int i = dice.upTo(9); i > 0; --i) {
+            auto const object = drawObject(dice, kind, ownTeam);
+            auto const form = static_cast<std::size_t>(dice.upTo(2));
+            auto const values = dice.fill(std::array{"#", "+ #", "+ # # #"}[form]);
+            auto const facing = dice.fill(player && form == 2 ? " # #" : "");
+            char const* const marks = dice.of(std::array{"", " t", " f", " 30", " -30 k"});
             see.text.append(" ((").append(object.text).append(") ").append(values.text);
             see.text.append(facing.text).append(facing.row.empty() ? "" : marks).append(")");
             std::string const absent = form < 2 ? "inf inf " : "";
@@ -121,12 +127,12 @@ inline Written drawSee(Draw& draw, std::string const& ownTeam = "Alpha") {
     return {"(see " + see.text + ")", "see " + see.row};
 }
 
-inline Written drawSenseBody(Draw& draw) {
-    auto const time = draw.fill("(sense_body % (view_mode ");
-    auto const quality = static_cast<std::size_t>(draw.upTo(1));
-    auto const width = static_cast<std::size_t>(draw.upTo(2));
+inline Written drawSenseBody(Dice& dice) {
+    auto const time = dice.fill("(sense_body % (view_mode ");
+    auto const quality = static_cast<std::size_t>(dice.upTo(1));
+    auto const width = static_cast<std::size_t>(dice.upTo(2));
     auto const rest =
-        draw.fill(") (stamina # #) (speed # #) (head_angle #) (kick %) (dash %) "
+        dice.fill(") (stamina # #) (speed # #) (head_angle #) (kick %) (dash %) "
                   "(turn %) (say %) (turn_neck %) (catch %) (move %) (change_view %))");
     return {time.text + std::array{"high ", "low "}[quality] +
                 std::array{"narrow", "normal", "wide"}[width] + rest.text,
@@ -134,14 +140,14 @@ inline Written drawSenseBody(Draw& draw) {
 }
 
 /// What an ordinary match brings, one at least of each kind that has a handler.
-inline std::vector<std::string> samples(Draw& draw) {
-    std::vector<std::string> messages = {drawSee(draw).text, drawSenseBody(draw).text};
+inline std::vector<std::string> samples(Dice& dice) {
+    std::vector<std::string> messages = {drawSee(dice).text, drawSenseBody(dice).text};
     for (char const* pattern :
          {"(hear % self $)", "(hear % # $)", "(hear % coach $)", "(hear % referee goal_l_%)",
           "(hear % online_coach_left (freeform $))", "(score % % %)", "(change_player_type 4 %)",
           "(error too_many_moves)", "(init l 1 play_on)",
           "(fullstate % (ball # # # #) (l_1 # #))"}) {
-        messages.push_back(draw.fill(pattern).text);
+        messages.push_back(dice.fill(pattern).text);
     }
     messages.push_back("(server_param" + numbersFrom(1, 103) + ")");
     messages.push_back("(player_param" + numbersFrom(1, 19) + ")");

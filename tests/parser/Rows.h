@@ -1,10 +1,10 @@
 #pragma once
 
-#include "parser/RCC_Parser.h"
-
 #include <iomanip>
 #include <sstream>
 #include <string>
+
+#include "parser/RCC_Parser.h"
 
 inline std::string row(auto const&... fields) {
     std::ostringstream text;
@@ -16,15 +16,17 @@ inline std::string row(auto const&... fields) {
 /// Records as texts, all their fields in a row, to be compared as one.
 struct Row {
     // clang-format off
-    static std::string of(RCC_Object const& /*parameters*/) { return ""; }
-    static std::string of(RCC_RefAudio const& a) { return row("referee", a.time, a.playMode.mode, a.playMode.side); }
+    static std::string of(RCC_ServerParam const& /*compared field by field*/) { return ""; }
+    static std::string of(RCC_PlayerParam const& /*compared field by field*/) { return ""; }
+    static std::string of(RCC_PlayerType const& /*compared field by field*/) { return ""; }
+    static std::string of(RCC_RefAudio const& a) { return row("referee", a.time, static_cast<int>(a.playMode.mode), a.playMode.side); }
     static std::string of(RCC_SelfAudio const& a) { return row("self", a.time, a.text.view()); }
     static std::string of(RCC_PlayerAudio const& a) { return row("player", a.time, a.direction.degrees(), a.text.view()); }
     static std::string of(RCC_CoachAudio const& a) { return row("coach", a.time, a.text.view()); }
     static std::string of(RCC_Score const& s) { return row("score", s.time, s.ours, s.theirs); }
     static std::string of(RCC_Substitution const& s) { return row("type", s.unum, s.type); }
     static std::string of(RCC_Error const& e) { return row("error", e.text.view()); }
-    static std::string of(RCC_InitMsg const& i) { return row("init", i.side, i.unum, i.playMode.mode, i.playMode.side); }
+    static std::string of(RCC_InitMsg const& i) { return row("init", i.side, i.unum, static_cast<int>(i.playMode.mode), i.playMode.side); }
     static std::string of(RCC_FullState const& f) { return row("fullstate", f.time); }
     // clang-format on
 
@@ -43,7 +45,7 @@ struct Row {
     }
 
 private:
-    template <class T>
+    template <typename T>
     static std::string objects(char const* kind, RCC_Container<T> const& seen) {
         std::string text;
         for (std::size_t i = 0; i < seen.size(); ++i) {

@@ -1,13 +1,12 @@
-#include "Messages.h"
-
-#include "support/Allocations.h"
+#include "tests/parser/Messages.h"
+#include "tests/support/Allocations.h"
 
 namespace {
 
 TEST(Allocation, AllWhenTheParserIsBuiltNoneEvenForTheFirstMessage) {
     using support::allocationCount;
-    Draw draw(5);
-    std::vector<std::string> const messages = samples(draw);
+    Dice dice(5);
+    std::vector<std::string> const messages = samples(dice);
     long const before = allocationCount();
     RCC_Parser parser(0, "Alpha", 0);
     long const built = allocationCount();

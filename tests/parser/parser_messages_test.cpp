@@ -1,18 +1,19 @@
-#include "Messages.h"
-
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
+
+#include "tests/parser/Messages.h"
 
 namespace {
 
 using Visual = Listening;
 
 TEST_F(Visual, ReadsWhatIsWritten) {
-    Draw draw(1);
+    Dice dice(1);
     for (int round = 0; round < 500; ++round) {
-        parser.teamName = draw.of(std::array{"Alpha", "Alph"});
-        auto const [text, row] = drawSee(draw, parser.teamName);
+        parser.teamName = dice.of(std::array{"Alpha", "Alph"});
+        auto const [text, row] = drawSee(dice, parser.teamName);
         ASSERT_EQ(row, heard(text)) << text;
     }
     EXPECT_EQ("see 433 ", heard("(see 433)"));
@@ -49,17 +50,17 @@ std::string mode(int number, int side) {
 }
 
 TEST_F(Kinds, AreReadAsWritten) {
-    Draw draw(2);
+    Dice dice(2);
     std::map<std::string, char const*> const patterns = {{"self ", "(hear % self $)"},
                                                          {"player ", "(hear % # $)"},
                                                          {"coach ", "(hear % coach $)"},
                                                          {"score ", "(score % % %)"},
                                                          {"fullstate ", "(fullstate %)"}};
     for (int round = 0; round < 500; ++round) {
-        auto const [text, row] = drawSenseBody(draw);
+        auto const [text, row] = drawSenseBody(dice);
         ASSERT_EQ(row, heard(text)) << text;
         for (auto const& [kind, pattern] : patterns) {
-            Written const message = draw.fill(pattern);
+            Written const message = dice.fill(pattern);
             ASSERT_EQ(kind + message.row, heard(message.text)) << message.text;
         }
     }
@@ -139,20 +140,32 @@ TEST_F(Kinds, SubstitutionErrorAndForeignSpeakers) {
                   ")");
 }
 
+/// Holds on to the record itself.
+struct Keeper : RCC_Handler<RCC_Pointer<RCC_Score>> {
+    void handle(RCC_Pointer<RCC_Score> const& record) override { kept = record; }
+
+    RCC_Pointer<RCC_Score> kept;
+};
+
 TEST(Parser, CallsEveryHandlerAndReusesARecordThatMayOutliveIt) {
-    RCC_Pointer<RCC_Object> held;
+    Keeper keeper;
+    std::set<RCC_Object const*> records;
     {
         Listener listener;
         Recorder<RCC_Score> const second(listener.parser.scoreHandlers, listener.log);
-        held = RCC_Pointer<RCC_Object>(listener.parser.parse(RCC_String("(score 1 2 3)")));
-        RCC_Memory::remove(held.get());
-        EXPECT_EQ(2, listener.log.calls);
-        EXPECT_EQ(held.get(), listener.parser.parse(RCC_String("(score 4 5 6)")));
-        RCC_Memory::remove(held.get());
+        listener.parser.scoreHandlers.push_back(&keeper);
+        for (char const* message : {"(score 1 2 3)", "(score 4 5 6)"}) {
+            RCC_Object* const record = listener.parser.parse(RCC_String(message));
+            EXPECT_EQ(keeper.kept.object(), record);
+            records.insert(record);
+            RCC_Memory::remove(record);
+        }
+        EXPECT_EQ(4, listener.log.calls);
+        EXPECT_EQ(1U, records.size());
         listener.hears("(score 7 8 9) x"); // leaves the record alone
     }
-    EXPECT_EQ(1, held->references());
-    EXPECT_EQ(row("score", 4, 5, 6), Row::of(dynamic_cast<RCC_Score&>(*held)));
+    EXPECT_EQ(1, keeper.kept.object()->references());
+    EXPECT_EQ(row("score", 4, 5, 6), Row::of(*keeper.kept));
 }
 
 } // namespace

@@ -1,24 +1,23 @@
-#include "parser/RCC_Scanner.h"
-
-#include <gtest/gtest.h>
-
 #include <bit>
 #include <charconv>
 #include <cstdint>
+#include <gtest/gtest.h>
 #include <optional>
 #include <random>
 #include <string>
 #include <type_traits>
 
+#include "parser/Scanner.h"
+
 namespace {
 
 /// The bits, so as to tell -0 from 0.
-template <class T>
+template <typename T>
 auto bits(T value) {
     return std::bit_cast<std::conditional_t<sizeof(T) == 4, std::uint32_t, std::uint64_t>>(value);
 }
 
-template <class T>
+template <typename T>
 void expectAsFromChars(std::string const& text) {
     bool const begins = text.find_first_of(".0123456789") == (text.starts_with('-') ? 1U : 0U);
     T expected = 0;
@@ -26,7 +25,7 @@ void expectAsFromChars(std::string const& text) {
     bool const number = begins && error == std::errc{} && rest == text.data() + text.size();
 
     std::string const list = text + ")";
-    RCC_Scanner scanner(list);
+    rcc::Scanner scanner(list);
     T value = 0;
     ASSERT_EQ(number, scanner.real(value) && scanner.finish()) << text;
     if (number) {

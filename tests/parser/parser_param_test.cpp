@@ -1,7 +1,7 @@
-#include "Listener.h"
-
 #include <sstream>
 #include <string>
+
+#include "tests/parser/Listener.h"
 
 namespace {
 

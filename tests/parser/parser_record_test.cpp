@@ -1,28 +1,35 @@
-#include "parser/RCC_Parser.h"
-
 #include <gtest/gtest.h>
+#include <utility>
+
+#include "parser/RCC_Records.h"
 
 namespace {
 
-struct Tracked : RCC_Object {
+struct Tracked {
     explicit Tracked(int& counter) : alive(++counter) {}
-    ~Tracked() override { --alive; }
+    ~Tracked() { --alive; }
     Tracked(Tracked const&) = delete;
+    Tracked& operator=(Tracked const&) = delete;
     int& alive;
+};
+
+struct TrackedObject : RCC_Object, Tracked {
+    using Tracked::Tracked;
 };
 
 TEST(Pointer, TheLastHandleDeletesTheObject) {
     int alive = 0;
-    RCC_Pointer<Tracked> first(new Tracked(alive));
+    auto first = RCC_Pointer<Tracked>::make(alive);
     {
         RCC_Pointer<Tracked> second = first;
         RCC_Pointer<Tracked> third = std::move(second);
         third = third; // NOLINT(clang-diagnostic-self-assign-overloaded)
-        EXPECT_EQ(2, first->references());
+        EXPECT_EQ(2, first.object()->references());
         first = RCC_Pointer<Tracked>();
         EXPECT_EQ(1, alive);
     }
-    RCC_Memory::remove(new Tracked(alive)); // which nobody has held
+    EXPECT_EQ(0, alive);
+    RCC_Memory::remove(new TrackedObject(alive)); // which nobody has held
     RCC_Memory::remove(nullptr);
     EXPECT_EQ(0, alive);
 }
@@ -32,7 +39,10 @@ TEST(Container, RefusesAnIndexOutOfRangeAndRadiansBecomeDegrees) {
     EXPECT_THROW(balls[0], RCC_BoundsException);
     balls.append(RCC_Pointer<RCC_Ball>());
     EXPECT_TRUE(balls[0].isNull());
-    EXPECT_FLOAT_EQ(90.F, (RCC_Angle{1.5707964F, RCC_Angle::Radians}.degrees()));
+    EXPECT_EQ(nullptr, balls.add()); // nothing in reserve
+    balls.clear();
+    EXPECT_THROW(balls[0], RCC_BoundsException);
+    EXPECT_FLOAT_EQ(90.F, (RCC_Angle{1.5707964F, RCC_Angle::Unit::radians}.degrees()));
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "geometry/Sweep.h"
-#include "player/Point.h"
+#include "tests/geometry/Sweep.h"
+#include "tests/player/Point.h"
 #include "worldmodel/MovingObject.h"
 
 inline void expectMotion(MovingObject const& object, Complex position, Complex velocity) {

@@ -7,10 +7,10 @@
 #include <variant>
 #include <vector>
 
-#include "player/Point.h"
 #include "practice/Commands.h"
 #include "practice/Physics.h"
-#include "support/AgentHarness.h"
+#include "tests/player/Point.h"
+#include "tests/support/AgentHarness.h"
 
 /// The numbers in a command's text.
 inline std::vector<double> numbersIn(std::string_view command) {
@@ -120,16 +120,16 @@ private:
     }
     void apply(practice::Kick const& c) { practice::kick(pitch, body(), c.power, c.dir, random); }
     void apply(practice::Catch const& c) { caught = practice::catchBall(pitch, body(), c.dir); }
-    template <class Other>
+    template <typename Other>
     void apply(Other const& /*no movement*/) {}
 };
 
 /// Uniform numbers from a fixed seed.
 class Draw {
 public:
-    double operator()(double low, double high) { return random.uniform(low, high); }
-    float real(double low, double high) { return static_cast<float>(random.uniform(low, high)); }
+    double operator()(double low, double high) { return random_.uniform(low, high); }
+    float real(double low, double high) { return static_cast<float>(random_.uniform(low, high)); }
 
 private:
-    practice::Random random{11};
+    practice::Random random_{11};
 };

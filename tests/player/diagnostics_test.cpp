@@ -1,5 +1,6 @@
 // The tools for debugging and for study: checks of the world model, and the two log writers.
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -12,8 +13,10 @@
 
 #include "logging/AgentPlanLogger.h"
 #include "logging/Logger.h"
-#include "player/Point.h"
-#include "support/AgentHarness.h"
+#include "runtime/PlanLogs.h"
+#include "skills/SkillPool.h"
+#include "tests/player/Point.h"
+#include "tests/support/AgentHarness.h"
 
 namespace {
 
@@ -182,6 +185,34 @@ TEST_F(Logs, ThePlanLogDrawsTheAgentAndItsDirections) {
                                                         "120 3 8 line (10,-5) (11.5,-5)\n"
                                                         "120 3 8 line (10,-5) (10,-6)\n");
     }
+}
+
+TEST_F(Logs, TheBeliefLogTellsWhatWasKnownAndTheCaseTaken) {
+    agent.join('l', 7);
+    agent.world.situation().currentTime = 30;
+    agent.world.situation().playMode = PM_PLAY_ON;
+    agent.placeMyself(10, -5, 90);
+    agent.addTeammate(4, 1, 2);
+    agent.addOpponent(0, 20.5, -3);
+    PlanLogs unasked;
+    unasked.write(agent.world, "none");
+    EXPECT_TRUE(std::filesystem::is_empty("."));
+
+    setenv("AGENT_PLAN_LOG", "1", 1);
+    PlanLogs logs;
+    unsetenv("AGENT_PLAN_LOG");
+    agent.placeBall(UNDEFINED_FLOAT, UNDEFINED_FLOAT);
+    agent.decide();
+    logs.write(agent.world, SkillPool::takenCase());
+    agent.placeBall(10.5, -5, 1, 0.5);
+    agent.decide();
+    logs.write(agent.world, SkillPool::takenCase());
+    std::string const self = "30 7 9 self (10,-5) 90 90\n";
+    std::string const players = "30 7 9 mate 4 (1,2)\n30 7 9 opponent 0 (20.5,-3)\n";
+    EXPECT_EQ(contents("agentplanlog/beliefs7.log"),
+              self + players + "30 7 9 case look_for_ball\n" + self +
+                  "30 7 9 ball (10.5,-5) (1,0.5)\n" + players + "30 7 9 case pass_ahead\n");
+    EXPECT_EQ(std::ranges::count(contents("agentplanlog/player7.log"), '\n'), 6);
 }
 
 } // namespace

@@ -1,14 +1,12 @@
-#include "skills/SkillPool.h"
-#include "skills/Utils.h"
-
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstdlib>
+#include <gtest/gtest.h>
 #include <map>
 #include <unistd.h>
 
-#include "player/Stage.h"
+#include "skills/SkillPool.h"
+#include "skills/Utils.h"
+#include "tests/player/Stage.h"
 
 namespace {
 
@@ -143,8 +141,9 @@ TEST(FieldPlayer, PlaysOnByTheFirstThingThatApplies) {
         for (int n = 2; n < 4; ++n) {
             stage.addOpponent(n, draw.real(-3, 50), draw.real(-20, 20));
         }
-        if (i % 4 == 0)
+        if (i % 4 == 0) {
             stage.addOpponent(4, static_cast<float>(x), stage.world.ball().position.y + 2);
+        }
 
         Vector2D const ahead = at(34, 0) + 0.15F * stage.world.calcSBSPPosition(10);
         Player const* const mate = stage.world.getPassCand(true);

@@ -6,10 +6,10 @@
 #include <thread>
 #include <tuple>
 
-#include "player/Motion.h"
 #include "sensing/Sensors.h"
-#include "support/AgentHarness.h"
-#include "support/Scenes.h"
+#include "tests/player/Motion.h"
+#include "tests/support/AgentHarness.h"
+#include "tests/support/Scenes.h"
 
 using std::tuple;
 using support::senseBody;
@@ -23,7 +23,7 @@ protected:
     IntegrationTest() { agent.join('l', 10); }
 
     bool integrate(std::string const& message) {
-        agent.receive(message);
+        agent.sense(message);
         return world.integrateSensorInfo();
     }
 
@@ -74,6 +74,7 @@ TEST_F(IntegrationTest, ASeeReplacesThePlayersAndFindsTheBall) {
         int const motionSeen = situation.ballVelocitySeenTime = cycle - whole(0, 4);
         agent.placeBall(5, 6, 1, 1);
         Sensors::newVisual = true;
+        world.setTimeLastSee();
         ASSERT_TRUE(world.integrateSensorInfo());
 
         auto const towards = [gaze](double length, RCC_Angle angle) {
@@ -123,8 +124,8 @@ TEST_F(IntegrationTest, NewsAreTakenInAFixedOrder) {
     agent.receive("(init r 7 kick_in_r)");
     agent.receive("(hear 30 referee play_on)");
     agent.receive("(hear 30 12 \"vnana0a0a\")");
-    agent.receive("(see 30 ((b) 10 0 0 0))");
-    agent.receive(senseBody(30, "low wide", "0.4 -30"));
+    agent.sense("(see 30 ((b) 10 0 0 0))");
+    agent.sense(senseBody(30, "low wide", "0.4 -30"));
     ServerParamHandler().handle(RCC_Pointer<RCC_ServerParam>::make()); // all zero
     EXPECT_TRUE(world.integrateSensorInfo());
 
@@ -148,19 +149,16 @@ TEST_F(IntegrationTest, NewsAreTakenInAFixedOrder) {
 }
 
 TEST_F(IntegrationTest, StampsOfTheLastMessages) {
-    auto const later = [] { std::this_thread::sleep_for(std::chrono::microseconds(10)); };
     world.setTimeLastSB();
     EXPECT_TRUE(world.waitForNewInfo()); // it came before the wait
     EXPECT_TRUE(world.takeSenseBodyArrived() && !world.takeSenseBodyArrived());
     EXPECT_FALSE(world.seeIsNewerThanSenseBody());
     for (int const sees : {1, 2}) {
-        later();
         situation.currentTime = sees;
         world.setTimeLastSee();
         EXPECT_EQ(tuple(world.seesSinceLastSB(), world.cycleOfLastSee()), tuple(sees, sees));
         EXPECT_TRUE(world.seeIsNewerThanSenseBody());
     }
-    later();
     world.setTimeLastSB();
     EXPECT_EQ(tuple(world.seesSinceLastSB(), world.cycleOfLastSB()), tuple(0, 2));
     EXPECT_FALSE(world.seeIsNewerThanSenseBody());
@@ -172,13 +170,13 @@ TEST_F(IntegrationTest, PlayModesAreNumberedThroughWithTwoNumbersForAPair) {
         bool const pair = (4 <= mode && mode <= 9) || mode == 11 || mode == 12 ||
                           (16 <= mode && mode <= 20) || mode >= 25;
         for (int const side : {1, -1, 0}) {
-            situation.setPlayMode({mode, side});
+            situation.setPlayMode({RCC_PlayMode::Mode(mode), side});
             EXPECT_EQ(situation.playMode, pair && side != 1 ? code + 1 : code) << mode;
         }
         code += pair ? 2 : 1;
     }
     for (int const unknown : {-1, 27, 1000000}) {
-        situation.setPlayMode({unknown, 1});
+        situation.setPlayMode({RCC_PlayMode::Mode(unknown), 1});
         EXPECT_EQ(situation.playMode, 41) << unknown;
     }
     integrate("(hear 20 referee corner_kick_l)"); // one's own

@@ -11,7 +11,7 @@
 #include <tuple>
 
 #include "config/Configuration.h"
-#include "support/AgentHarness.h"
+#include "tests/support/AgentHarness.h"
 
 namespace {
 
@@ -113,6 +113,34 @@ TEST_F(LinkTest, SendsWhatWasQueuedOnceForEachPermission) {
     }
     for (auto const& [kind, member] : counter) {
         EXPECT_EQ(counted[kind], counters.*member) << static_cast<int>(kind);
+    }
+}
+
+TEST_F(LinkTest, WhatIsNoNumberIsNoCommand) {
+    constexpr float INF = std::numeric_limits<float>::infinity();
+    agent.startCycle();
+    effectors.queueDash(50);
+    ServerCommandHistory const before = history;
+    for (float const bad : {INF, -INF, std::numeric_limits<float>::quiet_NaN()}) {
+        effectors.queueMove(bad, 1);
+        effectors.queueMove(1, bad);
+        effectors.queueKick(bad, 1);
+        effectors.queueKick(1, bad);
+        effectors.queueDash(bad);
+        effectors.queueGoalieCatch(bad);
+        effectors.queueTurnNeck(bad);
+    }
+    EXPECT_EQ(agent.allCommands(), std::vector<std::string>{"(dash 50.000000)"});
+    EXPECT_EQ(all(before), all(history));
+}
+
+TEST_F(LinkTest, ALongTeamNameIsCutAndTheFormKept) {
+    for (bool const goalie : {false, true}) {
+        effectors.init(std::string(600, 'x').c_str(), goalie);
+        std::string const sent = agent.server.receive().value_or("");
+        std::string const end = goalie ? " (version 7.08)(goalie))" : " (version 7.08))";
+        EXPECT_TRUE(sent.ends_with("x" + end)) << sent;
+        EXPECT_EQ(sent.size(), 511U);
     }
 }
 

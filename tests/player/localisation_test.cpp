@@ -8,14 +8,14 @@
 #include <utility>
 #include <vector>
 
-#include "player/Motion.h"
-#include "support/AgentHarness.h"
+#include "tests/player/Motion.h"
+#include "tests/support/AgentHarness.h"
 
 using std::tuple;
 
 namespace {
 
-template <class Landmark>
+template <typename Landmark>
 Landmark seen(int code, float distance, float direction) {
     Landmark landmark;
     landmark.code = code;
@@ -81,8 +81,10 @@ TEST_F(Localisation, LinesTellTheFacingAndTheNearestFlagsThePlace) {
             int const code = codes[static_cast<std::size_t>(whole(0, 56))];
             auto const distance = static_cast<float>(5 * whole(0, 6));
             float const direction = number(-180, 180);
-            flags.push_back(flag(code, whole(0, 9) > 0 ? distance : RCC_ABSENT, direction));
-            if (!flags.back().hasDistance() || code == RCC_Flag::CLOSE_BY) continue;
+            float const useless = whole(0, 1) == 0 ? RCC_ABSENT : NAN;
+            bool const told = whole(0, 9) > 0;
+            flags.push_back(flag(code, told ? distance : useless, direction));
+            if (!told || code == RCC_Flag::CLOSE_BY) continue;
             Complex const way = double{distance} * unit(facing + direction);
             // Nearest is a flag that the agent stands on.
             places.insert(places.begin(),

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "skills/SkillPool.h"
-#include "support/MatchDriver.h"
+#include "tests/support/MatchDriver.h"
 
 using practice::Phase;
 using practice::Side;
@@ -52,7 +52,7 @@ public:
     int goals() { return match.world().goals(side); }
 
     /// Steps until the condition holds; false when it does not for so long.
-    template <class Condition>
+    template <typename Condition>
     bool until(int cycles, Condition condition) {
         for (int i = 0; i < cycles; ++i) {
             if (condition()) return true;

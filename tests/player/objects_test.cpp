@@ -3,9 +3,9 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
-#include "geometry/Sweep.h"
-#include "player/Point.h"
-#include "support/AgentHarness.h"
+#include "tests/geometry/Sweep.h"
+#include "tests/player/Point.h"
+#include "tests/support/AgentHarness.h"
 
 namespace {
 
@@ -13,7 +13,7 @@ class Objects : public Sweep {
 protected:
     /// What `predicted` says of a player that first turns by `turn` and then speeds up by `push()`
     /// in each cycle. Body directions count clockwise, turns counter-clockwise.
-    template <class Predicted, class Push>
+    template <typename Predicted, typename Push>
     static void expectWay(Player const& player, float turn, Predicted predicted, Push push) {
         double const largest = 180 / (1 + 5 * std::abs(toComplex(player.velocity)));
         int const turning = static_cast<int>(std::ceil(std::abs(turn) / largest));
@@ -102,7 +102,7 @@ TEST_F(Objects, TheAgentDashesWithWhatItsStaminaAllows) {
                 double const dash = std::clamp<double>(power, std::min(1250.0F - stamina, 0.0F),
                                                        std::max(stamina - 2500.0F, 0.0F));
                 double const push = dash * 0.006 * effort;
-                Myself::updatePredictedStamina(stamina, effort, recovery, static_cast<float>(dash));
+                me.updatePredictedStamina(stamina, effort, recovery, static_cast<float>(dash));
                 return push;
             });
     }
@@ -128,7 +128,7 @@ TEST_F(Objects, StaminaDrainsAndRecovers) {
     };
     // clang-format on
     for (auto [stamina, effort, recovery, power, nextStamina, nextEffort, nextRecovery] : CASES) {
-        Myself::updatePredictedStamina(stamina, effort, recovery, power);
+        Myself().updatePredictedStamina(stamina, effort, recovery, power);
         EXPECT_NEAR(stamina, nextStamina, 1e-2);
         EXPECT_NEAR(effort, nextEffort, 1e-5) << nextStamina;
         EXPECT_NEAR(recovery, nextRecovery, 1e-5) << nextStamina;

@@ -1,12 +1,10 @@
-#include "skills/SkillPool.h"
-
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <array>
+#include <gtest/gtest.h>
 #include <vector>
 
-#include "player/Stage.h"
+#include "skills/SkillPool.h"
+#include "tests/player/Stage.h"
 
 namespace {
 
@@ -50,7 +48,9 @@ TEST(Positioning, StrategicPositionsOfAllNumbers) {
         practice::Vec const ball{draw(-52, 52), draw(-34, 34)};
         bool const offside = i % 4 == 0;
         stage.show(me.x, me.y, 0, ball.x, ball.y);
-        stage.world.situation().playMode = offside ? 17 : i % 3 == 0 ? 18 : 3;
+        stage.world.situation().playMode = offside      ? PM_OUR_OFFSIDE
+                                           : i % 3 == 0 ? PM_THEIR_OFFSIDE
+                                                        : PM_PLAY_ON;
 
         // Team-mates are expected by their home, the agent itself goes by where it is.
         practice::Vec const expected = strategic(n, placeOf(n, HOMES), ball, offside);
@@ -95,4 +95,7 @@ TEST(Positioning, FixedPlaces) {
         EXPECT_EQ(stage.world.isMyHomePosClosestToPos(at(-18, 0)), n == 3);
         EXPECT_EQ(stage.world.isMyHomePosClosestToPos(at(-51, -1)), n == 3);
     }
+    // Nobody's place is near to a ball that is unknown, and an agent without a number is nobody.
+    EXPECT_FALSE(support::AgentHarness().world.isMyHomePosClosestToPos(
+        at(UNDEFINED_FLOAT, UNDEFINED_FLOAT)));
 }

@@ -1,139 +1,11 @@
 // The agent as a process: how it starts, how it ends, and what it survives.
 
 #include <algorithm>
-#include <chrono>
-#include <csignal>
-#include <fcntl.h>
-#include <filesystem>
-#include <fstream>
-#include <gtest/gtest.h>
-#include <map>
-#include <poll.h>
 #include <random>
-#include <sstream>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include "practice/Parameters.h"
-#include "support/Scenes.h"
-#include "support/ServerEnd.h"
+#include "tests/player/AgentProcess.h"
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
-using std::chrono::milliseconds;
-
-/// One run of the program in a folder of its own, with what it prints kept in files.
-class AgentProcess {
-public:
-    /// Without a configuration when `conf` is null.
-    AgentProcess(std::vector<std::string> arguments, char const* conf) {
-        std::string name = (std::filesystem::temp_directory_path() / "agent.XXXXXX").string();
-        folder = mkdtemp(name.data());
-        if (conf != nullptr) std::ofstream(folder / "player.conf") << conf;
-        arguments.insert(arguments.begin(), AGENT_BINARY);
-        std::vector<char*> argv;
-        argv.reserve(arguments.size() + 1);
-        for (std::string& argument : arguments) {
-            argv.push_back(argument.data());
-        }
-        argv.push_back(nullptr);
-        pid = fork();
-        if (pid == 0) run(argv);
-    }
-    ~AgentProcess() {
-        if (status < 0) {
-            kill(pid, SIGKILL);
-            waitpid(pid, nullptr, 0);
-        }
-        std::filesystem::remove_all(folder);
-    }
-    AgentProcess(AgentProcess const&) = delete;
-    AgentProcess& operator=(AgentProcess const&) = delete;
-
-    bool isRunning() { return status < 0 && waitpid(pid, &status, WNOHANG) == 0; }
-    /// The exit status; 1000 and the signal when killed by one, -1 when it does not end.
-    int waitForEnd() {
-        constexpr milliseconds LIMIT{10000};
-        auto const start = Clock::now();
-        while (isRunning()) {
-            if (Clock::now() - start > LIMIT) return -1;
-            poll(nullptr, 0, 5);
-        }
-        return WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + WTERMSIG(status);
-    }
-    void interrupt() const { kill(pid, SIGINT); }
-    std::string output() const { return content("out"); }
-    std::string errors() const { return content("err"); }
-
-private:
-    std::string content(char const* file) const {
-        std::ostringstream text;
-        text << std::ifstream(folder / file).rdbuf();
-        return text.str();
-    }
-    [[noreturn]] void run(std::vector<char*> const& argv) const {
-        auto const redirect = [&](char const* file, int descriptor) {
-            dup2(open((folder / file).c_str(), O_CREAT | O_WRONLY, 0600), descriptor);
-        };
-        redirect("out", STDOUT_FILENO);
-        redirect("err", STDERR_FILENO);
-        if (chdir(folder.c_str()) == 0) execv(argv[0], argv.data());
-        _exit(127);
-    }
-
-    std::filesystem::path folder;
-    pid_t pid = -1;
-    int status = -1;
-};
-
-/// A server that says what the test tells it to, from another port than the one it is greeted at.
-class ProcessTest : public testing::Test {
-protected:
-    std::string conf() const {
-        return "serverHost: \"localhost\"\nserverPort: " + std::to_string(server.port()) +
-               "\nteamname: \"FromFile\"\n";
-    }
-    void welcome() {
-        ASSERT_TRUE(server.receive(5000));
-        server.changePort();
-        answerInit();
-    }
-    void answerInit() const {
-        server.send("(init l 5 before_kick_off)");
-        server.send(practice::serverParamMessage(3000));
-        server.send(practice::playerParamMessage());
-        poll(nullptr, 0, 150); // until the first look at the messages
-    }
-    /// Counts the commands that come for so long by their first word.
-    void collect(int msec) {
-        auto const end = Clock::now() + milliseconds(msec);
-        do {
-            if (auto const text = server.receive(10)) {
-                ++sent[text->substr(1, text->find_first_of(" )") - 1)];
-            }
-        } while (Clock::now() < end);
-    }
-    /// Plays cycles, each message sent `copies` times, until so many more of the command have come.
-    bool play(std::string const& command, int enough, int copies = 1) {
-        constexpr int MAX_CYCLES = 100; // in case that the machine is busy
-        int const last = cycle + MAX_CYCLES;
-        int const aim = sent[command] + enough;
-        while (sent[command] < aim && ++cycle < last) {
-            for (int i = 0; i < copies; ++i) {
-                server.send(support::senseBody(cycle));
-                server.send("(see " + std::to_string(cycle) +
-                            " ((f c) 40 0) ((b) 20 30) ((l r) 90 90))");
-            }
-            collect(100);
-        }
-        return sent[command] >= aim;
-    }
-
-    int cycle = 0;
-    std::map<std::string, int> sent;
-    support::ServerEnd server;
-};
 
 TEST_F(ProcessTest, RefusedStarts) {
     struct Case {
@@ -208,6 +80,26 @@ TEST_F(ProcessTest, InterruptPrintsTheStatistics) {
     row("change_views queued: ", "change_view", 8);
     expected << rule << "\n\n";
     EXPECT_EQ(expected.str(), agent.output());
+}
+
+TEST_F(ProcessTest, AnswersASeeRightBehindItsSenseBodyInTheSameCycle) {
+    std::string const delays = "noSeeFraction: 20\nfirstHalfFraction: 20\nlastHalfFraction: 20\n";
+    AgentProcess const agent({}, (conf() + delays).c_str());
+    welcome();
+    EXPECT_TRUE(play("move", 1));
+    server.send("(hear 1 referee play_on)");
+    // Without a timer only the see lets commands go: a turn_neck or more in each cycle.
+    constexpr int CYCLES = 40;
+    for (int answered = 0; answered < CYCLES; ++answered) {
+        ++cycle;
+        server.send(support::senseBody(cycle));
+        for (int left = answered % 3 * 50; left > 0; --left) {
+            std::atomic_signal_fence(std::memory_order_seq_cst); // a few of the gaps a little wider
+        }
+        server.send("(see " + std::to_string(cycle) + " ((f c) 40 0) ((b) 20 30) ((l r) 90 90))");
+        ASSERT_TRUE(server.receive(2000)) << "cycle " << cycle;
+        collect(20);
+    }
 }
 
 TEST_F(ProcessTest, BearsAServerThatIsSlowRepeatsItselfMovesAndFloods) {

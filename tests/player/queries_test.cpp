@@ -1,10 +1,10 @@
 #include <algorithm>
 #include <unistd.h>
 
-#include "geometry/Sweep.h"
-#include "player/Point.h"
 #include "skills/Utils.h"
-#include "support/AgentHarness.h"
+#include "tests/geometry/Sweep.h"
+#include "tests/player/Point.h"
+#include "tests/support/AgentHarness.h"
 
 namespace {
 
@@ -14,20 +14,22 @@ bool same(Player const* a, Player const* b) {
     return a != nullptr && b != nullptr && a->unum == b->unum && a->opponent == b->opponent;
 }
 
-auto const known = [](Player const& p) { return p.age >= 0; };
+bool isKnown(Player const& p) {
+    return p.age >= 0;
+}
 
 auto distanceTo(Vector2D point) {
     return [point](Player const& p) { return p.position.getDistanceTo(point); };
 }
 
-template <class Condition>
+template <typename Condition>
 Players kept(Players players, Condition condition) {
     std::erase_if(players, [&](Player const* p) { return !condition(*p); });
     return players;
 }
 
 /// The first of those with the least value, or nobody.
-template <class Value>
+template <typename Value>
 Player const* least(Players const& players, Value value) {
     auto const found = std::ranges::min_element(players, {}, [&](auto* p) { return value(*p); });
     return found == players.end() ? nullptr : *found;
@@ -66,8 +68,9 @@ protected:
                                            theirs);
                 team->players.back().age = std::floor(number(-1, 4));
             }
-            for (Player const& p : team->players)
+            for (Player const& p : team->players) {
                 all.push_back(&p);
+            }
         }
         mates = kept(all, [](Player const& p) { return !p.opponent; });
         opponents = kept(all, [](Player const& p) { return p.opponent; });
@@ -87,7 +90,7 @@ TEST_F(Queries, SearchesFindWhatALookAtEverybodyFinds) {
     while (scatter()) {
         Vector2D const p = place();
         auto const near = distanceTo(p);
-        ASSERT_EQ(world.closestPlayerToPoint(p), least(kept(all, known), near));
+        ASSERT_EQ(world.closestPlayerToPoint(p), least(kept(all, isKnown), near));
         ASSERT_EQ(world.closestTeamMateToPoint(p), least(mates, near));
         ASSERT_EQ(world.playerWithBall(), least(all, distanceTo(ball)));
         float const nearest = near(*least(mates, near));
@@ -96,7 +99,7 @@ TEST_F(Queries, SearchesFindWhatALookAtEverybodyFinds) {
         ASSERT_EQ(world.secondClosestPlayerToPoint(p), least(kept(all, farther), near));
 
         auto const x = [](Player const& q) { return q.position.x; };
-        auto const other = [](Player const& q) { return known(q) && q.unum != 7; };
+        auto const other = [](Player const& q) { return isKnown(q) && q.unum != 7; };
         auto const runner = [](Player const& q) { return q.unum != 1; };
         ASSERT_EQ(world.lastMan(), least(kept(mates, other), x));
         ASSERT_EQ(world.closestTeamMateToOwnGoalOutLine(), least(mates, x));
@@ -118,12 +121,12 @@ TEST_F(Queries, PossessionIncludesItsBounds) {
     Configuration::catchAreaLength = 1.5F;
     while (scatter()) {
         auto const far = distanceTo(ball);
-        Player const* const closest = least(kept(all, known), far);
+        Player const* const closest = least(kept(all, isKnown), far);
         ASSERT_EQ(world.haveBall(), isMe(closest) && far(*all[0]) <= 3);
         ASSERT_EQ(world.isCatchable(), far(*all[0]) <= 1.5);
         for (Player const* const p : all) {
             ASSERT_EQ(world.hasBall_Player(*p), same(closest, p) && far(*p) <= 3);
-            ASSERT_EQ(std::isnan(world.hasBall_PlayerRel(*p)), !known(*p) || far(*p) >= 3);
+            ASSERT_EQ(std::isnan(world.hasBall_PlayerRel(*p)), !isKnown(*p) || far(*p) >= 3);
             ASSERT_EQ(world.beingSpaced(*p), me.getDistanceTo(p->position) < 5);
         }
     }
@@ -222,8 +225,9 @@ TEST_F(Queries, InterceptionIsTheFirstCycleInWhichTheBallIsReached) {
         };
         Player const& one = *all.back();
         int first = 0;
-        while (first < 24 && !inTime({&one}, first))
+        while (first < 24 && !inTime({&one}, first)) {
             ++first;
+        }
         Vector2D point;
         int cycles = -1;
         ASSERT_EQ(world.interceptionPoint(one, point, cycles, margin),
@@ -233,8 +237,9 @@ TEST_F(Queries, InterceptionIsTheFirstCycleInWhichTheBallIsReached) {
 
         margin = false;
         int last = 24; // decides for the team, if anybody gets there in it
-        while (last > 0 && !inTime(mates, last))
+        while (last > 0 && !inTime(mates, last)) {
             --last;
+        }
         ASSERT_EQ(world.fastestTeammateInterceptingBall(), inTime(mates, last));
     }
 }

@@ -4,20 +4,32 @@
 #include <atomic>
 #include <functional>
 #include <gtest/gtest.h>
+#include <span>
+#include <thread>
 #include <tuple>
 
 #include "practice/Parameters.h"
 #include "sensing/Sensors.h"
-#include "support/AgentHarness.h"
-#include "support/Scenes.h"
+#include "tests/support/AgentHarness.h"
+#include "tests/support/Scenes.h"
 
 namespace {
 
 using support::LinkedAgent;
 
+/// A flag of any type that takes and gives a bool.
+struct AnyFlag {
+    template <typename Flag>
+    explicit(false) AnyFlag(Flag* flag)
+        : isRaised([flag] { return static_cast<bool>(*flag); }), lower([flag] { *flag = false; }) {}
+
+    std::function<bool()> isRaised;
+    std::function<void()> lower;
+};
+
 struct Kind {
     std::string message;
-    std::atomic<bool>* flag;
+    AnyFlag flag;
     std::function<void const*()> buffer;
 };
 
@@ -30,6 +42,7 @@ std::vector<Kind> const KINDS = {
     {"(hear 1 coach \"a\")",         &Sensors::newCoachAudio,   [] { return Sensors::coachAudio; }},
     {"(score 1 2 3)",                &Sensors::newScore,        [] { return Sensors::score; }},
     {"(change_player_type 1 1)",     &Sensors::newSubstitution, [] { return Sensors::substitution; }},
+    {"(think)",                      &Sensors::newThink,        [] { return Sensors::think; }},
     {"(error a)",                    &Sensors::newError,        [] { return Sensors::error; }},
     {"(init l 1 play_on)",           &Sensors::newInitMsg,      [] { return Sensors::initMsg; }},
     {practice::serverParamMessage(300), &Sensors::newServerParam,  [] { return Sensors::serverParam; }},
@@ -41,12 +54,12 @@ std::vector<Kind> const KINDS = {
 
 void lowerAllFlags() {
     for (Kind const& kind : KINDS) {
-        *kind.flag = false;
+        kind.flag.lower();
     }
 }
 
 long raisedFlags() {
-    return std::ranges::count_if(KINDS, [](Kind const& kind) { return kind.flag->load(); });
+    return std::ranges::count_if(KINDS, [](Kind const& kind) { return kind.flag.isRaised(); });
 }
 
 TEST(Sensing, EachKindRaisesItsOwnFlagAndKeepsItsAddress) {
@@ -54,7 +67,7 @@ TEST(Sensing, EachKindRaisesItsOwnFlagAndKeepsItsAddress) {
     for (Kind const& kind : KINDS) {
         lowerAllFlags();
         agent.receive(kind.message);
-        EXPECT_TRUE(*kind.flag) << kind.message;
+        EXPECT_TRUE(kind.flag.isRaised()) << kind.message;
         EXPECT_EQ(1, raisedFlags()) << kind.message;
         void const* const address = kind.buffer();
         EXPECT_NE(nullptr, address) << kind.message;
@@ -114,6 +127,78 @@ TEST(Sensing, NullHandlesThrowAndLeaveTheSeeBefore) {
     EXPECT_THROW(VisualHandler().handle(see), RCC_MemoryException); // the element
     EXPECT_EQ(0, raisedFlags());
     EXPECT_EQ(1U, Sensors::lines.size());
+}
+
+/// A see of `count` objects of each kind, all `distance` metres away.
+std::string seeOf(int count, int distance) {
+    std::string see = "(see 1";
+    for (int i = 0; i < count; ++i) {
+        for (char const* name : {"l t", "f c", "g r", "p \"Ours\" 7", "p \"Theirs\" 7", "p", "b"}) {
+            see.append(" ((").append(name).append(") ").append(std::to_string(distance));
+            see.append(" 0 0 0)");
+        }
+    }
+    return see + ")";
+}
+
+/// The vectors of a see as main reads them: each one's bounds are taken once.
+class Reading {
+public:
+    /// Whether every object is at one of these distances.
+    bool isOf(std::vector<float> const& distances) const {
+        auto const known = [&](RCC_SeenObject const& object) {
+            float const distance = object.distance;
+            return std::ranges::count(distances, distance) > 0;
+        };
+        return std::apply([&](auto... seen) { return (std::ranges::all_of(seen, known) && ...); },
+                          seen_);
+    }
+
+private:
+    template <typename T>
+    using Span = std::span<T const>;
+
+    std::tuple<Span<RCC_Line>, Span<RCC_Flag>, Span<RCC_Flag>, Span<RCC_Player>, Span<RCC_Player>,
+               Span<RCC_Player>, Span<RCC_Ball>>
+        seen_{Sensors::lines,   Sensors::flags, Sensors::goals, Sensors::allies,
+              Sensors::enemies, Sensors::neuts, Sensors::balls};
+};
+
+// A see that comes while main reads the one before may shrink the vectors under it. What main still
+// reads must then be objects (of which the undefined-behaviour sanitizer knows), old or new.
+TEST(Sensing, ASeeMayShrinkWhileItIsRead) {
+    LinkedAgent agent;
+    agent.receive(seeOf(9, 10));
+    Reading const reading;
+    agent.receive(seeOf(4, 20));
+    EXPECT_TRUE(reading.isOf({10, 20}));
+    agent.receive("(see 3)");
+    EXPECT_TRUE(reading.isOf({10, 20}));
+    EXPECT_TRUE(Sensors::lines.empty() && Sensors::neuts.empty() && Sensors::balls.empty());
+}
+
+TEST(Sensing, AFloodOfSeesMixesOnlyWhatWasSent) {
+    constexpr int SEES = 4000;
+    LinkedAgent agent;
+    agent.join('l', 7);
+    std::array const sees = {seeOf(18, 10), seeOf(1, 20), seeOf(6, 30), std::string("(see 1)")};
+    std::atomic<bool> flooding = true;
+    std::thread flood([&] {
+        for (std::size_t i = 0; i < SEES; ++i) {
+            agent.receive(sees[i % sees.size()]);
+        }
+        flooding = false;
+    });
+    int readings = 0;
+    bool sent = true;
+    for (; flooding; ++readings) {
+        agent.world.integrateSensorInfo();
+        sent &= Reading().isOf({10, 20, 30});
+        Sensors::doneReading();
+    }
+    flood.join();
+    EXPECT_TRUE(sent);
+    EXPECT_LT(0, readings);
 }
 
 } // namespace

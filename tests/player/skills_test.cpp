@@ -1,12 +1,10 @@
-#include "skills/SkillPool.h"
-
+#include <algorithm>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "config/ConfigFile.h"
-#include "player/Stage.h"
+#include "skills/SkillPool.h"
 #include "skills/Utils.h"
+#include "tests/player/Stage.h"
 
 namespace {
 
@@ -240,8 +238,9 @@ TEST(Kicking, ShotsAimInsideThePosts) {
         practice::Vec const me = goal - practice::polar(draw(3, 20), practice::toRad(angle));
         practice::Vec const keeper{draw(45, 51), straight ? 0 : draw(-7, 7)};
         bool const known = i % 3 != 0;
-        if (known)
+        if (known) {
             stage.addOpponent(1, static_cast<float>(keeper.x), static_cast<float>(keeper.y), true);
+        }
         stage.show(me.x, me.y, draw(-180, 180), me.x - 0.3, me.y + 0.4, 0.1, 0.2);
 
         double const steep = std::abs(angle);

@@ -7,8 +7,8 @@
 
 #include "runtime/SenseThread.h"
 #include "skills/Utils.h"
-#include "support/AgentHarness.h"
-#include "support/Scenes.h"
+#include "tests/support/AgentHarness.h"
+#include "tests/support/Scenes.h"
 
 namespace {
 

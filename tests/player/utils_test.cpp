@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "geometry/Sweep.h"
-#include "player/Stage.h"
 #include "skills/SkillPool.h"
+#include "tests/geometry/Sweep.h"
+#include "tests/player/Stage.h"
 
 using Calculations = Sweep;
 

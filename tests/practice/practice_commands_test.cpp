@@ -1,8 +1,7 @@
-#include "practice/Commands.h"
-
 #include <gtest/gtest.h>
-
 #include <random>
+
+#include "practice/Commands.h"
 
 using namespace practice;
 using namespace std::string_view_literals;

@@ -1,8 +1,7 @@
-#include "practice/Eyes.h"
-
 #include <gtest/gtest.h>
 
 #include "practice/Body.h"
+#include "practice/Eyes.h"
 #include "practice/Text.h"
 
 using namespace practice;

@@ -1,94 +1,15 @@
-#include "practice/Match.h"
-
 #include <gtest/gtest.h>
 
-#include <sstream>
-
+#include "practice/Match.h"
 #include "practice/Parameters.h"
+#include "tests/practice/Game.h"
 
 using namespace practice;
+using practice_test::Game;
+using practice_test::InPlay;
+using practice_test::RIGHT_1;
 
 namespace {
-
-constexpr int RIGHT_1 = 11;
-
-/// A match whose messages are kept per player.
-struct Game {
-    Match match;
-    World& world = match.world();
-    Table<std::vector<std::string>, MAX_PLAYERS> told;
-
-    explicit Game(int players, int readySteps = 0, int halfCycles = 3000, std::uint64_t seed = 1)
-        : match({halfCycles, seed, {players, readySteps, 1000}}) {}
-
-    void join(std::string const& team, bool goalie = false) {
-        auto const joined =
-            match.join("(init " + team + " (version 7.08)" + (goalie ? "(goalie))" : ")"));
-        EXPECT_EQ(joined.refusal, "");
-    }
-    /// Team-mates of both sides, the first of each a goalie: in play, out of each other's way.
-    void start(int perTeam) {
-        for (int i = 0; i < perTeam; ++i) {
-            join("Alpha", i == 0);
-            join("Beta", i == 0);
-        }
-        while (world.mode == Phase::beforeKickOff) {
-            step();
-        }
-        for (Player& p : world.players) {
-            p.pos = {-sign(p.side) * (30.0 + p.unum), 20.0 - 3.0 * p.unum};
-        }
-    }
-    /// Time goes on. Returns the story of player 0: referee words and the times of sense_bodies,
-    /// "kick_in_l@3 4 5 ".
-    std::string poll(int n = 1) {
-        std::string story;
-        while (n-- > 0) {
-            match.poll();
-            for (auto const& [player, text] : match.takeOutbox()) {
-                told[player].push_back(text);
-                if (player == 0) story += event(text);
-            }
-        }
-        return story;
-    }
-    std::string step(int n = 1) { return poll(10 * n); }
-    std::string execute(int player, std::string_view datagram) {
-        match.receive(player, datagram);
-        return poll();
-    }
-    static std::string event(std::string const& message) {
-        std::istringstream in(message);
-        std::string kind, time, from, word;
-        in >> kind >> time >> from >> word;
-        if (kind == "(sense_body") return time + ' ';
-        if (from != "referee") return {};
-        word.back() = '@'; // was the parenthesis
-        return word + time + ' ';
-    }
-    void put(int player, Vec pos, double bodyDeg = 0.0) {
-        static_cast<Movable&>(world.player(player)) = {pos, {}, {}};
-        world.player(player).body = toRad(bodyDeg);
-    }
-    void ball(Vec pos, Vec vel = {}) { world.ball = {pos, vel, {}}; }
-    /// The player kicks the ball that is put before its feet.
-    std::string playBall(int player, Vec pos, std::string_view command = "(kick 10 0)",
-                         PlayMode mode = {Phase::playOn}) {
-        world.mode = mode;
-        put(player, pos);
-        ball(pos + Vec{0.5, 0.0});
-        return execute(player, command);
-    }
-    long count(int player, std::string_view part) const {
-        auto const holds = [part](std::string const& m) { return m.find(part) != m.npos; };
-        return std::ranges::count_if(told[player], holds);
-    }
-};
-
-/// Nobody waits for more than the first two.
-struct InPlay : Game {
-    explicit InPlay(int perTeam) : Game(2) { start(perTeam); }
-};
 
 std::string repeated(std::string const& s, int n) {
     return n == 0 ? "" : s + repeated(s, n - 1);
@@ -207,24 +128,6 @@ TEST(Match, HearingIsLimitedPerTeamAndRelativeToTheBody) {
     g.step();
     g.execute(2, "(say two)");
     EXPECT_EQ(g.count(0, "(hear 0 90 \""), 2);
-}
-
-TEST(Match, CountsWhatASpectatorWould) {
-    Game g(4);
-    g.start(2);
-    for (int i = 0; i < 2; ++i) { // dribbles
-        g.playBall(0, {0, 0});
-        g.step();
-    }
-    g.playBall(1, {40, 5}, "(kick 100 0)"); // a pass has arrived, a shot follows
-    g.step();
-    g.playBall(RIGHT_1, {0, 0}); // intercepted
-    g.step(2);
-    std::string const results = practice::results(g.world, g.match.statistics());
-    EXPECT_TRUE(results.starts_with("score\t0\t0\ncycles\t5\nteam\tl\tAlpha\t0\t60\t1\t1\n"
-                                    "team\tr\tBeta\t0\t40\t0\t0\n"
-                                    "player\tl\t1\t2\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t2\t2\n"))
-        << results;
 }
 
 TEST(Referee, KickOffsHalvesAndEnd) {

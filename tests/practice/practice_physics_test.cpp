@@ -1,8 +1,7 @@
-#include "practice/Physics.h"
-
 #include <gtest/gtest.h>
 
 #include "practice/Parameters.h"
+#include "practice/Physics.h"
 
 using namespace practice;
 

@@ -1,9 +1,8 @@
-#include "practice/Server.h"
-
-#include <gtest/gtest.h>
-
 #include <chrono>
+#include <gtest/gtest.h>
 #include <thread>
+
+#include "practice/Server.h"
 
 using namespace practice;
 
@@ -53,6 +52,12 @@ TEST(Server, PlaysOverTheLoopback) {
             EXPECT_TRUE(receives(*client, "(score ", sender));
         }
         EXPECT_TRUE(receives(*client, "(see ", sender));
+        auto const monitor = Socket::bound(*makeAddress("127.0.0.1", 0));
+        ASSERT_TRUE(monitor);
+        monitor->send("(dispinit version 4)", &door);
+        EXPECT_TRUE(receives(*monitor, "(player_type (id 17)", sender));
+        EXPECT_TRUE(receives(*monitor, "(show ", sender));
+        EXPECT_NE(sender.sin_port, door.sin_port);
         Options same = options;
         same.port = server->port();
         EXPECT_EQ(Server::open(same, problem), nullptr);

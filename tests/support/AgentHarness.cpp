@@ -1,4 +1,4 @@
-#include "support/AgentHarness.h"
+#include "tests/support/AgentHarness.h"
 
 #include <algorithm>
 
@@ -28,14 +28,11 @@ void AgentHarness::receive(std::string_view message) {
     RCC_Memory::remove(Sensors::parser.parse(RCC_String(message)));
 }
 
-void AgentHarness::receiveSenseBody(std::string_view message) {
+void AgentHarness::sense(std::string_view message) {
     receive(message);
-    world.setTimeLastSB();
-}
-
-void AgentHarness::receiveSee(std::string_view message) {
-    receive(message);
-    world.setTimeLastSee();
+    unsigned const waiting = Sensors::arrivals.claim();
+    if ((waiting & Arrivals::SENSE_BODY) != 0) world.setTimeLastSB();
+    if ((waiting & Arrivals::SEE) != 0) world.setTimeLastSee();
 }
 
 void AgentHarness::join(char side, int unum, std::string_view playMode) {

@@ -6,7 +6,7 @@
 
 #include "link/Communicator.h"
 #include "link/Effectors.h"
-#include "support/ServerEnd.h"
+#include "tests/support/ServerEnd.h"
 #include "worldmodel/WorldModel.h"
 
 namespace support {
@@ -21,15 +21,14 @@ public:
     static constexpr char const* TEAM = "Ours";
     static constexpr char const* OTHER_TEAM = "Theirs";
 
-    /// Without a link nothing can be sent or received in earnest.
+    /// Without a link nothing can be sent or received.
     explicit AgentHarness(bool goalie = false, char const* team = TEAM,
                           Communicator* link = nullptr);
 
     /// Parses one message and lets its handler keep it, as the sense thread does.
     void receive(std::string_view message);
-    /// receive() of a sense_body or a see, with its time stamp.
-    void receiveSenseBody(std::string_view message);
-    void receiveSee(std::string_view message);
+    /// receive(), and stamps what waits, so that the world model may integrate it.
+    void sense(std::string_view message);
     /// The init reply and all formation points: `side` is 'l' or 'r'.
     void join(char side, int unum, std::string_view playMode = "before_kick_off");
 

@@ -1,4 +1,4 @@
-#include "support/Allocations.h"
+#include "tests/support/Allocations.h"
 
 #include <atomic>
 #include <cstdlib>

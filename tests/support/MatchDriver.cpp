@@ -1,4 +1,4 @@
-#include "support/MatchDriver.h"
+#include "tests/support/MatchDriver.h"
 
 namespace support {
 
@@ -75,16 +75,10 @@ void MatchDriver::deliver() {
             announced.push_back(message.text.substr(at + REFEREE.size()));
             announced.back().pop_back(); // the parenthesis
         }
-        bool const senseBody = message.text.starts_with("(sense_body");
-        bool const see = message.text.starts_with("(see");
-        if (senseBody) {
-            agent.receiveSenseBody(message.text);
-        } else if (see) {
-            agent.receiveSee(message.text);
-        } else {
-            agent.receive(message.text);
-        }
-        if ((senseBody || see) && agent.world.integrateSensorInfo()) {
+        agent.sense(message.text);
+        bool const wakes =
+            message.text.starts_with("(sense_body") || message.text.starts_with("(see");
+        if (wakes && agent.world.integrateSensorInfo()) {
             agent.decide();
             pending = agent.allCommands();
         }

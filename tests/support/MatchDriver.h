@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "practice/Match.h"
-#include "support/AgentHarness.h"
-#include "support/Script.h"
+#include "tests/support/AgentHarness.h"
+#include "tests/support/Script.h"
 
 namespace support {
 

@@ -1,8 +1,8 @@
-#include "support/Scenes.h"
+#include "tests/support/Scenes.h"
 
 #include "practice/Eyes.h"
 #include "practice/World.h"
-#include "support/AgentHarness.h"
+#include "tests/support/AgentHarness.h"
 
 namespace support {
 

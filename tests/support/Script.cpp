@@ -1,4 +1,4 @@
-#include "support/Script.h"
+#include "tests/support/Script.h"
 
 #include <algorithm>
 #include <limits>
@@ -34,7 +34,9 @@ struct Aim {
 };
 constexpr Aim PASS{ANYBODY}, BACK{KEEPER}, LONG{LURKER}, SHOT{0, 60.0, 5.0}, MIDDLE{0, 60.0, 0.0},
     WIDE{0, 60.0, 12.0}, OUT{0, 0.0, 60.0}, CORNER{0, -80.0, 20.0};
-// What is done with the ball in the own third, in the middle and in theirs, kick after kick.
+// What is done with the ball in the own third, in the middle and in theirs, kick after kick. The
+// first row, for example: the first kick in the own third goes back to the goalkeeper, the second
+// to the corner, the third to any team-mate, the fourth out; after the eighth it starts anew.
 constexpr Aim SCHEDULE[3][8] = {
     {BACK, CORNER, PASS, OUT, CORNER, PASS, CORNER, OUT},
     {PASS, OUT, PASS, PASS, LONG, PASS, OUT, PASS},

@@ -21,13 +21,13 @@ public:
     /// To whoever sent last.
     void send(std::string_view datagram) const;
     /// Speaks from now on to whom `other` speaks to, as a server does from another port.
-    void takeOverFrom(ServerEnd const& other) { client = other.client; }
+    void takeOverFrom(ServerEnd const& other) { client_ = other.client_; }
     /// Closes its port and goes on from another one.
     void changePort();
 
 private:
-    int descriptor;
-    sockaddr_in client{};
+    int descriptor_;
+    sockaddr_in client_{};
 };
 
 } // namespace support
