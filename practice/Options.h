@@ -15,10 +15,10 @@ struct Options {
     int port = 6000;
     std::string address = "127.0.0.1";
     LogOptions log{};
-    std::string resultsFile; ///< empty: none
-    int lingerSteps = 50;    ///< after the end of the match
+    std::string resultsFile;  ///< empty: none
+    int lingerSteps = 50;     ///< after the end of the match
     bool synchronous = false; ///< the clock waits for the players instead of the players for it
-    int speed = 0; ///< of a synchronous match, at most, in times real time; 0: no limit
+    int speed = 0;            ///< of a synchronous match, at most, in times real time; 0: no limit
     Scoreboard::Style scoreboard = Scoreboard::Style::automatic;
     bool help = false;
 };

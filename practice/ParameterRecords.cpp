@@ -162,8 +162,8 @@ std::string quoted(std::string value) {
 
 /// The texts and what the options decide.
 void addSettings(std::vector<gamelog::Parameter>& pairs, Options const& options, int port) {
-    LogOptions const log =
-        options.log.reproducible ? LogOptions{.stem = "match"} : options.log;
+    LogOptions log;
+    if (!options.log.reproducible) log = options.log;
     KickOffRule const& kickOff = options.match.kickOff;
     double const halfSeconds = options.match.halfCycles * parameter("simulatorStep") / 1000.0;
     auto const number = [&pairs](char const* name, auto value) {
@@ -184,9 +184,10 @@ void addSettings(std::vector<gamelog::Parameter>& pairs, Options const& options,
     number("game_log_version", options.log.version);
     number("synch_mode", options.synchronous ? 1 : 0);
     for (std::string const kind : {"game_log", "text_log"}) {
-        number((kind == "game_log" ? "game_logging" : "text_logging"), log.wanted() ? 1 : 0);
-        number((kind + "_dated").c_str(), log.dated ? 1 : 0);
-        number((kind + "_fixed").c_str(), log.dated ? 0 : 1);
+        number((kind == "game_log" ? "game_logging" : "text_logging"),
+               options.log.wanted() ? 1 : 0);
+        number((kind + "_dated").c_str(), options.log.dated ? 1 : 0);
+        number((kind + "_fixed").c_str(), options.log.dated ? 0 : 1);
         word((kind + "_dir").c_str(), log.folder());
         word((kind + "_fixed_name").c_str(), log.name());
     }

@@ -162,7 +162,7 @@ bool Server::isOver() const {
 
 void Server::writeResults() const {
     std::string const& file = options_.resultsFile;
-    if (file.empty() || replaceFile(file, resultsJson(match_.world()))) return;
+    if (file.empty() || replaceFile(file, resultsJson(match_.world(), course_))) return;
     std::fprintf(stderr, "practice-server: cannot write the results to %s: %s\n", file.c_str(),
                  std::strerror(errno));
 }

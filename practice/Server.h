@@ -11,6 +11,7 @@
 #include "practice/Match.h"
 #include "practice/Monitors.h"
 #include "practice/Options.h"
+#include "practice/Results.h"
 #include "practice/Scoreboard.h"
 #include "practice/Socket.h"
 
@@ -82,8 +83,7 @@ private:
     int stepsAfterEnd_ = 0;
     int heldSteps_ = 0;            ///< tenths of a second since the first player joined
     Clock::time_point lastJoin_{}; ///< while the clock was held
-    long steps_ = 0;               ///< in synchronous mode
-    Clock::duration played_{}; ///< wall clock for them
+    Course course_;
     std::array<char, 8192> buffer_{};
 };
 

@@ -40,11 +40,11 @@ void Server::runSynchronously(Stop& stop) {
             stepped = match_.poll();
             if (match_.isThinkTime()) think(stop);
         }
+        ++course_.steps;
+        course_.seconds = std::chrono::duration<double>(Clock::now() - begin).count();
         afterStep();
-        ++steps_;
-        played_ = Clock::now() - begin;
         if (options_.speed > 0) {
-            std::this_thread::sleep_until(begin + steps_ * STEP_TIME / options_.speed);
+            std::this_thread::sleep_until(begin + course_.steps * STEP_TIME / options_.speed);
         }
     }
     holdClock(stop, [this] { return isOver(); });
@@ -134,8 +134,8 @@ void Server::awaitCommands(int player, Clock::time_point deadline, Stop& stop) {
            match_.isAwaited(player) && clients_[player]->heard < MOST_OF_A_CLIENT && stop == 0) {
         auto const left = std::chrono::ceil<milliseconds>(deadline - Clock::now());
         if (left <= milliseconds::zero()) return noteSilence(player);
-        std::array<pollfd, 2> inputs{{{clients_[player]->socket.descriptor(), POLLIN, 0},
-                                      {door_.descriptor(), POLLIN, 0}}};
+        std::array<pollfd, 2> inputs{
+            {{clients_[player]->socket.descriptor(), POLLIN, 0}, {door_.descriptor(), POLLIN, 0}}};
         ::poll(inputs.data(), inputs.size(), static_cast<int>(left.count()));
         readDoor();
         readClient(player);
