@@ -88,6 +88,8 @@ class Game:
             "--scoreboard": "plain",
         }
         arguments = [str(part) for option in options.items() for part in option]
+        if settings.synchronous:
+            arguments.append("--synchronous")
         server = self._programs / "practice-server"
         out = self._folder / "server.out"
         self._server = self._nursery.start([server, *arguments], self._folder, out)

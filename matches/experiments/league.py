@@ -165,6 +165,7 @@ class _LeagueMatch:
                 self._bin / "practice-server", "--port", str(FIRST), "--address", HOST,
                 "--half-cycles", str(plan.half_cycles), "--seed", str(self._seed),
                 "--log", "match", "--scoreboard", "plain",
+                *(["--synchronous"] if plan.synchronous else []),
             ]
         options = {
             "half_time": str(plan.half_cycles // 10),

@@ -115,7 +115,12 @@ def _play_agents(run: Path, plan: Plan, game: Game, folder: Path) -> Played:
         for teams in [run / "bundle/teams" / key]
     )
     settings = MatchSettings(
-        left, right, plan.half_cycles, plan.seed_of(game), keep=folder
+        left,
+        right,
+        plan.half_cycles,
+        plan.seed_of(game),
+        keep=folder,
+        synchronous=plan.synchronous,
     )
     outcome = Match(settings, run / "bundle/bin", folder).run(None, _heed_parent)
     goals = (outcome.left.goals, outcome.right.goals)
