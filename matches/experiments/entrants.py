@@ -17,6 +17,7 @@ from pathlib import Path
 from matches.build import build, build_programs
 from matches.experiments.plan import Entry, Plan
 from matches.places import DEFAULT_CONF, IS_INSTALLED, ROOT
+from matches.replay import page_of_viewer
 from matches.settings import check_conf
 from matches.words import Failure, say
 
@@ -189,6 +190,8 @@ class Bundle:
             (self.folder / "bin").mkdir(parents=True, exist_ok=True)
             for name in (*SERVER_PROGRAMS, "agent", "check-conf"):
                 _copy(programs / name, self.folder / "bin" / name)
+            if (viewer := page_of_viewer(programs)) is not None:
+                _copy(viewer, self.folder / "bin/viewer.html")
         self._copy_package()
 
     def _copy_package(self) -> None:

@@ -14,6 +14,8 @@ from matches.experiments.rows import DROPPED
 from matches.experiments.runs import Run
 from matches.experiments.series import Series, bounds_of, goals_text, verdict
 from matches.experiments.tables import elo_text, facts, interval_text
+from matches.replay import make_replay, page_of_viewer
+from matches.words import Failure
 
 NAMES = {"possession": "possession, %", "domination": "domination, %", "metres": "metres run"}
 
@@ -125,15 +127,29 @@ def _telling(run: Run, series: Series, first: str) -> str:
         folder = run.folder_of(game)
         there = (folder / "match.rcg.gz").exists() and not (folder / DROPPED).exists()
         side = "left" if Game.named(game).turn == 1 else "right"
-        link = f'<a href="games/{game}/match.rcg.gz">game log</a>' if there else "log not kept"
+        link = _links(run, game) if there else "log not kept"
         rows += (f"<tr><td>{name}</td><td class=number>{score}</td><td class=number>{seed}</td>"
                  f"<td>{side}</td><td>{link}</td></tr>")
     return f"""<section><h2>Matches to look at</h2><table><thead><tr><th></th>
 <th class=number>result</th><th class=number>seed</th><th>{first} on the</th><th>replay</th></tr></thead>
 <tbody>{rows}</tbody></table>
-<p class=note>The logs are beside this file; any viewer of game logs shows them. To play one of these
-matches again: <code>./one-match GAME</code> in this folder, after its folder in games/ is removed.</p>
+<p class=note>Pages and logs are beside this file. To play one of these matches again:
+<code>./one-match GAME</code> in this folder, after its folder in games/ is removed.</p>
 </section>"""
+
+
+def _links(run: Run, game: str) -> str:
+    """The log, and a page that shows it where the viewer was built."""
+    log = run.folder_of(game) / "match.rcg.gz"
+    viewer = page_of_viewer(run.folder / "bundle/bin")
+    link = f'<a href="games/{game}/match.rcg.gz">game log</a>'
+    if viewer is None:
+        return link
+    try:
+        make_replay(viewer, log, log.with_name("replay.html"))
+    except Failure:
+        return link
+    return f'<a href="games/{game}/replay.html"><b>watch</b></a>, {link}'
 
 
 def _figures(series: Series, first: str, second: str) -> str:
