@@ -88,7 +88,7 @@ class Game:
             "--scoreboard": "plain",
         }
         arguments = [str(part) for option in options.items() for part in option]
-        if settings.synchronous:
+        if settings.fast:
             arguments.append("--synchronous")
         server = self._programs / "practice-server"
         out = self._folder / "server.out"

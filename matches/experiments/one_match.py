@@ -120,7 +120,7 @@ def _play_agents(run: Path, plan: Plan, game: Game, folder: Path) -> Played:
         plan.half_cycles,
         plan.seed_of(game),
         keep=folder,
-        synchronous=plan.synchronous,
+        fast=plan.synchronous,
     )
     outcome = Match(settings, run / "bundle/bin", folder).run(None, _heed_parent)
     goals = (outcome.left.goals, outcome.right.goals)
