@@ -46,6 +46,11 @@ class Run:
         """The record of a match, if it has been played."""
         return self._rows.get(str(game))
 
+    @property
+    def played(self) -> int:
+        """How many matches have a record."""
+        return len(self._rows)
+
     def refresh(self) -> None:
         """Reads the rows that are new."""
         try:

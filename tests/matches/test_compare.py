@@ -60,7 +60,14 @@ class Compare(MatchCase):
         wanted = self.results()
         shutil.move(self.folder / "run", self.folder / "first")
 
-        process = self.start("--jobs", "5", STUB_MATCH="slow")
+        process = self.start("--jobs", "1", STUB_MATCH="slow")
+        while not (self.folder / "run/jobs.log").exists():
+            time.sleep(0.02)
+        process.send_signal(signal.SIGTERM)
+        words = process.communicate()[0]
+        self.assertEqual(process.returncode, 130, words)
+
+        process = self.start("--resume", "--jobs", "5", STUB_MATCH="slow")
         while not (self.folder / "run/finished").exists() or len(self.finished()) < 8:
             time.sleep(0.05)
             self.assertIsNone(process.poll())
