@@ -8,10 +8,11 @@ from rich.console import Console
 
 from matches import options
 from matches.build import build_programs
+from matches.duration import expected_duration
 from matches.judge import faults
 from matches.match import Match
 from matches.places import DEFAULT_CONF, work_folder
-from matches.progress import Progress, expected_duration
+from matches.progress import Progress
 from matches.replay import make_replay, page_of_viewer
 from matches.results import MatchOutcome
 from matches.settings import MatchSettings, TeamSettings, check_conf

@@ -23,6 +23,8 @@ class ServerView:
     late: int = 0
     refused: int = 0
     spare_turn_necks: int = 0
+    missed: int = 0
+    """Cycles of a synchronous match in which the server gave up waiting for it."""
     lost: bool = False
 
 
@@ -121,6 +123,7 @@ def read_server_results(path: Path) -> ServerResults:
             late=player["late"],
             refused=player["refused"],
             spare_turn_necks=player["spare_turn_necks"],
+            missed=player.get("missed", 0),
             lost=player["lost"],
         )
         for player in data["players"]

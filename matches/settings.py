@@ -31,6 +31,7 @@ class MatchSettings:
     keep: Path | None = None  # a free folder
     plans: bool = False  # whether the players log what they believe
     watch: bool = False  # whether browsers may look on
+    fast: bool = False  # the server's clock waits for the players
 
 
 @dataclass(frozen=True)

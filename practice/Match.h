@@ -28,7 +28,7 @@ struct Outgoing {
 class Observer {
 public:
     virtual ~Observer() = default;
-    /// A player's datagram, before its commands are executed; the first one is its introduction.
+    /// A player's datagram, when its commands are executed; the first one is its introduction.
     virtual void heardPlayer(World const& world, Player const& player,
                              std::string_view datagram) = 0;
     virtual void heardReferee(World const& world, std::string_view word) = 0;
@@ -54,10 +54,16 @@ public:
     /// At most one observer, which must outlive the match.
     void setObserver(Observer* observer) { observer_ = observer; }
 
-    /// The datagram is executed at the next poll.
+    /// The datagram is executed at the next poll. Notes in the player whether it was its last.
     void receive(int player, std::string_view datagram);
+    /// Drops what was received since the last poll: nobody acts while the clock is held.
+    void forgetReceived();
     /// Executes what was received; every tenth poll is a step of the world. Returns whether it was.
     bool poll();
+    /// In synchronous mode: this poll is the one after which the server waits for the players.
+    bool isThinkTime() const { return polls_ % POLLS_PER_STEP == THINK_POLL; }
+    /// Whether the player is on the pitch and may still send commands for this cycle.
+    bool isAwaited(int player) const;
     /// Takes the messages since the last call, in the order they are to be sent.
     std::vector<Outgoing> takeOutbox();
 
@@ -73,6 +79,9 @@ public:
     World& world() { return world_; } ///< to set up a scene
 
 private:
+    static constexpr long POLLS_PER_STEP = 10;
+    static constexpr long THINK_POLL = 6; ///< with the sights of most cycles, and time to spare
+
     struct Execution; ///< of the commands of one player
 
     Side sideOf(std::string const& team);
