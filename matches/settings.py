@@ -28,6 +28,8 @@ class MatchSettings:
     busy: int = 0  # programs beside that only burn the processor
     port: int | None = None  # a free one
     keep: Path | None = None  # a free folder
+    fast: bool = False  # the server's clock waits for the players
+    speed: int | None = None  # and goes at most so many times as fast as in real time
 
 
 @dataclass(frozen=True)
