@@ -330,7 +330,9 @@ private:
     std::atomic<int> seesSinceSenseBody_ = 0;
     TimeStamp lastSee_;
     TimeStamp lastSenseBody_;
-    ArrivalClock clock_; ///< of the thread that receives
+    // Only for the thread that receives.
+    ArrivalClock clock_;
+    int newestSenseBody_ = 0; ///< its cycle
 
     int seeTimingRequests_ = 0;
 };

@@ -2,6 +2,7 @@
 
 #include "worldmodel/WorldModel.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <ctime>
@@ -72,7 +73,8 @@ void WorldModel::signalNewInfo() {
 void WorldModel::setTimeLastSee() {
     lastSee_.set(clock_.see());
     ++seesSinceSenseBody_;
-    lastSeeCycle_ = currentTime();
+    // Main may not have taken the sense_body before it yet, and then still has the time before.
+    lastSeeCycle_ = std::max(currentTime(), newestSenseBody_);
     Sensors::arrivals.stamp(Arrivals::SEE);
     signalNewInfo();
 }
@@ -82,6 +84,7 @@ void WorldModel::setTimeLastSB() {
     senseBodyArrived_ = true;
     seesSinceSenseBody_ = 0;
     lastSenseBodyCycle_ = currentTime();
+    if (Sensors::newSenseBody) newestSenseBody_ = Sensors::senseBody->time;
     Sensors::arrivals.stamp(Arrivals::SENSE_BODY);
     signalNewInfo();
 }

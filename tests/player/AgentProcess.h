@@ -114,8 +114,6 @@ protected:
         } while (Clock::now() < end);
     }
     /// Plays cycles, each message sent `copies` times, until so many more of the command have come.
-    /// A turn_neck comes in every cycle; a say only in those in which the sense_body was integrated
-    /// before its see came.
     bool play(std::string const& command, int enough, int copies = 1) {
         constexpr int MAX_CYCLES = 100; // in case that the machine is busy
         int const last = cycle + MAX_CYCLES;

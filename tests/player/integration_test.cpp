@@ -164,6 +164,14 @@ TEST_F(IntegrationTest, StampsOfTheLastMessages) {
     EXPECT_FALSE(world.seeIsNewerThanSenseBody());
 }
 
+TEST_F(IntegrationTest, ASeeBelongsToTheCycleOfTheSenseBodyBeforeItThoughBothWait) {
+    agent.sense(senseBody(30));
+    agent.sense("(see 30 ((b) 5 5))");
+    EXPECT_EQ(world.cycleOfLastSee(), 30);
+    EXPECT_TRUE(world.integrateSensorInfo());
+    EXPECT_EQ(world.currentTime(), 30);
+}
+
 TEST_F(IntegrationTest, PlayModesAreNumberedThroughWithTwoNumbersForAPair) {
     int code = 0;
     for (int mode = 0; mode <= 26; ++mode) {

@@ -59,7 +59,7 @@ TEST_F(ProcessTest, InterruptPrintsTheStatistics) {
     welcome();
     EXPECT_TRUE(play("move", 1));
     server.send("(hear 2 referee play_on)");
-    EXPECT_TRUE(play("turn_neck", 8)); // more than fit into a queue that is not emptied
+    EXPECT_TRUE(play("say", 8)); // more than fit into a queue that is not emptied
     agent.interrupt();
     EXPECT_EQ(0, agent.waitForEnd());
     collect(0);
@@ -112,11 +112,11 @@ TEST_F(ProcessTest, BearsAServerThatIsSlowRepeatsItselfMovesAndFloods) {
     answerInit();
     EXPECT_TRUE(play("move", 1));
     server.send("(hear 1 referee play_on)");
-    EXPECT_TRUE(play("turn_neck", 2));
+    EXPECT_TRUE(play("say", 2));
     server.changePort();
-    EXPECT_TRUE(play("turn_neck", 2));
-    EXPECT_TRUE(play("turn_neck", 2, 500)); // of each message, in every cycle
-    EXPECT_TRUE(play("turn_neck", 2));
+    EXPECT_TRUE(play("say", 2));
+    EXPECT_TRUE(play("say", 2, 500)); // of each message, in every cycle
+    EXPECT_TRUE(play("say", 2));
     EXPECT_TRUE(agent.isRunning());
     EXPECT_EQ(0, lonely.waitForEnd());
     EXPECT_EQ("", lonely.output() + lonely.errors());
@@ -137,9 +137,9 @@ TEST_F(ProcessTest, SurvivesAFloodButNoEmptyDatagram) {
 
     server.send("(hear 1 referee play_on)");
     // Doubled messages are taken twice; when they cease for a while, it plays on afterwards.
-    EXPECT_TRUE(play("turn_neck", 4, 2));
+    EXPECT_TRUE(play("say", 4, 2));
     poll(nullptr, 0, 1000);
-    EXPECT_TRUE(play("turn_neck", 2));
+    EXPECT_TRUE(play("say", 2));
 
     EXPECT_TRUE(agent.isRunning());
     server.send("");
