@@ -19,11 +19,12 @@ from types import TracebackType
 from matches.build import install
 from matches.duration import expected_duration
 from matches.experiments.plan import FILE, Plan
-from matches.processes import Nursery, end_all
+from matches.processes import Nursery, end_all, wait_until
 from matches.words import Failure, last_words
 
 RETRIES = 3
 HOPELESS = 8
+STOPPING = (1.5, 8.0)  # seconds after each signal
 SLOWEST = 20.0  # cycles a second of a synchronous match on a machine that is still of use
 REMOTE = ".matches"  # on other machines, below the home folder
 
@@ -110,8 +111,13 @@ class Engine:
         error: BaseException | None,
         trace: TracebackType | None,
     ) -> None:
-        # GNU parallel ends its jobs, which takes them a moment each.
-        end_all([self._program], patience=10)
+        # GNU parallel ends its jobs, which takes them a moment; while it starts up itself, it
+        # may overhear the first signal.
+        for seconds in STOPPING:
+            self._program.signal(signal.SIGTERM)
+            if wait_until(lambda: not self._program.runs(), seconds):
+                break
+        end_all([self._program], signal.SIGKILL)
         self._nursery.__exit__(kind, error, trace)
 
 
