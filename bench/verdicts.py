@@ -4,8 +4,8 @@
     bench/verdicts.py                  on made-up results: goals come at random, one by one
     bench/verdicts.py RESULTS.csv      on real ones: the matches of an experiment, drawn anew
 
-Real matches are made into an experiment of a team against itself by giving both sides of each match to
-either team by chance; the true difference is then 0.
+Real matches are made into an experiment of a team against itself by giving both sides of each match
+to either team by chance; the true difference is then 0.
 """
 
 import argparse
@@ -61,7 +61,8 @@ def main() -> None:
     print(f"{'':28}" + "".join(f"{d.value:>11}" for d in Decision) + "    pairs  interval")
     if given.results:
         rows = list(csv.DictReader(given.results.open()))
-        matches = [int(r["left_goals"]) - int(r["right_goals"]) for r in rows if r["status"] == "played"]
+        played = [row for row in rows if row["status"] == "played"]
+        matches = [int(row["left_goals"]) - int(row["right_goals"]) for row in played]
         for size in (0.3, 0.5, 1.0):
             runs = [drawn(rng, matches) for _ in range(given.runs)]
             tell(f"itself, interest {size:g}", runs, Bounds(difference=size), 0)

@@ -3,6 +3,7 @@
 import base64
 import io
 import re
+import zlib
 from collections.abc import Sequence
 
 import matplotlib as mpl
@@ -42,7 +43,7 @@ def _svg(figure: Figure, label: str) -> str:
     text = out.getvalue()
     text = text[text.index("<svg") :]
     # Ids must differ from picture to picture in one page.
-    mark = f"{abs(hash(label)) % 16**8:x}"
+    mark = f"{zlib.crc32(label.encode()):x}"
     text = re.sub(r'(id="|href="#|url\(#)', rf"\g<1>{mark}", text)
     return text.replace("<svg", f'<svg role="img" aria-label="{label}"', 1)
 
@@ -138,7 +139,15 @@ def heat_maps(first: Sequence[int], second: Sequence[int], ball: Sequence[int],
     return f'<img alt="heat maps" src="data:image/png;base64,{data}">'
 
 
-def _map(figure: Figure, axes: mpl.axes.Axes, grid: Floats, title: str, colours: object, low: float, high: float) -> None:
+def _map(
+    figure: Figure,
+    axes: mpl.axes.Axes,
+    grid: Floats,
+    title: str,
+    colours: object,
+    low: float,
+    high: float,
+) -> None:
     box = (-LENGTH / 2, LENGTH / 2, WIDTH / 2, -WIDTH / 2)
     image = axes.imshow(grid, extent=box, cmap=colours, vmin=low, vmax=high,
                         interpolation="bilinear")
@@ -175,7 +184,9 @@ def tried(trials: Sequence[tuple[float, Estimate]], best: float, label: str) -> 
         for value, estimate in trials:
             axes.plot([value, value], [estimate.low, estimate.high], color=FIRST, alpha=0.25)
             face = FIRST if value == best else "white"
-            axes.plot([value], [estimate.value], "o", color=FIRST, markerfacecolor=face, markersize=5)
+            axes.plot(
+                [value], [estimate.value], "o", color=FIRST, markerfacecolor=face, markersize=5
+            )
         axes.set_xlabel(label)
         axes.set_ylabel("goals a match")
         return _svg(figure, f"gain over {label}")

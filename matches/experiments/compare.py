@@ -136,7 +136,8 @@ def _compare(run: Run) -> int:
             found = [run.assess(first, second) for first, second in plan.comparisons]
     _tell(run, found)
     if run.seconds > 1:
-        say("compare", f"{run.played} matches are there; this took {duration(time.monotonic() - began)}, "
+        spent = duration(time.monotonic() - began)
+        say("compare", f"{run.played} matches are there; this took {spent}, "
             f"{100 * line.processors.share:.0f} % of the processors in use")
     if interrupted:
         say("compare", "stopped; go on with --resume")

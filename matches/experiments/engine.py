@@ -8,8 +8,10 @@ is played twice, and nothing counts that did not arrive.
 import os
 import re
 import shutil
+import signal
 import zlib
-from collections.abc import Sequence
+from collections.abc import Iterator, Sequence
+from contextlib import contextmanager
 from dataclasses import dataclass
 from pathlib import Path
 from types import TracebackType
@@ -17,11 +19,12 @@ from types import TracebackType
 from matches.build import install
 from matches.duration import expected_duration
 from matches.experiments.plan import FILE, Plan
-from matches.processes import Nursery, end_all
+from matches.processes import Nursery, end_all, wait_until
 from matches.words import Failure, last_words
 
 RETRIES = 3
 HOPELESS = 8
+STOPPING = (1.5, 8.0)  # seconds after each signal
 SLOWEST = 20.0  # cycles a second of a synchronous match on a machine that is still of use
 REMOTE = ".matches"  # on other machines, below the home folder
 
@@ -61,16 +64,33 @@ class Where:
     """A list of ssh logins, in GNU parallel's form."""
 
 
+@contextmanager
+def _signals_later() -> Iterator[list[int]]:
+    """Holds back what would unwind us between the start of a program and our knowing of it."""
+    waiting: list[int] = []
+    numbers = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP)
+    before = [signal.signal(number, lambda n, _: waiting.append(n)) for number in numbers]
+    try:
+        yield waiting
+    finally:
+        for number, handler in zip(numbers, before, strict=True):
+            signal.signal(number, handler)
+
+
 class Engine:
     """One start of GNU parallel. Leaving it ends all matches that still run."""
 
     def __init__(self, run: Path, plan: Plan, where: Where, games: Sequence[str]) -> None:
         install("to play many matches", tools_missing(where.machines))
         (run / "list").write_text("".join(f"{game}\n" for game in games))
-        self._nursery = Nursery()
-        self._program = self._nursery.start(
-            _command(run, plan, where), run, run / "parallel.out"
-        )
+        with _signals_later() as waiting:
+            self._nursery = Nursery()
+            self._program = self._nursery.start(
+                _command(run, plan, where), run, run / "parallel.out"
+            )
+        if waiting:
+            self.__exit__(None, None, None)
+            raise KeyboardInterrupt
 
     @property
     def runs(self) -> bool:
@@ -91,8 +111,13 @@ class Engine:
         error: BaseException | None,
         trace: TracebackType | None,
     ) -> None:
-        # GNU parallel ends its jobs, which takes them a moment each.
-        end_all([self._program], patience=10)
+        # GNU parallel ends its jobs, which takes them a moment; while it starts up itself, it
+        # may overhear the first signal.
+        for seconds in STOPPING:
+            self._program.signal(signal.SIGTERM)
+            if wait_until(lambda: not self._program.runs(), seconds):
+                break
+        end_all([self._program], signal.SIGKILL)
         self._nursery.__exit__(kind, error, trace)
 
 

@@ -1,7 +1,7 @@
 """Who takes part: finds out what the user means, and puts programs and settings together.
 
-A team is named by a file of settings, an agent's binary, a packaged team's folder, or a git revision
-of this repository.
+A team is named by a file of settings, an agent's binary, a packaged team's folder, or a git
+revision of this repository.
 """
 
 import hashlib
@@ -141,16 +141,21 @@ def difference_of(conf: Path) -> str:
     return " ".join(changed)
 
 
+def _team_name(label: str) -> str:
+    """What a server takes as the name of a team."""
+    return re.sub(r"[^A-Za-z0-9_-]", "_", label)[:LONGEST_NAME]
+
+
 def entries_of(entrants: Sequence[Entrant], keys: Sequence[str] = KEYS) -> dict[str, Entry]:
     """Gives each a key, and names that tell them apart."""
     labels = [entrant.label for entrant in entrants]
     entries = {}
     own = own_revision()
     for key, entrant in zip(keys, entrants, strict=False):
-        label, name = entrant.label, re.sub(r"[^A-Za-z0-9_-]", "_", entrant.label)[:LONGEST_NAME]
+        label, name = entrant.label, _team_name(entrant.label)
         if labels.count(label) > 1:
             label = f"{label} ({key})"
-        if [re.sub(r"[^A-Za-z0-9_-]", "_", other)[:LONGEST_NAME] for other in labels].count(name) > 1:
+        if [_team_name(other) for other in labels].count(name) > 1:
             name = f"{name[: LONGEST_NAME - 1 - len(key)]}-{key}"
         entries[key] = Entry(
             key, label, name,

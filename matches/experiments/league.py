@@ -1,4 +1,4 @@
-"""A match among teams that come as folders with the programs `start` and `kill`, as leagues have it.
+"""A match among teams that come as folders with the programs `start` and `kill`.
 
 `start HOST BASEDIR NUMBER` runs in the foreground, called once for each number from 1 (the
 goalkeeper) to 12 (a coach) from another folder; `kill` ends everything of the team. Such teams play

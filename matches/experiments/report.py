@@ -77,7 +77,11 @@ def _section(run: Run, series: Series) -> str:
 <p class=note>The band is the 95&nbsp;% interval; the dashed lines are the smallest difference of
 interest, {run.plan.difference:g} goals.</p>{charts.goal_bars(matches)}
 {_fact_table(run, series)}</section>""")
-        parts += [_telling(run, series, first), _figures(series, first, second), _heat(series, (first, second))]
+        parts += [
+            _telling(run, series, first),
+            _figures(series, first, second),
+            _heat(series, (first, second)),
+        ]
     parts.append(_failed(run, series))
     return "\n".join(parts)
 
@@ -122,7 +126,9 @@ def _telling(run: Run, series: Series, first: str) -> str:
     }
     rows = ""
     for name, (difference, game, score, seed) in chosen.items():
-        if (name == "largest win" and difference <= 0) or (name == "largest loss" and difference >= 0):
+        if difference * {"largest win": 1, "largest loss": -1}.get(name, 0) < 0 or (
+            difference == 0 and name != "closest to the mean"
+        ):
             continue
         folder = run.folder_of(game)
         there = (folder / "match.rcg.gz").exists() and not (folder / DROPPED).exists()
@@ -131,7 +137,8 @@ def _telling(run: Run, series: Series, first: str) -> str:
         rows += (f"<tr><td>{name}</td><td class=number>{score}</td><td class=number>{seed}</td>"
                  f"<td>{side}</td><td>{link}</td></tr>")
     return f"""<section><h2>Matches to look at</h2><table><thead><tr><th></th>
-<th class=number>result</th><th class=number>seed</th><th>{first} on the</th><th>replay</th></tr></thead>
+<th class=number>result</th><th class=number>seed</th><th>{first} on the</th><th>replay</th></tr>
+</thead>
 <tbody>{rows}</tbody></table>
 <p class=note>Pages and logs are beside this file. To play one of these matches again:
 <code>./one-match GAME</code> in this folder, after its folder in games/ is removed.</p>
@@ -178,9 +185,10 @@ def _figures(series: Series, first: str, second: str) -> str:
 <th class="number first">{first}</th><th class="number second">{second}</th>
 <th class=number>difference</th><th class=number>interval</th><th class=number>p</th>
 <th>matches</th></tr></thead><tbody>{rows}</tbody></table>
-<p class=note>{len(found)} figures are looked at together, and among so many one differs by chance easily.
-So p is corrected after Holm, and the intervals are widened after Bonferroni: with 95&nbsp;% confidence
-all of them hold the true difference. Bold rows differ (p below 0.05). Means are of a match.</p></section>"""
+<p class=note>{len(found)} figures are looked at together, and among so many one differs by chance
+easily. So p is corrected after Holm, and the intervals are widened after Bonferroni: with 95&nbsp;%
+confidence all of them hold the true difference. Bold rows differ (p below 0.05). Means are of a
+match.</p></section>"""
 
 
 def _number(value: float, sign: str = "") -> str:
@@ -226,9 +234,9 @@ def _method(run: Run) -> str:
     return f"""<section class=method><h2>How this was found</h2>
 <p>Two halves of {plan.half_cycles} cycles, {pace}, seeds from {plan.seed}, on revision
 {escape(plan.revision)}. Matches come in pairs of one seed with the sides swapped; a pair is one
-observation. A sequential test (two generalised probability ratio tests, spread unknown) decides after each
-pair: teams that are equal are called different in at most {100 * plan.error:g}&nbsp;% of such
+observation. A sequential test (two generalised probability ratio tests, spread unknown) decides
+after each pair: teams that are equal are called different in at most {100 * plan.error:g}&nbsp;% of such
 experiments, and a difference of {plan.difference:g} goals is missed in at most
-{100 * plan.error:g}&nbsp;%.{shared} Intervals are Student's for a fixed number of pairs; a test that
-stops early makes them cover a little less than they say. Elo comes from the mean score.
+{100 * plan.error:g}&nbsp;%.{shared} Intervals are Student's for a fixed number of
+pairs; a test that stops early makes them cover a little less than they say. Elo comes from the mean score.
 All matches are in <a href="results.csv">results.csv</a>. Written {today}.</p></section>"""

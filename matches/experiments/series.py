@@ -108,7 +108,11 @@ def bounds_of(plan: Plan) -> Bounds:
 
 
 def assess(
-    plan: Plan, first: str, second: str, row_of: Callable[[Game], Row | None], sequential: bool = True
+    plan: Plan,
+    first: str,
+    second: str,
+    row_of: Callable[[Game], Row | None],
+    sequential: bool = True,
 ) -> Series:
     """Goes through the pairs in their order; stops at one that has not been played."""
     pairs: list[Pair] = []

@@ -65,7 +65,8 @@ def _pictures(trials: Sequence[Trial], best: Trial) -> str:
     )
     return f"""<section><h2>What was tried</h2>{pictures}{growth}
 <p class=note>Each point is a trial with its 95&nbsp;% interval; the filled one won by the most. The
-largest of many is large by luck in part: only the confirmation on fresh seeds counts.</p></section>"""
+largest of many is large by luck in part: only the confirmation on fresh seeds counts.</p>
+</section>"""
 
 
 def _table(trials: Sequence[Trial], best: Trial) -> str:

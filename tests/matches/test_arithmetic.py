@@ -62,7 +62,7 @@ class Estimates(unittest.TestCase):
     def test_elo_interval_against_a_bootstrap(self) -> None:
         rng = np.random.default_rng(5)
         goals = rng.poisson((1.8, 1.2, 1.8, 1.2), (300, 4))
-        scores = [(score_of(a, b) + score_of(c, d)) / 2 for a, b, c, d in goals]
+        scores = [(score_of(a, b) + score_of(c, d)) / 2 for a, b, c, d in goals.tolist()]
         found = elo_estimate(scores)
         drawn = rng.choice(scores, (4000, len(scores))).mean(axis=1)
         low, high = np.percentile([elo_of(score) for score in drawn], (2.5, 97.5))

@@ -30,7 +30,8 @@ def rows_of(plan: Plan, rng: random.Random, gain: float = 0) -> dict[str, Row]:
         means = {key: 0.05 + (gain / 30 if key == "A" else 0) for key in game.sides}
         goals = [sum(rng.random() < means[key] for _ in range(30)) for key in game.sides]
         figures = {
-            side: {"name": key, "goals": goals[i], "shots": goals[i] + rng.randint(0, 5), "cards": 0}
+            side: {"name": key, "goals": goals[i], "shots": goals[i] + rng.randint(0, 5),
+                   "cards": 0}
             for i, (side, key) in enumerate(zip(("left", "right"), game.sides, strict=True))
         }
         heat = {what: [rng.randint(0, 3) for _ in range(COLUMNS * ROWS)]
@@ -175,7 +176,9 @@ class OfFiles(unittest.TestCase):
 
     def test_places_are_counted_in_play_and_turned_for_the_right_side(self) -> None:
         names = ["playmode", "ball_x", "ball_y"]
-        names += [f"{s}{n}_{what}" for s in "lr" for n in range(1, 12) for what in ("x", "y", "state")]
+        names += [
+            f"{s}{n}_{what}" for s in "lr" for n in range(1, 12) for what in ("x", "y", "state")
+        ]
         here = ["10", "5", "1"]
         absent = ["0", "0", "0"]
         line = ["play_on", "50", "-30", *here, *(absent * 10), *here, *(absent * 10)]
