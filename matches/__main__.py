@@ -6,7 +6,18 @@ import sys
 
 from matches.words import Failure, complain
 
-COMMANDS = ("play", "team", "replay", "package", "build")
+COMMANDS = {
+    "play": "matches.play",
+    "team": "matches.team",
+    "replay": "matches.replay",
+    "package": "matches.package",
+    "build": "matches.build",
+    "compare": "matches.experiments.compare",
+    "tune": "matches.experiments.tune",
+    "tournament": "matches.experiments.tournament",
+    "one-match": "matches.experiments.one_match",
+}
+"""The module of each command."""
 
 
 def main(arguments: list[str]) -> int:
@@ -16,7 +27,7 @@ def main(arguments: list[str]) -> int:
         return 2
     command, *rest = arguments
     try:
-        status: int = importlib.import_module(f"matches.{command}").main(rest)
+        status: int = importlib.import_module(COMMANDS[command]).main(rest)
         sys.stdout.flush()
         return status
     except Failure as failure:

@@ -53,7 +53,7 @@ def _may_install() -> bool:
 def install(why: str, packages: list[str]) -> None:
     """Installs Debian packages as root or through sudo; the script says what goes wrong."""
     if packages and subprocess.run([ROOT / "scripts/install", why, *packages]).returncode != 0:
-        raise Failure("cannot build without " + " ".join(packages))
+        raise Failure("cannot go on without " + " ".join(packages))
 
 
 def build_programs(command: str) -> tuple[Path, Lock | None]:
@@ -67,7 +67,9 @@ def build_programs(command: str) -> tuple[Path, Lock | None]:
     return ROOT / "build", build(command, ROOT / "build", ["all"], ["--preset", "play"])
 
 
-def build(command: str, folder: Path, targets: list[str], options: list[str]) -> Lock:
+def build(
+    command: str, folder: Path, targets: list[str], options: list[str], source: Path = ROOT
+) -> Lock:
     """Configures and builds some targets; the lock that is returned is a shared one."""
     extras = missing_extras()
     if extras and not _may_install():
@@ -78,14 +80,14 @@ def build(command: str, folder: Path, targets: list[str], options: list[str]) ->
     if not lock.take():
         say(command, f"waiting for another build in {folder.name}/")
         lock.take(wait=True)
-    _forget_moved_sources(folder)
+    _forget_moved_sources(folder, source)
     if not (folder / "CMakeCache.txt").exists() and not shutil.which("make"):
         options = ["-G", "Ninja", *options]
     say(command, f"building into {folder.name}/")
     started = time.monotonic()
     log = folder / "build.log"
     with log.open("wb") as out:
-        _run_step(["cmake", "-S", str(ROOT), "-B", str(folder), *options], out.fileno(), log)
+        _run_step(["cmake", "-S", str(source), "-B", str(folder), *options], out.fileno(), log)
         jobs = str(os.cpu_count() or 1)
         make = ["cmake", "--build", str(folder), "--parallel", jobs, "--target", *targets]
         _run_step(make, out.fileno(), log)
@@ -94,12 +96,12 @@ def build(command: str, folder: Path, targets: list[str], options: list[str]) ->
     return lock
 
 
-def _forget_moved_sources(folder: Path) -> None:
+def _forget_moved_sources(folder: Path, source: Path) -> None:
     """A build folder remembers where its sources were; after a move or a copy it has to forget."""
     cache = folder / "CMakeCache.txt"
     if not cache.exists():
         return
-    if f"CMAKE_HOME_DIRECTORY:INTERNAL={ROOT}\n" not in cache.read_text(errors="replace"):
+    if f"CMAKE_HOME_DIRECTORY:INTERNAL={source}\n" not in cache.read_text(errors="replace"):
         cache.unlink()
         shutil.rmtree(folder / "CMakeFiles", ignore_errors=True)
 

@@ -6,12 +6,12 @@ from collections.abc import Callable
 from pathlib import Path
 
 from matches import players as teams
+from matches.duration import expected_duration
 from matches.judge import ended_how
 from matches.monitor import Monitor, Sight
 from matches.players import Eleven, Player
 from matches.ports import HOST
 from matches.processes import Nursery, Program, Usage, end_all, wait_until
-from matches.progress import expected_duration
 from matches.results import (
     SIDES,
     MatchOutcome,
@@ -21,7 +21,7 @@ from matches.results import (
     write_players,
 )
 from matches.settings import MatchSettings, make_team_folder
-from matches.words import Failure, last_words, shown
+from matches.words import Failure, MatchFailure, last_words, shown
 
 SAY_MARKS = "vw"
 JOINING = 3.0  # seconds a player may take to be on the pitch
@@ -78,7 +78,7 @@ class Game:
     def _start_server(self) -> None:
         """Returns when it listens."""
         settings = self._settings
-        options = {
+        options: dict[str, object] = {
             "--port": self._port,
             "--address": HOST,
             "--half-cycles": settings.half_cycles,
@@ -87,7 +87,11 @@ class Game:
             "--results": self._folder / "server.json",
             "--scoreboard": "plain",
         }
+        if settings.speed is not None:
+            options["--speed"] = settings.speed
         arguments = [str(part) for option in options.items() for part in option]
+        if settings.fast:
+            arguments.append("--synchronous")
         server = self._programs / "practice-server"
         out = self._folder / "server.out"
         self._server = self._nursery.start([server, *arguments], self._folder, out)
@@ -198,7 +202,7 @@ class Game:
         for player in players:
             if not player.program.runs():
                 words = player.words or "It said nothing."
-                raise Failure(
+                raise MatchFailure(
                     f"{name} {player.number} {ended_how(player.program.status)} "
                     "before the kick-off",
                     f"{words}\nMore may be in {shown(player.program.err)}",
@@ -223,7 +227,7 @@ class Game:
         self._monitor.close()
         end_all([*self._busy, *([self._network] if self._network else [])])
         if self._server.status != 0:
-            raise Failure(
+            raise MatchFailure(
                 f"the practice server {ended_how(self._server.status)}",
                 last_words(self._server.out) or "It said nothing.",
             )
@@ -247,6 +251,7 @@ class Game:
             self.wants_to_stop(),
             server_usage,
             self._network.out.read_text().strip() if self._network else "",
+            server.pace,
         )
         write_players(outcome, self._folder / "players.csv")
         return outcome

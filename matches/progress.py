@@ -8,21 +8,11 @@ from rich.progress_bar import ProgressBar
 from rich.table import Table
 from rich.text import Text
 
+from matches.duration import AFTER_THE_END, HALF_TIME, STEP, STOPPAGES
 from matches.monitor import Sight
 from matches.words import duration
 
-STEP = 0.1  # seconds
-KICK_OFF_WAIT = 7.0  # until all have joined, and the pause after it
-HALF_TIME = 5.0
-AFTER_THE_END = 2.0
-STOPPAGES = 0.25  # of the playing time, before anything is known of this match
 DOUBT = 300  # steps after which what was seen weighs as much as that
-
-
-def expected_duration(half_cycles: int) -> float:
-    """Seconds a match takes: the playing time, breaks, and the usual stoppages."""
-    playing = 2 * half_cycles * STEP
-    return KICK_OFF_WAIT + playing * (1 + STOPPAGES) + HALF_TIME + AFTER_THE_END
 
 
 def time_left(sight: Sight, half_cycles: int, steps_begun: int) -> float:
@@ -50,8 +40,12 @@ def in_words(sight: Sight, half_cycles: int) -> str:
 class Progress:
     """Shows a match as it goes on: one line on a terminal, a line per piece of news elsewhere."""
 
-    def __init__(self, half_cycles: int, console: Console | None = None) -> None:
+    def __init__(
+        self, half_cycles: int, console: Console | None = None, fast: bool = False
+    ) -> None:
+        """In a fast match the steps seen do not tell how long it takes."""
         self._half = half_cycles
+        self._fast = fast
         self._console = console or Console()
         self._live = Live(console=self._console, auto_refresh=False, transient=True)
         self._begun_at = 0
@@ -94,7 +88,7 @@ class Progress:
         return f"{score}  {mode}  cycle {sight.cycle} of {2 * self._half}  {self._left(sight)}"
 
     def _left(self, sight: Sight) -> str:
-        if sight.is_over:
+        if sight.is_over or self._fast:
             return ""
         return f"{duration(time_left(sight, self._half, self._begun_at))} left"
 

@@ -23,6 +23,8 @@ class ServerView:
     late: int = 0
     refused: int = 0
     spare_turn_necks: int = 0
+    missed: int = 0
+    """Cycles of a synchronous match in which the server gave up waiting for it."""
     lost: bool = False
 
 
@@ -88,6 +90,8 @@ class MatchOutcome:
     server_usage: Usage | None
     network: str
     """What the bad network did; empty without one."""
+    pace: tuple[int, float] | None = None
+    """In synchronous mode: steps, and the seconds that they took."""
 
     @property
     def teams(self) -> tuple[TeamResult, TeamResult]:
@@ -104,6 +108,7 @@ class ServerResults:
     names: tuple[str, str] = ("", "")
     score: tuple[int, int] = (0, 0)
     players: dict[tuple[str, int], ServerView] = field(default_factory=dict)
+    pace: tuple[int, float] | None = None
 
 
 def read_server_results(path: Path) -> ServerResults:
@@ -121,6 +126,7 @@ def read_server_results(path: Path) -> ServerResults:
             late=player["late"],
             refused=player["refused"],
             spare_turn_necks=player["spare_turn_necks"],
+            missed=player.get("missed", 0),
             lost=player["lost"],
         )
         for player in data["players"]
@@ -128,7 +134,12 @@ def read_server_results(path: Path) -> ServerResults:
     left, right = (name or "" for name in data["teams"])
     goals_left, goals_right = data["score"]
     return ServerResults(
-        data["cycles"], data["finished"], (left, right), (goals_left, goals_right), views
+        data["cycles"],
+        data["finished"],
+        (left, right),
+        (goals_left, goals_right),
+        views,
+        (data["steps"], data["seconds"]) if data.get("steps") else None,
     )
 
 

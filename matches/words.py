@@ -14,6 +14,10 @@ class Failure(Exception):
         self.status = status
 
 
+class MatchFailure(Failure):
+    """A player or the server did not come through, on a machine that could play."""
+
+
 def say(command: str, text: str) -> None:
     """One line to standard output, marked with the command that says it."""
     print(f"{command}: {text}", flush=True)

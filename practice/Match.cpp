@@ -10,13 +10,11 @@
 #include "practice/Parameters.h"
 #include "practice/Physics.h"
 #include "practice/Placement.h"
-#include "practice/Text.h"
 
 namespace practice {
 
 namespace {
 
-constexpr long POLLS_PER_STEP = 10;
 constexpr int SPOKEN_VERSION = 7; ///< the only message format this server speaks
 
 /// The internal clock of the eyes ticks every 37.5 ms and is noticed at the next poll.
@@ -58,7 +56,7 @@ Match::Joined Match::join(std::string_view firstDatagram) {
     p.goalie = client.goalie;
     p.pos = touchlinePlace(p);
     if (observer_ != nullptr) observer_->heardPlayer(world_, p, firstDatagram);
-    send(p, text("(init ", letter(side), ' ', p.unum, ' ', world_.mode.word(), ')'));
+    send(p, "(init ", letter(side), ' ', p.unum, ' ', world_.mode.word(), ')');
     send(p, serverParamMessage(world_.halfCycles));
     send(p, playerParamMessage());
     send(p, playerTypeMessage());
@@ -118,16 +116,8 @@ void Match::discard(int id) {
 void Match::announce(std::string_view word) {
     if (observer_ != nullptr) observer_->heardReferee(world_, word);
     for (Player const& p : world_.players) {
-        if (p.active) send(p, text("(hear ", world_.cycle, " referee ", word, ')'));
+        if (p.active) send(p, "(hear ", world_.cycle, " referee ", word, ')');
     }
-}
-
-void Match::send(Player const& player, std::string text) {
-    outbox_.push_back({playerId(player), std::move(text)});
-}
-
-std::vector<Outgoing> Match::takeOutbox() {
-    return std::exchange(outbox_, {});
 }
 
 // ---- Commands
@@ -215,7 +205,7 @@ struct Match::Execution {
 
     void tell(Player& listener, std::string_view said) {
         if (&listener == &me) {
-            return match.send(me, text("(hear ", world.cycle, " self \"", said, "\")"));
+            return match.send(me, "(hear ", world.cycle, " self \"", said, "\")");
         }
         constexpr int NEEDED = wholeParameter("hearDecay");
         Vec const way = me.pos - listener.pos;
@@ -223,15 +213,15 @@ struct Match::Execution {
         if (way.length() > parameter("audioDist") || capacity < NEEDED) return;
         capacity -= NEEDED;
         int const dir = wholeDegrees(way.angle() - listener.body);
-        match.send(listener, text("(hear ", world.cycle, ' ', dir, " \"", said, "\")"));
+        match.send(listener, "(hear ", world.cycle, ' ', dir, " \"", said, "\")");
     }
 
     void operator()(Request request) {
         if (request == Request::score) {
-            match.send(me, text("(score ", world.cycle, ' ', world.goals(me.side), ' ',
-                                world.goals(other(me.side)), ')'));
+            match.send(me, "(score ", world.cycle, ' ', world.goals(me.side), ' ',
+                       world.goals(other(me.side)), ')');
         } else if (request == Request::senseBody) {
-            match.send(me, senseBodyMessage(world, me));
+            appendSenseBody(match.outbox_.begin(playerId(me)), world, me);
         } else if (request == Request::bye) {
             match.remove(playerId(me));
         }
@@ -239,10 +229,25 @@ struct Match::Execution {
 };
 
 void Match::receive(int player, std::string_view datagram) {
-    Player const& p = world_.player(player);
+    Player& p = world_.player(player);
     if (!p.active) return;
-    if (observer_ != nullptr) observer_->heardPlayer(world_, p, datagram);
-    inbox_[player].emplace_back(datagram);
+    Word const word = wordOf(datagram);
+    if (word != Word::commands) p.done = true;
+    if (word != Word::done) inbox_[player].add() = datagram;
+}
+
+void Match::forgetReceived() {
+    for (auto& datagrams : inbox_) {
+        datagrams.clear();
+    }
+    for (Player& p : world_.players) {
+        p.done = false;
+    }
+}
+
+bool Match::isAwaited(int player) const {
+    Player const& p = world_.player(player);
+    return p.active && !p.done;
 }
 
 /// A player acts once in a cycle: after its see message or, when half of the cycle has brought
@@ -259,19 +264,21 @@ void Match::noteAnswer(Player& player) const {
 }
 
 void Match::executeReceived() {
-    if (std::ranges::all_of(inbox_, &std::vector<std::string>::empty)) return;
+    if (std::ranges::all_of(inbox_, &Recycled<std::string>::empty)) return;
     for (int const id : everybodyInRandomOrder(random_)) {
         Player& player = world_.player(id);
         if (!inbox_[id].empty()) noteAnswer(player);
-        for (std::string const& datagram : std::exchange(inbox_[id], {})) {
+        for (std::string const& datagram : inbox_[id].items()) {
+            if (observer_ != nullptr) observer_->heardPlayer(world_, player, datagram);
             CommandReader reader(datagram);
             while (auto const command = player.active ? reader.next() : std::nullopt) {
                 std::visit(Execution{*this, player}, *command);
             }
             if (!reader.failed()) continue;
             ++player.refused;
-            send(player, std::string(ILLEGAL_FORM));
+            send(player, ILLEGAL_FORM);
         }
+        inbox_[id].clear();
     }
 }
 
@@ -299,7 +306,7 @@ void Match::step() {
     referee_.startWhenReady();
     for (int const id : everybodyInRandomOrder(random_)) {
         Player const& p = world_.player(id);
-        if (p.active) send(p, senseBodyMessage(world_, p));
+        if (p.active) appendSenseBody(outbox_.begin(id), world_, p);
     }
 }
 
@@ -308,7 +315,7 @@ void Match::sendSights() {
         if (!p.active || ++p.ticksSinceSee < seeInterval(p.view)) continue;
         p.ticksSinceSee = 0;
         p.sightSent = true;
-        send(p, seeMessage(world_, p, random_));
+        appendSee(outbox_.begin(playerId(p)), world_, p, random_);
     }
 }
 

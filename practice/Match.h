@@ -6,8 +6,10 @@
 #include <vector>
 
 #include "practice/Commands.h"
+#include "practice/Outbox.h"
 #include "practice/Random.h"
 #include "practice/Referee.h"
+#include "practice/Text.h"
 #include "practice/World.h"
 
 namespace practice {
@@ -18,17 +20,11 @@ struct MatchOptions {
     KickOffRule kickOff;
 };
 
-/// A message for one player.
-struct Outgoing {
-    int player = NOBODY;
-    std::string text; ///< without the NUL that ends the datagram
-};
-
 /// Is told what is said in a match at the moment it is said.
 class Observer {
 public:
     virtual ~Observer() = default;
-    /// A player's datagram, before its commands are executed; the first one is its introduction.
+    /// A player's datagram, when its commands are executed; the first one is its introduction.
     virtual void heardPlayer(World const& world, Player const& player,
                              std::string_view datagram) = 0;
     virtual void heardReferee(World const& world, std::string_view word) = 0;
@@ -54,12 +50,18 @@ public:
     /// At most one observer, which must outlive the match.
     void setObserver(Observer* observer) { observer_ = observer; }
 
-    /// The datagram is executed at the next poll.
+    /// The datagram is executed at the next poll. Notes in the player whether it was its last.
     void receive(int player, std::string_view datagram);
+    /// Drops what was received since the last poll: nobody acts while the clock is held.
+    void forgetReceived();
     /// Executes what was received; every tenth poll is a step of the world. Returns whether it was.
     bool poll();
-    /// Takes the messages since the last call, in the order they are to be sent.
-    std::vector<Outgoing> takeOutbox();
+    /// In synchronous mode: this poll is the one after which the server waits for the players.
+    bool isThinkTime() const { return polls_ % POLLS_PER_STEP == THINK_POLL; }
+    /// Whether the player is on the pitch and may still send commands for this cycle.
+    bool isAwaited(int player) const;
+    /// The messages since it was cleared.
+    Outbox& outbox() { return outbox_; }
 
     // What a human may do at any time. See Referee for kickOff and callFoul.
     void kickOff() { referee_.kickOff(); }
@@ -73,12 +75,18 @@ public:
     World& world() { return world_; } ///< to set up a scene
 
 private:
+    static constexpr long POLLS_PER_STEP = 10;
+    static constexpr long THINK_POLL = 6; ///< with the sights of most cycles, and time to spare
+
     struct Execution; ///< of the commands of one player
 
     Side sideOf(std::string const& team);
     int freeNumber(Introduction const& client, Side side) const;
     void announce(std::string_view word);
-    void send(Player const& player, std::string text);
+    template <typename... Parts>
+    void send(Player const& player, Parts const&... parts) {
+        appendText(outbox_.begin(playerId(player)), parts...);
+    }
     void noteAnswer(Player& player) const;
     void executeReceived();
     void step();
@@ -87,8 +95,8 @@ private:
     World world_;
     Random random_;
     Referee referee_;
-    Table<std::vector<std::string>, MAX_PLAYERS> inbox_;
-    std::vector<Outgoing> outbox_;
+    Table<Recycled<std::string>, MAX_PLAYERS> inbox_;
+    Outbox outbox_;
     Observer* observer_ = nullptr;
     long polls_ = 0;
 };

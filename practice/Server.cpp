@@ -1,9 +1,11 @@
 #include "practice/Server.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstring>
 #include <thread>
+#include <utility>
 
 #include "practice/OutputFile.h"
 #include "practice/ParameterRecords.h"
@@ -14,14 +16,12 @@ namespace practice {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds POLL_TIME{10};
 /// A short delay is made up for; after a longer one (a suspended machine) the match just goes on
 /// from there, because steps in a burst would be lost to the players.
 constexpr std::chrono::milliseconds LONGEST_CATCH_UP{100};
 /// Datagrams read at one poll: far more than a match needs, and a flood cannot stop the clock.
 constexpr int MOST_AT_THE_DOOR = 500;
-constexpr int MOST_OF_A_CLIENT = 50;
 
 std::string bindProblem(Options const& options) {
     if (errno == EADDRINUSE) {
@@ -57,6 +57,18 @@ Server::Server(Options const& options, Address const& address, Socket door,
 }
 
 int Server::run(int const volatile& stop) {
+    if (options_.synchronous) {
+        runSynchronously(stop);
+    } else {
+        runInRealTime(stop);
+    }
+    scoreboard_.finish();
+    if (log_) log_->finish(match_.world());
+    writeResults();
+    return 0;
+}
+
+void Server::runInRealTime(Stop& stop) {
     Clock::time_point next = Clock::now();
     while (stop == 0 && !isOver()) {
         next += POLL_TIME;
@@ -71,10 +83,6 @@ int Server::run(int const volatile& stop) {
         sendOutbox();
         if (stepped) afterStep();
     }
-    scoreboard_.finish();
-    if (log_) log_->finish(match_.world());
-    writeResults();
-    return 0;
 }
 
 // ---- Network
@@ -85,7 +93,7 @@ void Server::readDoor() {
     for (int i = 0; i < MOST_AT_THE_DOOR; ++i) {
         if (door_.receive(buffer_, datagram, sender) != Socket::Arrival::datagram) return;
         if (int const player = playerAt(sender); player != NOBODY) {
-            match_.receive(player, datagram);
+            hear(player, datagram);
         } else if (!monitors_.receiveAtDoor(door_, sender, datagram)) {
             admit(datagram, sender);
         }
@@ -99,8 +107,14 @@ void Server::readClient(int player) {
         Socket::Arrival const arrival = clients_[player]->socket.receive(buffer_, datagram, sender);
         if (arrival == Socket::Arrival::nothing) return;
         if (arrival == Socket::Arrival::peerGone) return match_.remove(player);
-        match_.receive(player, datagram);
+        hear(player, datagram);
     }
+}
+
+/// Where the clock waits a flood must end too, since nothing else ends the cycle.
+void Server::hear(int player, std::string_view datagram) {
+    if (options_.synchronous && ++clients_[player]->heard > MOST_OF_A_CLIENT) return;
+    match_.receive(player, datagram);
 }
 
 /// Opens the socket first: a player that cannot be answered must not join.
@@ -123,13 +137,40 @@ int Server::playerAt(Address const& sender) const {
     return NOBODY;
 }
 
-void Server::sendOutbox() {
-    for (auto const& [player, message] : match_.takeOutbox()) {
-        if (clients_[player] && !clients_[player]->socket.send(message)) match_.remove(player);
+/// Each player's messages go together, so that it is woken once. With `asking` a (think) goes last,
+/// to each player that owes no answer.
+void Server::sendOutbox(bool asking) {
+    sendingOrder_.clear();
+    for (auto const& [player, message] : match_.outbox().messages()) {
+        queue(player, {message.data(), message.size() + 1}); // a string always ends with a NUL
     }
+    for (int i = 0; i < MAX_PLAYERS && asking; ++i) {
+        constexpr std::string_view THINK("(think)", 8);
+        if (clients_[i] && !std::exchange(clients_[i]->asked, true)) queue(i, THINK);
+    }
+    for (int const player : sendingOrder_.items()) {
+        flush(player);
+    }
+    match_.outbox().clear();
     for (int i = 0; i < MAX_PLAYERS; ++i) {
         if (!match_.world().player(i).active) clients_[i].reset();
     }
+}
+
+void Server::queue(int player, std::string_view datagram) {
+    if (!clients_[player]) return;
+    Batch& batch = clients_[player]->batch;
+    if (batch.size == batch.datagrams.size()) flush(player);
+    if (std::ranges::find(sendingOrder_.items(), player) == sendingOrder_.items().end()) {
+        sendingOrder_.add() = player;
+    }
+    batch.datagrams[batch.size++] = datagram;
+}
+
+void Server::flush(int player) {
+    Batch& batch = clients_[player]->batch;
+    std::span const datagrams(batch.datagrams.data(), std::exchange(batch.size, 0));
+    if (!clients_[player]->socket.sendAll(datagrams)) match_.remove(player);
 }
 
 // ---- The course of the match
@@ -150,7 +191,7 @@ bool Server::isOver() const {
 
 void Server::writeResults() const {
     std::string const& file = options_.resultsFile;
-    if (file.empty() || replaceFile(file, resultsJson(match_.world()))) return;
+    if (file.empty() || replaceFile(file, resultsJson(match_.world(), course_))) return;
     std::fprintf(stderr, "practice-server: cannot write the results to %s: %s\n", file.c_str(),
                  std::strerror(errno));
 }

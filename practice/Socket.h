@@ -32,6 +32,7 @@ public:
 
     bool connectTo(Address const& peer) const;
     int port() const;
+    int descriptor() const { return fd_; } ///< to wait for
 
     /// Fills `text` (a view into `buffer`; what does not fit is cut) and `sender`.
     Arrival receive(std::span<char> buffer, std::string_view& text, Address& sender) const;
@@ -40,6 +41,12 @@ public:
     bool send(std::string_view text, Address const* peer = nullptr) const;
     /// The same without the NUL.
     bool sendBytes(std::string_view bytes, Address const* peer = nullptr) const;
+
+    /// At most so many datagrams go at once.
+    static constexpr std::size_t MOST_AT_ONCE = 16;
+    /// A datagram for each text, to the connected peer; these end with their NUL already. False
+    /// when the peer is gone.
+    bool sendAll(std::span<std::string_view const> texts) const;
 
 private:
     explicit Socket(int fd) : fd_(fd) {}

@@ -78,3 +78,31 @@ start_matches() {
 
 # build FOLDER TARGET CMAKE_OPTION...: builds below the repository's FOLDER.
 build() { (start_matches build "${0##*/}" "$@"); }
+
+# ---------------------------------------------------------------- experiments
+
+# start_experiment COMMAND ARGUMENT...: the same for a command that computes and plays many matches.
+start_experiment() {
+    local libraries=numpy,scipy,pandas,matplotlib
+    local packages=(parallel python3 python3-{rich,numpy,scipy,pandas,matplotlib})
+    if [[ $1 == tune ]]; then
+        libraries+=,optuna
+        packages+=(python3-optuna)
+    fi
+    can_run_experiments "$libraries" ||
+        { install_packages "to run experiments" "${packages[@]}" && can_run_experiments "$libraries"; } ||
+        fail "there is no Python 3.11 or newer with $libraries"
+    LAUNCHER=${LAUNCHER:-$0} PYTHONPATH=$ROOT exec "$PYTHON" -P -m matches "$@"
+}
+
+# can_run_experiments LIBRARIES: leaves the interpreter in PYTHON. To look for a library is quicker
+# than to load it.
+can_run_experiments() {
+    has parallel || return
+    for PYTHON in python3 /usr/bin/python3; do
+        "$PYTHON" -c "import sys; from importlib.util import find_spec
+sys.exit(sys.version_info < (3, 11) or not all(map(find_spec, '$1,rich'.split(','))))" \
+            2>/dev/null && return
+    done
+    return 1
+}
