@@ -40,15 +40,15 @@ std::string longLog() {
 }
 
 std::string const& plainLog() {
-    static std::string const LOG = longLog();
-    return LOG;
+    static std::string const log = longLog();
+    return log;
 }
 
-/// A file that is gone when the program ends.
+/// A file that is removed when the program ends.
 class LogFile {
 public:
     explicit LogFile(char const* mode) {
-        gzFile const file = gzopen(path_.c_str(), mode);
+        gzFile file = gzopen(path_.c_str(), mode);
         gzwrite(file, plainLog().data(), static_cast<unsigned>(plainLog().size()));
         gzclose(file);
     }
@@ -68,13 +68,13 @@ private:
 };
 
 std::string const& plainFile() {
-    static LogFile const FILE("wbT"); // T: as it is
-    return FILE.path();
+    static LogFile const file("wbT"); // T: not packed
+    return file.path();
 }
 
 std::string const& packedFile() {
-    static LogFile const FILE("wb6");
-    return FILE.path();
+    static LogFile const file("wb6");
+    return file.path();
 }
 
 void countLines(benchmark::State& state) {
@@ -90,7 +90,7 @@ void unpack(benchmark::State& state) {
     std::string const& path = packedFile();
     std::string block(1 << 17, '\0');
     for ([[maybe_unused]] auto _ : state) {
-        gzFile const file = gzopen(path.c_str(), "rb");
+        gzFile file = gzopen(path.c_str(), "rb");
         while (gzread(file, block.data(), static_cast<unsigned>(block.size())) > 0) {
             benchmark::DoNotOptimize(block.data());
         }
@@ -128,6 +128,7 @@ void writeShow(benchmark::State& state) {
     for (int shows = 0; shows < 50 && (record = reader.next()) != nullptr;) {
         shows += std::holds_alternative<Show>(*record) ? 1 : 0;
     }
+    if (record == nullptr) return state.SkipWithError("the log has too few shows");
     std::string out;
     for ([[maybe_unused]] auto _ : state) {
         out.clear();

@@ -115,8 +115,9 @@ void Server::think(Stop& stop) {
     readDoor();
     // The last one asked is waited for first: then most of the others have answered already, and
     // we are woken seldom.
-    for (int const player : sendingOrder_.items() | std::views::reverse) {
-        awaitCommands(player, deadline, stop);
+    auto const order = sendingOrder_.items();
+    for (auto player = order.rbegin(); player != order.rend(); ++player) {
+        awaitCommands(*player, deadline, stop);
     }
 }
 

@@ -51,9 +51,9 @@ void fill(gamelog::Player& out, Player const& p) {
 }
 
 std::string const& nameOf(World const& world, Side side) {
-    static std::string const NOBODY_THERE = "null";
+    static std::string const absent = "null";
     std::string const& name = world.teamName(side);
-    return name.empty() ? NOBODY_THERE : name;
+    return name.empty() ? absent : name;
 }
 
 /// A team without players has no goals to tell.

@@ -145,9 +145,10 @@ void WebServer::Site::command(Response& response, httplib::ContentReader const& 
                       "The request cannot be read.");
     }
     Command const command = readCommand(body);
-    if (!command.wrong.empty())
+    if (!command.wrong.empty()) {
         return answer(response, BAD_REQUEST,
                       joined({"This command is not understood: ", command.wrong, "."}));
+    }
     if (!sendCommand(command.datagram)) {
         return answer(response, NO_SERVER, "No soccer server is connected; start one.");
     }
@@ -195,8 +196,9 @@ std::string WebServer::bind(std::string const& address, int port) {
         site_->port = port;
     }
     if (site_->port > 0) return {};
-    if (port == 0)
+    if (port == 0) {
         return joined({"cannot listen at ", address, "; choose an address of this machine"});
+    }
     return joined({"cannot listen at ", address, ", port ", std::to_string(port),
                    "; perhaps it is in use: choose another with --http"});
 }

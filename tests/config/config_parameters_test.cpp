@@ -12,7 +12,7 @@ namespace {
 using C = Configuration;
 
 // Bound before any message has come, as the constants of other classes are.
-float const& BOUND_BALL_DECAY = C::ballDecay;
+float const& boundBallDecay = C::ballDecay;
 
 void expectPrinted(void (*print)(), std::string const& numbers) {
     CapturedStream const out(std::cout);
@@ -46,7 +46,7 @@ TEST_F(ConfigurationTest, ParametersKeepTheirPlaces) {
     // Places counted by hand, all through the lists: printing alone would not notice two names
     // swapped on both ways.
     EXPECT_EQ(std::tuple(C::goalWidth, C::playerDecay, C::staminaMax, C::effortDecThr,
-                         C::teamActuatorNoise, C::ballSize, BOUND_BALL_DECAY, C::dashPowerRate,
+                         C::teamActuatorNoise, C::ballSize, boundBallDecay, C::dashPowerRate,
                          C::kickPowerRate, C::kickableMargin, C::controlRadiusWidth),
               std::tuple(1, 4, 9, 16, 22, 27, 28, 33, 34, 35, 37));
     EXPECT_EQ(std::tuple(C::maxPower, C::minPower, C::minMoment, C::minNeckMoment, C::maxNeckAngle,

@@ -80,8 +80,9 @@ TEST(Reader, ReadsOtherBlanks) {
     ASSERT_FALSE(readLine(text, record));
     EXPECT_EQ(std::get<Show>(record), [] {
         Show show;
-        for (Player& player : show.players)
+        for (Player& player : show.players) {
             player.capacity = -1;
+        }
         return show;
     }());
 }

@@ -25,11 +25,11 @@ struct Written {
 /// Always draws the same for one seed.
 class Dice {
 public:
-    explicit Dice(unsigned seed) : random(seed) {}
+    explicit Dice(unsigned seed) : random_(seed) {}
 
-    int upTo(int most) { return static_cast<int>(random() % (static_cast<unsigned>(most) + 1)); }
+    int upTo(int most) { return static_cast<int>(random_() % (static_cast<unsigned>(most) + 1)); }
     bool oneIn(int number) { return upTo(number - 1) == 0; }
-    auto const& of(auto const& choice) { return choice[random() % std::size(choice)]; }
+    auto const& of(auto const& choice) { return choice[random_() % std::size(choice)]; }
 
     /// A number between low and 360.
     std::string number(int low) {
@@ -62,7 +62,7 @@ public:
     }
 
 private:
-    std::mt19937 random;
+    std::mt19937 random_;
 };
 
 // clang-format off

@@ -23,7 +23,8 @@ TEST(Pointer, TheLastHandleDeletesTheObject) {
     {
         RCC_Pointer<Tracked> second = first;
         RCC_Pointer<Tracked> third = std::move(second);
-        third = third; // NOLINT(clang-diagnostic-self-assign-overloaded)
+        RCC_Pointer<Tracked> const& itself = third;
+        third = itself;
         EXPECT_EQ(2, first.object()->references());
         first = RCC_Pointer<Tracked>();
         EXPECT_EQ(1, alive);

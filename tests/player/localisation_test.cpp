@@ -23,8 +23,12 @@ Landmark seen(int code, float distance, float direction) {
     landmark.direction.value = direction;
     return landmark;
 }
-auto const line = seen<RCC_Line>;
-auto const flag = seen<RCC_Flag>;
+RCC_Line line(int code, float distance, float direction) {
+    return seen<RCC_Line>(code, distance, direction);
+}
+RCC_Flag flag(int code, float distance, float direction) {
+    return seen<RCC_Flag>(code, distance, direction);
+}
 
 /// Where the digits of a code say that a landmark is; in the middle by any others.
 Complex landmark(int code) {

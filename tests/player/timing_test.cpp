@@ -56,7 +56,7 @@ public:
 
     /// Sends that and waits until the thread has taken it.
     void send(std::string const& message) {
-        lastSent = Clock::now();
+        lastSent_ = Clock::now();
         agent.server.send(message);
         EXPECT_TRUE(agent.world.waitForNewInfo());
     }
@@ -69,13 +69,13 @@ public:
         EXPECT_EQ(0, timer.it_value.tv_sec);
         EXPECT_EQ(0, timer.it_interval.tv_usec); // once only
         EXPECT_LE(left, delay + ROUNDING);
-        EXPECT_GE(left, delay - (Clock::now() - lastSent) - ROUNDING);
+        EXPECT_GE(left, delay - (Clock::now() - lastSent_) - ROUNDING);
     }
 
     support::LinkedAgent agent;
 
 private:
-    Clock::time_point lastSent;
+    Clock::time_point lastSent_;
 };
 
 TEST(Timing, TheTimerWaitsForTheSeeOfTheCycle) {

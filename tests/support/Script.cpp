@@ -79,8 +79,8 @@ void Script::act() {
     if (changed && mode_.isSetPiece()) ++setPieces_;
     practice::Table<int, 2> const next{nextAtBall(Side::left), nextAtBall(Side::right)};
     for (Player const& p : world_.players) {
-        if (cycle_ == 0)
-            send(p, "(change_view wide high)"); // the fewest sees; nobody looks at them
+        // The view with the fewest sees, since nobody reads them.
+        if (cycle_ == 0) send(p, "(change_view wide high)");
         play(p, next[index(p.side)]);
     }
     talk();
