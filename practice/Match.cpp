@@ -300,7 +300,7 @@ bool Match::poll() {
 
 void Match::step() {
     Vec const ballBefore = world_.ball.pos;
-    std::vector<int> const touchers = moveAll(world_, random_);
+    Players const touchers = moveAll(world_, random_);
     referee_.step(ballBefore, touchers);
     recoverAll(world_);
     referee_.startWhenReady();

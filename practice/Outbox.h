@@ -41,12 +41,15 @@ public:
         Outgoing& message = messages_.add();
         message.player = player;
         message.text.clear();
+        message.text.reserve(LONGEST);
         return message.text;
     }
     std::span<Outgoing const> messages() const { return messages_.items(); }
     void clear() { messages_.clear(); }
 
 private:
+    static constexpr std::size_t LONGEST = 2048; ///< of the usual messages: a see of everything
+
     Recycled<Outgoing> messages_;
 };
 
