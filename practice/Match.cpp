@@ -57,7 +57,9 @@ Match::Joined Match::join(std::string_view firstDatagram) {
     p.joined = p.active = true;
     p.goalie = client.goalie;
     p.pos = touchlinePlace(p);
-    if (observer_ != nullptr) observer_->heardPlayer(world_, p, firstDatagram);
+    for (Observer* const observer : observers_) {
+        observer->heardPlayer(world_, p, firstDatagram);
+    }
     send(p, text("(init ", letter(side), ' ', p.unum, ' ', world_.mode.word(), ')'));
     send(p, serverParamMessage(world_.halfCycles));
     send(p, playerParamMessage());
@@ -97,12 +99,13 @@ void Match::remove(int id) {
 
 // ---- The interventions of a human
 
-void Match::place(int id, Vec pos, double body) {
+void Match::place(int id, Vec pos, double body, Vec vel) {
     Player& p = world_.player(id);
     if (!p.active) return;
     p.pos = cutToRunOff(pos);
     p.body = normalized(body);
     p.halt();
+    p.vel = shortenedTo(vel, parameter("playerSpeedMax"));
 }
 
 void Match::discard(int id) {
@@ -113,10 +116,39 @@ void Match::discard(int id) {
     p.discarded = true;
 }
 
+// ---- The trainer
+
+void Match::placeBall(Vec pos, Vec vel) {
+    world_.ballHolder = NOBODY;
+    world_.ball.pos = pos;
+    world_.ball.halt();
+    world_.ball.vel = shortenedTo(vel, parameter("ballSpeedMax"));
+}
+
+void Match::recover() {
+    for (Player& p : world_.players) {
+        p.restoreStamina();
+    }
+}
+
+void Match::coachSays(std::string_view said) {
+    for (Player const& p : world_.players) {
+        if (p.active) send(p, text("(hear ", world_.cycle, " coach \"", said, "\")"));
+    }
+}
+
+void Match::note(std::string_view noted) {
+    for (Observer* const observer : observers_) {
+        observer->noted(world_, noted);
+    }
+}
+
 // ---- Messages
 
 void Match::announce(std::string_view word) {
-    if (observer_ != nullptr) observer_->heardReferee(world_, word);
+    for (Observer* const observer : observers_) {
+        observer->heardReferee(world_, word);
+    }
     for (Player const& p : world_.players) {
         if (p.active) send(p, text("(hear ", world_.cycle, " referee ", word, ')'));
     }
@@ -147,7 +179,7 @@ struct Match::Execution {
     }
 
     void operator()(Dash const& command) {
-        if (mayUseBody()) dash(me, command.power, command.dir);
+        if (mayUseBody() && !world.mode.isHeld()) dash(me, command.power, command.dir);
     }
 
     void operator()(Kick const& command) {
@@ -208,6 +240,9 @@ struct Match::Execution {
     void operator()(Say const& command) {
         if (std::ssize(command.text) > wholeParameter("sayMsgSize")) return;
         ++me.counts.say;
+        for (Observer* const observer : match.observers_) {
+            observer->heardSay(world, me, command.text);
+        }
         for (Player& listener : world.players) {
             if (listener.active) tell(listener, command.text);
         }
@@ -241,7 +276,9 @@ struct Match::Execution {
 void Match::receive(int player, std::string_view datagram) {
     Player const& p = world_.player(player);
     if (!p.active) return;
-    if (observer_ != nullptr) observer_->heardPlayer(world_, p, datagram);
+    for (Observer* const observer : observers_) {
+        observer->heardPlayer(world_, p, datagram);
+    }
     inbox_[player].emplace_back(datagram);
 }
 

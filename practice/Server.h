@@ -11,6 +11,7 @@
 #include "practice/Options.h"
 #include "practice/Scoreboard.h"
 #include "practice/Socket.h"
+#include "practice/Trainer.h"
 
 namespace practice {
 
@@ -36,6 +37,8 @@ private:
     Server(Options const& options, Address const& address, Socket door,
            std::vector<std::string> const& parameters);
 
+    bool openTrainer(std::string& problem);
+    bool openLog(std::vector<std::string> const& parameters, std::string& problem);
     void readDoor();
     void readClient(int player);
     void admit(std::string_view datagram, Address const& sender);
@@ -51,7 +54,8 @@ private:
     Match match_;
     Table<std::optional<Client>, MAX_PLAYERS> clients_;
     Monitors monitors_;
-    std::unique_ptr<GameLog> log_; ///< null: none
+    std::unique_ptr<Trainer> trainer_; ///< null: none may come
+    std::unique_ptr<GameLog> log_;     ///< null: none
     Scoreboard scoreboard_;
     int stepsAfterEnd_ = 0;
     std::array<char, 8192> buffer_{};
