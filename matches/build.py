@@ -29,6 +29,25 @@ def missing_tools() -> list[str]:
     return packages
 
 
+def missing_extras() -> list[str]:
+    """The packages without which a build leaves out the viewer and watch."""
+    wanted = {"esbuild": shutil.which("esbuild"), "pkg-config": shutil.which("pkg-config")}
+    packages = [name for name, found in wanted.items() if not found]
+    if not Path("/usr/include/httplib.h").exists():
+        packages.append("libcpp-httplib-dev")
+    return packages
+
+
+def _may_install() -> bool:
+    """Whether packages can be installed here without asking for a password."""
+    if not shutil.which("apt-get"):
+        return False
+    if os.geteuid() == 0:
+        return True
+    sudo = shutil.which("sudo")
+    return sudo is not None and subprocess.run([sudo, "-n", "true"], capture_output=True).returncode == 0
+
+
 def install(why: str, packages: list[str]) -> None:
     """Installs Debian packages as root or through sudo; the script says what goes wrong."""
     if packages and subprocess.run([ROOT / "scripts/install", why, *packages]).returncode != 0:
@@ -48,7 +67,11 @@ def build_programs(command: str) -> tuple[Path, Lock | None]:
 
 def build(command: str, folder: Path, targets: list[str], options: list[str]) -> Lock:
     """Configures and builds some targets; the lock that is returned is a shared one."""
-    install("to build", missing_tools())
+    extras = missing_extras()
+    if extras and not _may_install():
+        say(command, f"without viewer and watch, which need {' '.join(extras)}")
+        extras = []
+    install("to build", missing_tools() + extras)
     lock = Lock(folder)
     if not lock.take():
         say(command, f"waiting for another build in {folder.name}/")

@@ -1,5 +1,6 @@
 """The course of a match: its programs are started, watched and stopped, its results collected."""
 
+import re
 import time
 from collections.abc import Callable
 from pathlib import Path
@@ -25,7 +26,17 @@ from matches.words import Failure, last_words, shown
 SAY_MARKS = "vw"
 JOINING = 3.0  # seconds a player may take to be on the pitch
 SILENCE = 60.0  # seconds without a step after which a match is given up
-OWN_FILES = ("match.rcg", "match.rcl", "server.json", "server.out", "link.txt", "table.txt")
+OWN_FILES = (
+    "match.rcg",
+    "match.rcl",
+    "server.json",
+    "server.out",
+    "link.txt",
+    "table.txt",
+    "watch.out",
+    "replay.html",
+)
+FIRST_PAGE_PORT = 8000
 
 
 class Game:
@@ -42,6 +53,7 @@ class Game:
         self._nursery = nursery
         self.watch: Callable[[Sight], None] = lambda _: None
         self.wants_to_stop: Callable[[], bool] = lambda: False
+        self.tell_address: Callable[[str], None] = lambda _: None
         self._server: Program
         self._monitor: Monitor
         self._network: Program | None = None
@@ -56,6 +68,8 @@ class Game:
     def start(self) -> None:
         """Server and network first, then the players."""
         self._start_server()
+        if self._settings.watch:
+            self._start_watch()
         self._start_network()
         self._start_busy_programs()
         for side in (0, 1):
@@ -79,6 +93,20 @@ class Game:
         self._server = self._nursery.start([server, *arguments], self._folder, out)
         self._await_port(self._server, self._port, "the practice server")
         self._monitor = Monitor(HOST, self._port)
+
+    def _start_watch(self) -> None:
+        """Returns when browsers may come."""
+        out = self._folder / "watch.out"
+        for http in (FIRST_PAGE_PORT, 0):  # if somebody has it, any free one
+            options = [HOST, "--port", str(self._port), "--http", str(http)]
+            program = self._nursery.start([self._programs / "watch", *options], self._folder, out)
+            wait_until(lambda: not program.runs() or "open http" in out.read_text(), 5.0)
+            if program.runs():
+                break
+        address = re.search(r"http://\S+", out.read_text())
+        if address is None:
+            raise Failure("watch did not start", last_words(out))
+        self.tell_address(address[0])
 
     def _start_network(self) -> None:
         """The bad one, when it is asked for."""
@@ -110,7 +138,9 @@ class Game:
             self._await_player(side, number, players)
 
         try:
-            started = Eleven(folder, agent, HOST, team.name).start(self._nursery, has_joined)
+            started = Eleven(
+                folder, agent, HOST, team.name, self._settings.plans
+            ).start(self._nursery, has_joined)
             self._players[side].extend(started)
         except _Stop:
             self._players[side].extend(joined)

@@ -22,6 +22,8 @@ class Match:
         self.settings = settings
         self._programs = programs
         self._stopping = False
+        self.tell_address: Callable[[str], None] = lambda _: None
+        """Called with the address of the page, when the match is watched in a browser."""
         self._locks = ExitStack()
         folder, lock = lock_keep_folder(settings.keep, work / "match")
         self._locks.enter_context(lock)
@@ -48,6 +50,7 @@ class Match:
             with Nursery() as nursery:
                 game = Game(self.settings, self._programs, self.folder, self.port, nursery)
                 game.watch = watch
+                game.tell_address = self.tell_address
                 game.wants_to_stop = lambda: self._stopping
                 game.start()
                 if build is not None:

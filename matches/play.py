@@ -12,6 +12,7 @@ from matches.judge import faults
 from matches.match import Match
 from matches.places import DEFAULT_CONF, work_folder
 from matches.progress import Progress, expected_duration
+from matches.replay import make_replay, page_of_viewer
 from matches.results import MatchOutcome
 from matches.settings import MatchSettings, TeamSettings, check_conf
 from matches.table import WIDTH, report
@@ -72,6 +73,13 @@ def _parser() -> options.Parser:
         metavar="N",
         help="where the server's random numbers start (1)",
     )
+    add("--watch", action="store_true", help="show the match in a browser while it is played")
+    add(
+        "--plans",
+        action="store_true",
+        help="log what each player believes and which case of its behaviour it takes; the replay "
+        "shows it",
+    )
     add("--players", action="store_true", help="show a table of the players too")
     add(
         "--lossy",
@@ -115,6 +123,8 @@ def _settings(arguments: list[str]) -> tuple[MatchSettings, bool]:
         given.busy,
         given.port,
         given.keep,
+        given.plans,
+        given.watch,
     )
     return settings, given.players
 
@@ -143,6 +153,7 @@ def main(arguments: list[str]) -> int:
         for warning in check_conf(programs, conf).warnings:
             say("play", warning)
     match = Match(settings, programs, work_folder())
+    match.tell_address = lambda address: say("play", f"open {address} to see the match")
     signals = _Signals(match)
     half = settings.half_cycles
     say(
@@ -153,10 +164,23 @@ def main(arguments: list[str]) -> int:
     say("play", f"port {match.port}, files in {shown(match.folder)}/; Ctrl-C ends it")
     with Progress(half) as progress:
         outcome = match.run(build, progress.show)
-    return _tell(outcome, shows_players, signals.number)
+    return _tell(outcome, programs, shows_players, signals.number)
 
 
-def _tell(outcome: MatchOutcome, shows_players: bool, signal_number: int) -> int:
+def _make_replay(outcome: MatchOutcome, programs: Path) -> None:
+    """One page of the match, where the viewer was built."""
+    viewer = page_of_viewer(programs)
+    page = outcome.folder / "replay.html"
+    if viewer is None:
+        say("play", "no replay, for the viewer was left out of the build; install esbuild")
+        return
+    make_replay(viewer, outcome.folder / "match.rcg", page)
+    say("play", f"{shown(page)} shows the match in any browser")
+
+
+def _tell(
+    outcome: MatchOutcome, programs: Path, shows_players: bool, signal_number: int
+) -> int:
     if outcome.cycles == 0 and outcome.interrupted:
         say("play", "stopped before the kick-off; nothing was played")
         return 128 + signal_number
@@ -164,6 +188,7 @@ def _tell(outcome: MatchOutcome, shows_players: bool, signal_number: int) -> int
         Console(file=file, width=WIDTH).print(report(outcome, players=True))
     console = Console(width=None if Console().is_terminal else WIDTH, highlight=False)
     console.print(report(outcome, shows_players))
+    _make_replay(outcome, programs)
     say("play", f"settings, logs, results and tables are in {shown(outcome.folder)}/")
     if signal_number:
         return 128 + signal_number

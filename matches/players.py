@@ -63,6 +63,7 @@ class Eleven:
     agent: Path
     host: str
     name: str
+    plans: bool = False  # whether they log what they believe
 
     def start(
         self, nursery: Nursery, has_joined: Callable[[int, list[Player]], None]
@@ -77,7 +78,13 @@ class Eleven:
             if number == 1:
                 arguments.append("-goalie")
             out = self.folder / f"player-{number}.out"
-            program = nursery.start(arguments, self.folder, out, out.with_suffix(".err"))
+            program = nursery.start(
+                arguments,
+                self.folder,
+                out,
+                out.with_suffix(".err"),
+                {"AGENT_PLAN_LOG": "1" if self.plans else ""},
+            )
             players.append(Player(number, program))
             has_joined(number, players)
         return players

@@ -4,7 +4,7 @@ import os
 import signal
 import subprocess
 import time
-from collections.abc import Callable, Iterable, Sequence
+from collections.abc import Callable, Iterable, Mapping, Sequence
 from contextlib import suppress
 from dataclasses import dataclass
 from pathlib import Path
@@ -40,8 +40,11 @@ class Program:
         out: Path,
         err: Path | None = None,
         announce: Callable[[], None] | None = None,
+        environment: Mapping[str, str] | None = None,
     ) -> None:
         """Starts it in the folder; without `err`, both kinds of words go to `out`.
+
+        `environment` comes in addition to ours.
 
         `announce` is called in the new process, before it becomes the program.
         """
@@ -57,6 +60,7 @@ class Program:
                     stderr=output if err is None else errors,
                     process_group=0,
                     preexec_fn=announce,
+                    env={**os.environ, **(environment or {})},
                 )
         except OSError as error:
             raise Failure(f"cannot start {arguments[0]}: {error.strerror}") from error
@@ -145,9 +149,10 @@ class Nursery:
         folder: Path,
         out: Path,
         err: Path | None = None,
+        environment: Mapping[str, str] | None = None,
     ) -> Program:
         """Starts a program as Program does."""
-        program = Program(arguments, folder, out, err, self._announce)
+        program = Program(arguments, folder, out, err, self._announce, environment)
         self.programs.append(program)
         return program
 

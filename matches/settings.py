@@ -1,5 +1,6 @@
 """What a match depends on, and the settings of a team: its player.conf, checked beforehand."""
 
+import shutil
 import subprocess
 from dataclasses import dataclass
 from pathlib import Path
@@ -28,6 +29,8 @@ class MatchSettings:
     busy: int = 0  # programs beside that only burn the processor
     port: int | None = None  # a free one
     keep: Path | None = None  # a free folder
+    plans: bool = False  # whether the players log what they believe
+    watch: bool = False  # whether browsers may look on
 
 
 @dataclass(frozen=True)
@@ -82,4 +85,5 @@ def make_team_folder(folder: Path, conf: Path, name: str, port: int, mark: str) 
     folder.mkdir(parents=True, exist_ok=True)
     for old in [*folder.glob("player-*.out"), *folder.glob("player-*.err")]:
         old.unlink()
+    shutil.rmtree(folder / "agentplanlog", ignore_errors=True)
     (folder / "player.conf").write_bytes(text)
