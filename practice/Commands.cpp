@@ -61,7 +61,7 @@ struct NumericForm {
 };
 
 // clang-format off
-constexpr std::array<NumericForm, 10> NUMERIC_FORMS{{
+constexpr std::array<NumericForm, 11> NUMERIC_FORMS{{
     {"turn",       1, [](double a, double  ) -> Command { return Turn{a}; }},
     {"dash",       1, [](double a, double  ) -> Command { return Dash{a, 0.0}; }},
     {"dash",       2, [](double a, double b) -> Command { return Dash{a, b}; }},
@@ -72,6 +72,7 @@ constexpr std::array<NumericForm, 10> NUMERIC_FORMS{{
     {"score",      0, [](double  , double  ) -> Command { return Request::score; }},
     {"sense_body", 0, [](double  , double  ) -> Command { return Request::senseBody; }},
     {"bye",        0, [](double  , double  ) -> Command { return Request::bye; }},
+    {"done",       0, [](double  , double  ) -> Command { return Request::done; }},
 }};
 
 /// Commands of newer protocol versions: accepted without effect.
@@ -147,6 +148,20 @@ std::optional<Command> CommandReader::next() {
     auto const command = readCommand(rest_);
     failed_ = !command;
     return command;
+}
+
+Word wordOf(std::string_view datagram) {
+    if (withoutEnding(datagram) == "(done)") return Word::done;
+    if (datagram.find("done") == datagram.npos && datagram.find("bye") == datagram.npos) {
+        return Word::commands;
+    }
+    CommandReader reader(datagram);
+    while (auto const command = reader.next()) {
+        auto const* const request = std::get_if<Request>(&*command);
+        if (request == nullptr) continue;
+        if (*request == Request::done || *request == Request::bye) return Word::last;
+    }
+    return Word::commands;
 }
 
 Introduction readIntroduction(std::string_view datagram) {

@@ -35,7 +35,8 @@ struct ChangeView {
 struct Say {
     std::string_view text; ///< of the datagram
 };
-enum class Request { score, senseBody, bye, nothing }; ///< nothing: understood, without effect
+/// done and nothing: understood, without effect on the world.
+enum class Request { score, senseBody, bye, done, nothing };
 
 using Command = std::variant<Turn, Dash, Kick, Catch, Move, TurnNeck, ChangeView, Say, Request>;
 
@@ -53,6 +54,14 @@ private:
     std::string_view rest_;
     bool failed_ = false;
 };
+
+/// What a datagram says to a server that waits for its player's commands.
+enum class Word {
+    commands, ///< more may come
+    done,     ///< nothing but that it has thought
+    last      ///< commands, and that they were the last ones: (done) or (bye) is among them
+};
+Word wordOf(std::string_view datagram);
 
 inline constexpr std::string_view ILLEGAL_FORM = "(error illegal_command_form)";
 

@@ -148,8 +148,9 @@ void GameLog::writeTeams(World const& world) {
 }
 
 void GameLog::finish(World const& world) {
-    std::string const result =
-        text("(result ", formatted(start_, "%Y%m%d%H%M"), ' ', resultName(world), ')');
+    std::string const date =
+        options_.reproducible ? "197001010000" : formatted(start_, "%Y%m%d%H%M");
+    std::string const result = text("(result ", date, ' ', resultName(world), ')');
     gamelog::append(game_.pending, gamelog::Msg{world.cycle, gamelog::Msg::REFEREE_BOARD, result});
     game_.pending += '\n';
     writtenScore_.reset(); // the teams stand at the end in any case

@@ -20,6 +20,8 @@ struct LogOptions {
     std::string directory; ///< empty: the one of the stem
     int version = gamelog::USUAL_VERSION;
     bool dated = false; ///< named after date and result; "incomplete" until the end
+    /// The text of the logs depends on the match alone: not on date, port and place.
+    bool reproducible = false;
 
     bool wanted() const { return dated || !stem.empty() || !directory.empty(); }
     std::string folder() const; ///< ends with a slash

@@ -16,7 +16,6 @@ namespace practice {
 
 namespace {
 
-constexpr long POLLS_PER_STEP = 10;
 constexpr int SPOKEN_VERSION = 7; ///< the only message format this server speaks
 
 /// The internal clock of the eyes ticks every 37.5 ms and is noticed at the next poll.
@@ -274,12 +273,25 @@ struct Match::Execution {
 };
 
 void Match::receive(int player, std::string_view datagram) {
-    Player const& p = world_.player(player);
+    Player& p = world_.player(player);
     if (!p.active) return;
-    for (Observer* const observer : observers_) {
-        observer->heardPlayer(world_, p, datagram);
+    Word const word = wordOf(datagram);
+    if (word != Word::commands) p.done = true;
+    if (word != Word::done) inbox_[player].emplace_back(datagram);
+}
+
+void Match::forgetReceived() {
+    for (auto& datagrams : inbox_) {
+        datagrams.clear();
     }
-    inbox_[player].emplace_back(datagram);
+    for (Player& p : world_.players) {
+        p.done = false;
+    }
+}
+
+bool Match::isAwaited(int player) const {
+    Player const& p = world_.player(player);
+    return p.active && !p.done;
 }
 
 /// A player acts once in a cycle: after its see message or, when half of the cycle has brought
@@ -301,6 +313,9 @@ void Match::executeReceived() {
         Player& player = world_.player(id);
         if (!inbox_[id].empty()) noteAnswer(player);
         for (std::string const& datagram : std::exchange(inbox_[id], {})) {
+            for (Observer* const observer : observers_) {
+                observer->heardPlayer(world_, player, datagram);
+            }
             CommandReader reader(datagram);
             while (auto const command = player.active ? reader.next() : std::nullopt) {
                 std::visit(Execution{*this, player}, *command);

@@ -28,7 +28,7 @@ struct Outgoing {
 class Observer {
 public:
     virtual ~Observer() = default;
-    /// A player's datagram, before its commands are executed; the first one is its introduction.
+    /// A player's datagram, when its commands are executed; the first one is its introduction.
     virtual void heardPlayer(World const& world, Player const& player,
                              std::string_view datagram) = 0;
     virtual void heardReferee(World const& world, std::string_view word) = 0;
@@ -59,10 +59,16 @@ public:
     /// The observer must outlive the match.
     void addObserver(Observer& observer) { observers_.push_back(&observer); }
 
-    /// The datagram is executed at the next poll.
+    /// The datagram is executed at the next poll. Notes in the player whether it was its last.
     void receive(int player, std::string_view datagram);
+    /// Drops what was received since the last poll: nobody acts while the clock is held.
+    void forgetReceived();
     /// Executes what was received; every tenth poll is a step of the world. Returns whether it was.
     bool poll();
+    /// In synchronous mode: this poll is the one after which the server waits for the players.
+    bool isThinkTime() const { return polls_ % POLLS_PER_STEP == THINK_POLL; }
+    /// Whether the player is on the pitch and may still send commands for this cycle.
+    bool isAwaited(int player) const;
     /// Takes the messages since the last call, in the order they are to be sent.
     std::vector<Outgoing> takeOutbox();
 
@@ -89,6 +95,9 @@ public:
     World& world() { return world_; } ///< to set up a scene
 
 private:
+    static constexpr long POLLS_PER_STEP = 10;
+    static constexpr long THINK_POLL = 6; ///< with the sights of most cycles, and time to spare
+
     struct Execution; ///< of the commands of one player
 
     Side sideOf(std::string const& team);

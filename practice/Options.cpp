@@ -23,7 +23,7 @@ struct Option {
     std::uint64_t least = 0, most = std::numeric_limits<std::uint64_t>::max(); ///< of a number
 };
 
-std::array<Option, 16> tableFor(Options& o) {
+std::array<Option, 18> tableFor(Options& o) {
     constexpr std::uint64_t MANY = 1'000'000;
     MatchOptions& m = o.match;
     // clang-format off
@@ -42,6 +42,8 @@ std::array<Option, 16> tableFor(Options& o) {
         {"--wait", "N", "steps after the first player joined when whoever is there kicks off (600)", &m.kickOff.waitSteps, 0, MANY},
         {"--linger", "N", "steps to go on after the match while players are there (50)", &o.lingerSteps, 0, MANY},
         {"--trainer", "", "take a trainer on the port above the one of the players", &o.trainer},
+        {"--synchronous", "", "wait for every player's commands instead of keeping time (see docs)", &o.synchronous},
+        {"--speed", "X", "with --synchronous: at most X times as fast as in real time (no limit)", &o.speed, 1, 10000},
         {"--scoreboard", "HOW", "auto, line (redrawn), plain (a line per event) or off (auto)", &o.scoreboard},
         {"--help", "", "print this text", &o.help},
     }};
@@ -91,6 +93,8 @@ std::string readOptions(std::span<char const* const> arguments, Options& options
             return text(name, " cannot be '", value, "': ", option->help);
         }
     }
+    options.log.reproducible = options.synchronous;
+    if (options.speed > 0 && !options.synchronous) return "--speed needs --synchronous";
     return {};
 }
 

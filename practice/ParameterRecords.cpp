@@ -22,7 +22,7 @@ struct LogParameter {
 // Readers of logs look for all of these. What this server does not have (tackles, cards, penalty
 // shoot-outs, coaches) stands here with the usual value of the field.
 // clang-format off
-constexpr std::array<LogParameter, 174> RULES{{
+constexpr std::array<LogParameter, 173> RULES{{
     {"audio_cut_dist", parameter("audioDist")}, {"auto_mode", 1}, {"back_dash_rate", 1},
     {"back_passes", 1}, {"ball_accel_max", parameter("ballAccelMax")},
     {"ball_decay", parameter("ballDecay")}, {"ball_rand", parameter("ballRandom")},
@@ -101,7 +101,7 @@ constexpr std::array<LogParameter, 174> RULES{{
     {"slowness_on_top_for_right_team", 1}, {"stamina_capacity", STAMINA_CAPACITY},
     {"stamina_inc_max", parameter("staminaInc")}, {"stamina_max", parameter("staminaMax")},
     {"start_goal_l", parameter("startGoalLeft")}, {"start_goal_r", parameter("startGoalRight")},
-    {"stopped_ball_vel", 0.01}, {"synch_micro_sleep", 1}, {"synch_mode", 0}, {"synch_offset", 60},
+    {"stopped_ball_vel", 0.01}, {"synch_micro_sleep", 1}, {"synch_offset", 60},
     {"synch_see_offset", 0}, {"tackle_back_dist", 0}, {"tackle_cycles", 10}, {"tackle_dist", 2},
     {"tackle_exponent", 6}, {"tackle_power_rate", 0.027}, {"tackle_rand_factor", 2},
     {"tackle_width", 1.25}, {"team_actuator_noise", parameter("teamActuatorNoise")},
@@ -162,7 +162,8 @@ std::string quoted(std::string value) {
 
 /// The texts and what the options decide.
 void addSettings(std::vector<gamelog::Parameter>& pairs, Options const& options, int port) {
-    LogOptions const& log = options.log;
+    LogOptions log;
+    if (!options.log.reproducible) log = options.log;
     KickOffRule const& kickOff = options.match.kickOff;
     double const halfSeconds = options.match.halfCycles * parameter("simulatorStep") / 1000.0;
     auto const number = [&pairs](char const* name, auto value) {
@@ -171,6 +172,7 @@ void addSettings(std::vector<gamelog::Parameter>& pairs, Options const& options,
     auto const word = [&pairs](char const* name, std::string value) {
         pairs.push_back({name, quoted(std::move(value))});
     };
+    if (options.log.reproducible) port = Options{}.port;
     number("port", port);
     number("coach_port", port + 1);
     number("olcoach_port", port + 2);
@@ -179,11 +181,13 @@ void addSettings(std::vector<gamelog::Parameter>& pairs, Options const& options,
     number("connect_wait", kickOff.waitSteps);
     number("kick_off_wait", kickOff.readySteps);
     number("game_over_wait", options.lingerSteps);
-    number("game_log_version", log.version);
+    number("game_log_version", options.log.version);
+    number("synch_mode", options.synchronous ? 1 : 0);
     for (std::string const kind : {"game_log", "text_log"}) {
-        number((kind == "game_log" ? "game_logging" : "text_logging"), log.wanted() ? 1 : 0);
-        number((kind + "_dated").c_str(), log.dated ? 1 : 0);
-        number((kind + "_fixed").c_str(), log.dated ? 0 : 1);
+        number((kind == "game_log" ? "game_logging" : "text_logging"),
+               options.log.wanted() ? 1 : 0);
+        number((kind + "_dated").c_str(), options.log.dated ? 1 : 0);
+        number((kind + "_fixed").c_str(), options.log.dated ? 0 : 1);
         word((kind + "_dir").c_str(), log.folder());
         word((kind + "_fixed_name").c_str(), log.name());
     }

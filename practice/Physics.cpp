@@ -286,7 +286,7 @@ void recoverAll(World& world) {
             capacity = std::min(capacity + wholeParameter("hearInc"), wholeParameter("hearMax"));
         }
         p.catchBan = std::max(0, p.catchBan - 1);
-        p.answered = p.sightSent = p.bodyUsed = p.neckUsed = p.dashing = false;
+        p.answered = p.sightSent = p.done = p.bodyUsed = p.neckUsed = p.dashing = false;
     }
 }
 

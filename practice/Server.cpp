@@ -14,14 +14,12 @@ namespace practice {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds POLL_TIME{10};
 /// A short delay is made up for; after a longer one (a suspended machine) the match just goes on
 /// from there, because steps in a burst would be lost to the players.
 constexpr std::chrono::milliseconds LONGEST_CATCH_UP{100};
 /// Datagrams read at one poll: far more than a match needs, and a flood cannot stop the clock.
 constexpr int MOST_AT_THE_DOOR = 500;
-constexpr int MOST_OF_A_CLIENT = 50;
 
 std::string bindProblem(Options const& options) {
     if (errno == EADDRINUSE) {
@@ -77,6 +75,18 @@ Server::Server(Options const& options, Address const& address, Socket door,
 }
 
 int Server::run(int const volatile& stop) {
+    if (options_.synchronous) {
+        runSynchronously(stop);
+    } else {
+        runInRealTime(stop);
+    }
+    scoreboard_.finish();
+    if (log_) log_->finish(match_.world());
+    writeResults();
+    return 0;
+}
+
+void Server::runInRealTime(Stop& stop) {
     Clock::time_point next = Clock::now();
     while (stop == 0 && !isOver()) {
         next += POLL_TIME;
@@ -92,10 +102,6 @@ int Server::run(int const volatile& stop) {
         sendOutbox();
         if (stepped) afterStep();
     }
-    scoreboard_.finish();
-    if (log_) log_->finish(match_.world());
-    writeResults();
-    return 0;
 }
 
 // ---- Network
@@ -106,7 +112,7 @@ void Server::readDoor() {
     for (int i = 0; i < MOST_AT_THE_DOOR; ++i) {
         if (door_.receive(buffer_, datagram, sender) != Socket::Arrival::datagram) return;
         if (int const player = playerAt(sender); player != NOBODY) {
-            match_.receive(player, datagram);
+            hear(player, datagram);
         } else if (!monitors_.receiveAtDoor(door_, sender, datagram)) {
             admit(datagram, sender);
         }
@@ -120,8 +126,14 @@ void Server::readClient(int player) {
         Socket::Arrival const arrival = clients_[player]->socket.receive(buffer_, datagram, sender);
         if (arrival == Socket::Arrival::nothing) return;
         if (arrival == Socket::Arrival::peerGone) return match_.remove(player);
-        match_.receive(player, datagram);
+        hear(player, datagram);
     }
+}
+
+/// Where the clock waits a flood must end too, since nothing else ends the cycle.
+void Server::hear(int player, std::string_view datagram) {
+    if (options_.synchronous && ++clients_[player]->heard > MOST_OF_A_CLIENT) return;
+    match_.receive(player, datagram);
 }
 
 /// The socket comes first, so that nobody joins who could not be told.
@@ -172,7 +184,7 @@ bool Server::isOver() const {
 
 void Server::writeResults() const {
     std::string const& file = options_.resultsFile;
-    if (file.empty() || replaceFile(file, resultsJson(match_.world()))) return;
+    if (file.empty() || replaceFile(file, resultsJson(match_.world(), course_))) return;
     std::fprintf(stderr, "practice-server: cannot write the results to %s: %s\n", file.c_str(),
                  std::strerror(errno));
 }

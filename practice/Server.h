@@ -1,6 +1,8 @@
 #pragma once
 
 #include <array>
+#include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -9,6 +11,7 @@
 #include "practice/Match.h"
 #include "practice/Monitors.h"
 #include "practice/Options.h"
+#include "practice/Results.h"
 #include "practice/Scoreboard.h"
 #include "practice/Socket.h"
 #include "practice/Trainer.h"
@@ -16,8 +19,8 @@
 namespace practice {
 
 /// The match on the network: one socket where players and monitors introduce themselves, one for
-/// each of them, a poll every 10 ms of the steady clock, and the files the options ask for. All in
-/// one thread.
+/// each of them, and the files the options ask for. A poll comes every 10 ms of the steady clock,
+/// or in synchronous mode as soon as every player has thought. All in one thread.
 class Server {
 public:
     /// Nothing, with the reason in `problem`, if the port or a file cannot be used.
@@ -29,9 +32,21 @@ public:
     int port() const { return door_.port(); }
 
 private:
+    using Clock = std::chrono::steady_clock;
+    using Stop = int const volatile;
+
+    /// Datagrams of a player that are read at one poll, or in synchronous mode in one cycle: far
+    /// more than a match needs.
+    static constexpr int MOST_OF_A_CLIENT = 50;
+
     struct Client {
         Address address;
         Socket socket;
+        // In synchronous mode:
+        bool asked = false;  ///< a (think) is out to which there has been no answer
+        bool ready = false;  ///< it has answered one
+        bool silent = false; ///< not waited for until it answers again
+        int heard = 0;       ///< datagrams in this cycle
     };
 
     Server(Options const& options, Address const& address, Socket door,
@@ -39,8 +54,21 @@ private:
 
     bool openTrainer(std::string& problem);
     bool openLog(std::vector<std::string> const& parameters, std::string& problem);
+    void runInRealTime(Stop& stop);
+    void runSynchronously(Stop& stop);
+    void holdClock(Stop& stop, std::function<bool()> const& isOver);
+    void spendHeldTime(Stop& stop, std::function<bool()> const& isOver);
+    bool isEverybodyReady() const;
+    void think(Stop& stop);
+    void askToThink();
+    void awaitTrainer(Clock::time_point deadline, Stop& stop);
+    void awaitCommands(int player, Clock::time_point deadline, Stop& stop);
+    void noteAnswer(int player);
+    void noteSilence(int player);
+
     void readDoor();
     void readClient(int player);
+    void hear(int player, std::string_view datagram);
     void admit(std::string_view datagram, Address const& sender);
     int playerAt(Address const& sender) const;
     void sendOutbox();
@@ -58,6 +86,9 @@ private:
     std::unique_ptr<GameLog> log_;     ///< null: none
     Scoreboard scoreboard_;
     int stepsAfterEnd_ = 0;
+    int heldSteps_ = 0;            ///< tenths of a second since the first player joined
+    Clock::time_point lastJoin_{}; ///< while the clock was held
+    Course course_;
     std::array<char, 8192> buffer_{};
 };
 

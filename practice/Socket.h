@@ -32,6 +32,7 @@ public:
 
     bool connectTo(Address const& peer) const;
     int port() const;
+    int descriptor() const { return fd_; } ///< to wait for
 
     /// Fills `text` (a view into `buffer`; what does not fit is cut) and `sender`.
     Arrival receive(std::span<char> buffer, std::string_view& text, Address& sender) const;

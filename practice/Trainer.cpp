@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <poll.h>
 #include <utility>
 
 #include "practice/Commands.h"
@@ -93,7 +94,7 @@ std::string_view Trainer::admit(Address const& sender, double version) {
     if (!socket || !socket->connectTo(sender)) return "(error connection_failed)";
     bool const isOld = version < FIRST_SHORT_NAMES;
     client_ = Client{sender, std::move(*socket), isOld};
-    eye_ = ear_ = done_ = false;
+    eye_ = ear_ = done_ = silent_ = false;
     answer("(init ok)");
     if (isOld) return {};
     answer(serverParamMessage(halfCycles_));
@@ -167,6 +168,7 @@ struct Trainer::Execution {
     }
     std::string operator()(Done /*command*/) {
         trainer.done_ = true;
+        trainer.silent_ = false;
         return {};
     }
     std::string operator()(Chapter const& chapter) {
@@ -195,6 +197,12 @@ void Trainer::show(World const& world) {
 
 void Trainer::askToThink() {
     if (client_ && eye_) answer("(think)");
+}
+
+void Trainer::waitForDatagram(int milliseconds) const {
+    std::array<pollfd, 2> inputs{{{door_.descriptor(), POLLIN, 0}, {-1, POLLIN, 0}}};
+    if (client_) inputs[1].fd = client_->socket.descriptor(); // -1 is passed over
+    ::poll(inputs.data(), inputs.size(), milliseconds);
 }
 
 /// Everything on the pitch, without noise; a blank comes first.

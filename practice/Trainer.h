@@ -35,7 +35,11 @@ public:
     /// Tells it that it is time to think.
     void askToThink();
     /// Whether the cycle waits for it. What it has said is forgotten at the end of every step.
-    bool isAwaited() const { return client_ && eye_ && !done_; }
+    bool isAwaited() const { return client_ && eye_ && !done_ && !silent_; }
+    /// It is not waited for until it says (done) again.
+    void doNotAwait() { silent_ = true; }
+    /// Returns when something has come or the milliseconds are over.
+    void waitForDatagram(int milliseconds) const;
 
     void heardPlayer(World const& /*world*/, Player const& /*player*/,
                      std::string_view /*datagram*/) override {}
@@ -64,7 +68,7 @@ private:
     int halfCycles_;
     std::optional<Client> client_;
     bool obeysStrangers_ = false; ///< and has started the match for the first of them
-    bool eye_ = false, ear_ = false, done_ = false;
+    bool eye_ = false, ear_ = false, done_ = false, silent_ = false;
     std::array<char, 8192> buffer_{};
 };
 

@@ -113,6 +113,7 @@ struct Player : Movable {
     int lateAnswers = 0;         ///< of these, not in the cycle for which they were meant
     long lastAnswer = -1;        ///< the poll at which it came
     bool lost = false;           ///< it left before the end of the match
+    int missed = 0;              ///< cycles in which the server waited for it in vain
 
     bool discarded = false; ///< taken off the pitch by a human
     /// What happened to it since the last step, as bits of gamelog::state; cleared at the first
@@ -121,6 +122,7 @@ struct Player : Movable {
 
     /// Commands of the running cycle, cleared by the step.
     bool answered = false, sightSent = false;
+    bool done = false; ///< it has said that no more commands come
     bool bodyUsed = false, neckUsed = false, dashing = false;
     double dashPower = 0.0;
     double dashDir = 0.0;                        ///< radians, relative to the body

@@ -321,6 +321,12 @@ TEST(Trainer, ThinksOnlyWithItsEyeOn) {
     EXPECT_FALSE(g.trainer->isAwaited());
     g.step(); // the next cycle waits again
     EXPECT_TRUE(g.trainer->isAwaited());
+    g.trainer->doNotAwait(); // it was too slow
+    g.step();
+    EXPECT_FALSE(g.trainer->isAwaited());
+    g.say("(done)");
+    g.step();
+    EXPECT_TRUE(g.trainer->isAwaited());
     g.client = Client{}; // gone
     g.step(3);
     EXPECT_FALSE(g.trainer->isAwaited());
