@@ -6,7 +6,7 @@ import sys
 
 from matches.words import Failure, complain
 
-COMMANDS = ("play", "team", "replay", "package", "build")
+COMMANDS = ("play", "scene", "team", "replay", "package", "build")
 
 
 def main(arguments: list[str]) -> int:

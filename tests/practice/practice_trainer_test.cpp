@@ -6,7 +6,9 @@
 
 #include "gamelog/PlayMode.h"
 #include "practice/GameLog.h"
+#include "practice/Parameters.h"
 #include "practice/Shows.h"
+#include "practice/Text.h"
 #include "practice/Trainer.h"
 #include "tests/gamelog/Files.h"
 #include "tests/practice/Game.h"
