@@ -97,6 +97,11 @@ class Monitor:
             if sight is not None:
                 self.sight = replace(sight, steps=self.sight.steps + 1)
 
+    def discard(self, side: str, number: int) -> None:
+        """Takes a player (of side l or r) off the pitch; only after something has been seen."""
+        command = f"(dispdiscard {1 if side == 'l' else -1} {number})"
+        self._socket.sendto(command.encode() + b"\0", self._address)
+
     def close(self) -> None:
         """Says goodbye."""
         with suppress(OSError):

@@ -9,6 +9,7 @@ from pathlib import Path
 
 from matches.conditions import Course, Moving, Sight, Verdict, judge
 from matches.judge import ended_how
+from matches.monitor import Monitor
 from matches.players import Eleven, Player
 from matches.ports import HOST
 from matches.processes import Nursery, Program, end_all, wait_until
@@ -67,6 +68,8 @@ class Training:
 
     def start(self) -> None:
         """Returns when everybody who plays in the scene is there."""
+        for name in (self.log, self.log.with_suffix(".rcl")):
+            name.unlink(missing_ok=True)
         self._start_server()
         counts = [self._highest(side) for side in "lr"]
         last = ("lr"[1 if counts[1] else 0], counts[1] or counts[0])
@@ -136,11 +139,16 @@ class Training:
             time.sleep(0.01)
 
     def _dismiss_others(self) -> None:
-        others = [who for who in self._players if who not in self._scene.players]
-        end_all(self._players[who].program for who in others)
-        for who in others:
-            del self._players[who]
-        wait_until(lambda: not set(others) & self._trainer.look().players.keys(), 2.0)
+        others = {who for who in self._players if who not in self._scene.players}
+        monitor = Monitor(HOST, self._port)
+        wait_until(lambda: monitor.look().steps > 0, 2.0)
+        for side, number in others:
+            monitor.discard(side, number)
+        gone = wait_until(lambda: not others & self._trainer.look().players.keys(), 2.0)
+        monitor.close()
+        end_all(self._players.pop(who).program for who in others)
+        if not gone:
+            raise Failure("the practice server does not let a monitor discard players")
 
     # ---- Trials
 
