@@ -71,7 +71,12 @@ def _parser() -> options.Parser:
         metavar="P",
         help="UDP port of the practice server, whose trainer takes the next (6000, or a free one)",
     )
-    add("--keep", type=Path, metavar="DIR", help="folder for the log (scene-trials, or scene-trials-2, ...)")
+    add(
+        "--keep",
+        type=Path,
+        metavar="DIR",
+        help="folder for the log (scene-trials, or scene-trials-2, ... when that is in use)",
+    )
     return parser
 
 

@@ -12,16 +12,8 @@ from pathlib import Path
 from matches.conditions import Area, Condition, read_condition
 from matches.words import Failure, shown
 
-MODES = frozenset(
-    [
-        "play_on",
-        *(
-            f"{mode}_{side}"
-            for mode in "kick_off kick_in corner_kick goal_kick free_kick indirect_free_kick".split()
-            for side in "lr"
-        ),
-    ]
-)
+SET_PIECES = "kick_off kick_in corner_kick goal_kick free_kick indirect_free_kick".split()
+MODES = frozenset(["play_on", *(f"{mode}_{side}" for mode in SET_PIECES for side in "lr")])
 NUMBER = re.compile(r"([+-]?\d+(?:\.\d+)?)(?:(?:±|\+-)(\d+(?:\.\d+)?))?")
 AREAS = {
     "pitch": Area(-52.5, -34, 52.5, 34),
