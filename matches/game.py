@@ -78,7 +78,7 @@ class Game:
     def _start_server(self) -> None:
         """Returns when it listens."""
         settings = self._settings
-        options = {
+        options: dict[str, object] = {
             "--port": self._port,
             "--address": HOST,
             "--half-cycles": settings.half_cycles,
@@ -87,7 +87,11 @@ class Game:
             "--results": self._folder / "server.json",
             "--scoreboard": "plain",
         }
+        if settings.speed is not None:
+            options["--speed"] = settings.speed
         arguments = [str(part) for option in options.items() for part in option]
+        if settings.fast:
+            arguments.append("--synchronous")
         server = self._programs / "practice-server"
         out = self._folder / "server.out"
         self._server = self._nursery.start([server, *arguments], self._folder, out)
@@ -247,6 +251,7 @@ class Game:
             self.wants_to_stop(),
             server_usage,
             self._network.out.read_text().strip() if self._network else "",
+            server.pace,
         )
         write_players(outcome, self._folder / "players.csv")
         return outcome

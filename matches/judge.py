@@ -53,6 +53,8 @@ def _faults_of(who: str, player: PlayerResult, lossy: bool) -> list[str]:
     else:
         if player.server.lost and not player.ended_early:
             found.append(f"the server lost {who}")
+        if player.server.missed > 0:
+            found.append(f"the server waited in vain for {who} {player.server.missed} times")
         if player.server.refused > 0 and not lossy:
             found.append(f"the server refused {player.server.refused} commands of {who}")
     return found

@@ -85,17 +85,23 @@ class Monitor:
 
     def look(self) -> Sight:
         """The newest that is known; takes everything that has come since the last look."""
+        newest = b""
+        steps = self.sight.steps
         while True:
             try:
                 datagram, sender = self._socket.recvfrom(LARGEST)
             except BlockingIOError:
-                return self.sight
+                break
             except OSError:  # nobody listens there, as the kernel has been told
                 continue
             self._address = sender  # each monitor has a port of its own at the server
-            sight = read_show(datagram)
-            if sight is not None:
-                self.sight = replace(sight, steps=self.sight.steps + 1)
+            if HEAD.match(datagram):
+                newest = datagram
+                steps += 1
+        sight = read_show(newest)
+        if sight is not None:
+            self.sight = replace(sight, steps=steps)
+        return self.sight
 
     def discard(self, side: str, number: int) -> None:
         """Takes a player (of side l or r) off the pitch; only after something has been seen."""

@@ -1,6 +1,7 @@
 """./play: a match of two teams on this machine, on the practice server."""
 
 import signal
+from dataclasses import dataclass, replace
 from pathlib import Path
 from types import FrameType
 
@@ -12,6 +13,7 @@ from matches.judge import faults
 from matches.match import Match
 from matches.places import DEFAULT_CONF, work_folder
 from matches.progress import Progress, expected_duration
+from matches.repeat import difference, fingerprint
 from matches.replay import make_replay, page_of_viewer
 from matches.results import MatchOutcome
 from matches.settings import MatchSettings, TeamSettings, check_conf
@@ -71,7 +73,24 @@ def _parser() -> options.Parser:
         type=number(0, 999999999),
         default=1,
         metavar="N",
-        help="where the server's random numbers start (1)",
+        help="where the server's random numbers start (1); with --fast one seed gives one match",
+    )
+    add(
+        "--fast",
+        action="store_true",
+        help="the clock waits for the players instead of the players for the clock: a match takes "
+        "seconds, and is the same every time",
+    )
+    add(
+        "--speed",
+        type=number(1, 10000),
+        metavar="X",
+        help="with --fast: at most X times as fast as in real time (no limit)",
+    )
+    add(
+        "--repeat-check",
+        action="store_true",
+        help="with --fast: play it twice, and fail when the two logs are not the same",
     )
     add("--watch", action="store_true", help="show the match in a browser while it is played")
     add(
@@ -110,8 +129,25 @@ def _parser() -> options.Parser:
     return parser
 
 
-def _settings(arguments: list[str]) -> tuple[MatchSettings, bool]:
+@dataclass(frozen=True)
+class _Wishes:
+    """What the command line says beside the match itself."""
+
+    players: bool
+    repeat_check: bool
+
+
+def _settings(arguments: list[str]) -> tuple[MatchSettings, _Wishes]:
     given = _parser().parse_args(arguments)
+    if not given.fast and (given.speed is not None or given.repeat_check):
+        option = "--speed" if given.speed is not None else "--repeat-check"
+        raise Failure(f"{option} needs --fast", "Add --fast", status=2)
+    if given.fast and given.lossy is not None:
+        raise Failure(
+            "--fast and --lossy do not go together: the clock would wait for what is lost",
+            "Leave one of them out",
+            status=2,
+        )
     if given.left == given.right:
         raise Failure("the two teams need different names", "Try --left or --right", status=2)
     settings = MatchSettings(
@@ -125,8 +161,10 @@ def _settings(arguments: list[str]) -> tuple[MatchSettings, bool]:
         given.keep,
         given.plans,
         given.watch,
+        given.fast,
+        given.speed,
     )
-    return settings, given.players
+    return settings, _Wishes(given.players, given.repeat_check)
 
 
 class _Signals:
@@ -147,7 +185,7 @@ class _Signals:
 
 def main(arguments: list[str]) -> int:
     """Plays; returns the exit status."""
-    settings, shows_players = _settings(arguments)
+    settings, wishes = _settings(arguments)
     programs, build = build_programs("play")
     for conf in {settings.left.conf, settings.right.conf}:
         for warning in check_conf(programs, conf).warnings:
@@ -155,16 +193,42 @@ def main(arguments: list[str]) -> int:
     match = Match(settings, programs, work_folder())
     match.tell_address = lambda address: say("play", f"open {address} to see the match")
     signals = _Signals(match)
-    half = settings.half_cycles
-    say(
-        "play",
-        f"two halves of {half} cycles, about {duration(expected_duration(half))} with "
-        f"breaks and stoppages",
-    )
+    say("play", _announcement(settings))
     say("play", f"port {match.port}, files in {shown(match.folder)}/; Ctrl-C ends it")
-    with Progress(half) as progress:
+    with Progress(settings.half_cycles, fast=settings.fast) as progress:
         outcome = match.run(build, progress.show)
-    return _tell(outcome, programs, shows_players, signals.number)
+    status = _tell(outcome, programs, wishes.players, signals.number)
+    if wishes.repeat_check and status == 0:
+        return _check_repeat(settings, programs, outcome.folder)
+    return status
+
+
+def _announcement(settings: MatchSettings) -> str:
+    half = settings.half_cycles
+    if settings.speed is not None:
+        return f"two halves of {half} cycles, at most {settings.speed} times as fast as real time"
+    if settings.fast:
+        return f"two halves of {half} cycles, as fast as the players think"
+    expected = duration(expected_duration(half))
+    return f"two halves of {half} cycles, about {expected} with breaks and stoppages"
+
+
+def _check_repeat(settings: MatchSettings, programs: Path, first: Path) -> int:
+    """Plays it once more."""
+    match = Match(replace(settings, keep=first / "repeat"), programs, work_folder())
+    signals = _Signals(match)
+    say("play", f"once more, files in {shown(match.folder)}/")
+    second = match.run(None, lambda _: None).folder
+    if signals.number:
+        return 128 + signals.number
+    where = difference(first, second)
+    if where is not None:
+        raise Failure(
+            f"the two matches differ, first in {where}",
+            "One seed should give one match: was a player slow, or does it look at a clock?",
+        )
+    say("play", f"both matches are the same to the last byte ({fingerprint(first)})")
+    return 0
 
 
 def _make_replay(outcome: MatchOutcome, programs: Path) -> None:

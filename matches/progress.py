@@ -51,8 +51,12 @@ def in_words(sight: Sight, half_cycles: int) -> str:
 class Progress:
     """Shows a match as it goes on: one line on a terminal, a line per piece of news elsewhere."""
 
-    def __init__(self, half_cycles: int, console: Console | None = None) -> None:
+    def __init__(
+        self, half_cycles: int, console: Console | None = None, fast: bool = False
+    ) -> None:
+        """In a fast match the steps seen do not tell how long it takes."""
         self._half = half_cycles
+        self._fast = fast
         self._console = console or Console()
         self._live = Live(console=self._console, auto_refresh=False, transient=True)
         self._begun_at = 0
@@ -100,7 +104,7 @@ class Progress:
         return f"{score}  {mode}  cycle {sight.cycle} of {2 * self._half}  {self._left(sight)}"
 
     def _left(self, sight: Sight) -> str:
-        if sight.is_over:
+        if sight.is_over or self._fast:
             return ""
         return f"{duration(time_left(sight, self._half, self._begun_at))} left"
 

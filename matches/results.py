@@ -24,6 +24,8 @@ class ServerView:
     refused: int = 0
     spare_turn_necks: int = 0
     lost: bool = False
+    missed: int = 0
+    """Cycles in which the server waited for it in vain."""
 
 
 @dataclass(frozen=True)
@@ -88,6 +90,8 @@ class MatchOutcome:
     server_usage: Usage | None
     network: str
     """What the bad network did; empty without one."""
+    pace: tuple[int, float] | None = None
+    """In synchronous mode: steps, and the seconds that they took."""
 
     @property
     def teams(self) -> tuple[TeamResult, TeamResult]:
@@ -104,6 +108,7 @@ class ServerResults:
     names: tuple[str, str] = ("", "")
     score: tuple[int, int] = (0, 0)
     players: dict[tuple[str, int], ServerView] = field(default_factory=dict)
+    pace: tuple[int, float] | None = None
 
 
 def read_server_results(path: Path) -> ServerResults:
@@ -122,13 +127,19 @@ def read_server_results(path: Path) -> ServerResults:
             refused=player["refused"],
             spare_turn_necks=player["spare_turn_necks"],
             lost=player["lost"],
+            missed=player.get("missed", 0),
         )
         for player in data["players"]
     }
     left, right = (name or "" for name in data["teams"])
     goals_left, goals_right = data["score"]
     return ServerResults(
-        data["cycles"], data["finished"], (left, right), (goals_left, goals_right), views
+        data["cycles"],
+        data["finished"],
+        (left, right),
+        (goals_left, goals_right),
+        views,
+        (data["steps"], data["seconds"]) if data.get("steps") else None,
     )
 
 

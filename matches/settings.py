@@ -31,6 +31,8 @@ class MatchSettings:
     keep: Path | None = None  # a free folder
     plans: bool = False  # whether the players log what they believe
     watch: bool = False  # whether browsers may look on
+    fast: bool = False  # the server's clock waits for the players
+    speed: int | None = None  # and goes at most so many times as fast as in real time
 
 
 @dataclass(frozen=True)

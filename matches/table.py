@@ -122,6 +122,9 @@ def report(outcome: MatchOutcome, players: bool) -> Group:
     parts += [headline(outcome), "", team_table(outcome), ""]
     if outcome.server_usage:
         parts.append(f"The practice server took {outcome.server_usage.cpu_seconds:.2f} s of CPU.")
+    if outcome.pace:
+        steps, seconds = outcome.pace
+        parts.append(f"{steps} steps in {seconds:.2f} s, {steps / seconds:.0f} a second.")
     if outcome.network:
         parts.append(Text(outcome.network.replace("link to", "to")))
     parts.append(verdict(outcome))

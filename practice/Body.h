@@ -7,6 +7,6 @@
 namespace practice {
 
 /// The sense_body message of a player.
-std::string senseBodyMessage(World const& world, Player const& player);
+void appendSenseBody(std::string& out, World const& world, Player const& player);
 
 } // namespace practice

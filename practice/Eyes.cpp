@@ -60,13 +60,14 @@ double fading(double dist, double from, double to) {
 
 class Eyes {
 public:
-    Eyes(World const& world, Player const& viewer, Random& random)
-        : world_(world), me_(viewer), random_(random), gaze_(viewer.gaze()),
+    Eyes(std::string& out, World const& world, Player const& viewer, Random& random)
+        : out_(out), world_(world), me_(viewer), random_(random), gaze_(viewer.gaze()),
           high_(viewer.view.quality == Quality::high),
           halfCone_(toRad(HALF_CONES_DEG[static_cast<std::size_t>(viewer.view.width)])),
-          out_(text("(see ", world.cycle)) {}
+          ahead_(polar(1.0, gaze_)), leastCosine_(std::cos(halfCone_ + MARGIN)) {}
 
-    std::string look() {
+    void look() {
+        appendText(out_, "(see ", world_.cycle);
         for (auto const& [name, pos] : LANDMARKS) {
             seeThing(name, name.front() == 'g' ? 'G' : 'F', pos, LAND_STEP, {});
         }
@@ -80,7 +81,7 @@ public:
         for (Line const& line : LINES) {
             if (left > 0 && seeLine(line)) --left;
         }
-        return std::move(out_) + ")";
+        out_ += ')';
     }
 
 private:
@@ -88,18 +89,21 @@ private:
         bool inCone = false;
         double trueDistance = 0.0;
         double distance = 0.0; ///< as seen
-        Vec unit{};            ///< towards the object
+        Vec to{};              ///< the way to the object
         int dir = 0;           ///< degrees
     };
 
     /// Nothing for what is outside the view cone, unless it is close enough to be felt.
     std::optional<Seen> lookAt(Vec pos, double step) const {
         Vec const to = pos - me_.pos;
+        double const length = to.length();
+        bool const near = length <= parameter("visibleDist");
+        // Most are far outside; for them an angle need not be worked out.
+        if (!near && dot(to, ahead_) < length * leastCosine_) return std::nullopt;
         double const rel = normalized(to.angle() - gaze_);
         bool const inCone = std::abs(rel) < halfCone_;
-        if (!inCone && to.length() > parameter("visibleDist")) return std::nullopt;
-        return Seen{inCone, to.length(), seenDistance(to.length(), step), polar(1.0, to.angle()),
-                    wholeDegrees(rel)};
+        if (!inCone && !near) return std::nullopt;
+        return Seen{inCone, length, seenDistance(length, step), to, wholeDegrees(rel)};
     }
 
     template <typename... Name>
@@ -114,9 +118,10 @@ private:
 
     void changes(Seen const& seen, Vec velocity) {
         Vec const w = velocity - me_.vel;
+        Vec const unit = polar(1.0, seen.to.angle());
         double const d = std::max(seen.trueDistance, 1e-10); // two objects on one spot
-        double const along = quantized(dot(w, seen.unit) / d, 0.02);
-        double const across = toDeg((w.y * seen.unit.x - w.x * seen.unit.y) / d);
+        double const along = quantized(dot(w, unit) / d, 0.02);
+        double const across = toDeg((w.y * unit.x - w.x * unit.y) / d);
         appendText(out_, ' ', seen.distance * along, ' ', quantized(across, 0.1));
     }
 
@@ -184,19 +189,23 @@ private:
         return true;
     }
 
+    static constexpr double MARGIN = 1e-6; ///< far more than rounding can do
+
+    std::string& out_;
     World const& world_;
     Player const& me_;
     Random& random_;
     double gaze_;
     bool high_;
     double halfCone_;
-    std::string out_;
+    Vec ahead_;          ///< the unit vector of the gaze
+    double leastCosine_; ///< of the angle between it and what may be in the cone
 };
 
 } // namespace
 
-std::string seeMessage(World const& world, Player const& viewer, Random& random) {
-    return Eyes(world, viewer, random).look();
+void appendSee(std::string& out, World const& world, Player const& viewer, Random& random) {
+    Eyes(out, world, viewer, random).look();
 }
 
 int seeInterval(View view) {

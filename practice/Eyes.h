@@ -9,7 +9,7 @@ namespace practice {
 
 /// The see message of one player. Distances and directions are rounded; names and velocities of far
 /// objects are missing at random.
-std::string seeMessage(World const& world, Player const& viewer, Random& random);
+void appendSee(std::string& out, World const& world, Player const& viewer, Random& random);
 
 /// Internal ticks of 37.5 ms between two see messages.
 int seeInterval(View view);

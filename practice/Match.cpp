@@ -10,7 +10,6 @@
 #include "practice/Parameters.h"
 #include "practice/Physics.h"
 #include "practice/Placement.h"
-#include "practice/Text.h"
 
 namespace practice {
 
@@ -59,7 +58,7 @@ Match::Joined Match::join(std::string_view firstDatagram) {
     for (Observer* const observer : observers_) {
         observer->heardPlayer(world_, p, firstDatagram);
     }
-    send(p, text("(init ", letter(side), ' ', p.unum, ' ', world_.mode.word(), ')'));
+    send(p, "(init ", letter(side), ' ', p.unum, ' ', world_.mode.word(), ')');
     send(p, serverParamMessage(world_.halfCycles));
     send(p, playerParamMessage());
     send(p, playerTypeMessage());
@@ -132,7 +131,7 @@ void Match::recover() {
 
 void Match::coachSays(std::string_view said) {
     for (Player const& p : world_.players) {
-        if (p.active) send(p, text("(hear ", world_.cycle, " coach \"", said, "\")"));
+        if (p.active) send(p, "(hear ", world_.cycle, " coach \"", said, "\")");
     }
 }
 
@@ -149,16 +148,8 @@ void Match::announce(std::string_view word) {
         observer->heardReferee(world_, word);
     }
     for (Player const& p : world_.players) {
-        if (p.active) send(p, text("(hear ", world_.cycle, " referee ", word, ')'));
+        if (p.active) send(p, "(hear ", world_.cycle, " referee ", word, ')');
     }
-}
-
-void Match::send(Player const& player, std::string text) {
-    outbox_.push_back({playerId(player), std::move(text)});
-}
-
-std::vector<Outgoing> Match::takeOutbox() {
-    return std::exchange(outbox_, {});
 }
 
 // ---- Commands
@@ -249,7 +240,7 @@ struct Match::Execution {
 
     void tell(Player& listener, std::string_view said) {
         if (&listener == &me) {
-            return match.send(me, text("(hear ", world.cycle, " self \"", said, "\")"));
+            return match.send(me, "(hear ", world.cycle, " self \"", said, "\")");
         }
         constexpr int NEEDED = wholeParameter("hearDecay");
         Vec const way = me.pos - listener.pos;
@@ -257,15 +248,15 @@ struct Match::Execution {
         if (way.length() > parameter("audioDist") || capacity < NEEDED) return;
         capacity -= NEEDED;
         int const dir = wholeDegrees(way.angle() - listener.body);
-        match.send(listener, text("(hear ", world.cycle, ' ', dir, " \"", said, "\")"));
+        match.send(listener, "(hear ", world.cycle, ' ', dir, " \"", said, "\")");
     }
 
     void operator()(Request request) {
         if (request == Request::score) {
-            match.send(me, text("(score ", world.cycle, ' ', world.goals(me.side), ' ',
-                                world.goals(other(me.side)), ')'));
+            match.send(me, "(score ", world.cycle, ' ', world.goals(me.side), ' ',
+                       world.goals(other(me.side)), ')');
         } else if (request == Request::senseBody) {
-            match.send(me, senseBodyMessage(world, me));
+            appendSenseBody(match.outbox_.begin(playerId(me)), world, me);
         } else if (request == Request::bye) {
             match.remove(playerId(me));
         }
@@ -277,7 +268,7 @@ void Match::receive(int player, std::string_view datagram) {
     if (!p.active) return;
     Word const word = wordOf(datagram);
     if (word != Word::commands) p.done = true;
-    if (word != Word::done) inbox_[player].emplace_back(datagram);
+    if (word != Word::done) inbox_[player].add() = datagram;
 }
 
 void Match::forgetReceived() {
@@ -308,11 +299,11 @@ void Match::noteAnswer(Player& player) const {
 }
 
 void Match::executeReceived() {
-    if (std::ranges::all_of(inbox_, &std::vector<std::string>::empty)) return;
+    if (std::ranges::all_of(inbox_, &Recycled<std::string>::empty)) return;
     for (int const id : everybodyInRandomOrder(random_)) {
         Player& player = world_.player(id);
         if (!inbox_[id].empty()) noteAnswer(player);
-        for (std::string const& datagram : std::exchange(inbox_[id], {})) {
+        for (std::string const& datagram : inbox_[id].items()) {
             for (Observer* const observer : observers_) {
                 observer->heardPlayer(world_, player, datagram);
             }
@@ -322,8 +313,9 @@ void Match::executeReceived() {
             }
             if (!reader.failed()) continue;
             ++player.refused;
-            send(player, std::string(ILLEGAL_FORM));
+            send(player, ILLEGAL_FORM);
         }
+        inbox_[id].clear();
     }
 }
 
@@ -345,13 +337,13 @@ bool Match::poll() {
 
 void Match::step() {
     Vec const ballBefore = world_.ball.pos;
-    std::vector<int> const touchers = moveAll(world_, random_);
+    Players const touchers = moveAll(world_, random_);
     referee_.step(ballBefore, touchers);
     recoverAll(world_);
     referee_.startWhenReady();
     for (int const id : everybodyInRandomOrder(random_)) {
         Player const& p = world_.player(id);
-        if (p.active) send(p, senseBodyMessage(world_, p));
+        if (p.active) appendSenseBody(outbox_.begin(id), world_, p);
     }
 }
 
@@ -360,7 +352,7 @@ void Match::sendSights() {
         if (!p.active || ++p.ticksSinceSee < seeInterval(p.view)) continue;
         p.ticksSinceSee = 0;
         p.sightSent = true;
-        send(p, seeMessage(world_, p, random_));
+        appendSee(outbox_.begin(playerId(p)), world_, p, random_);
     }
 }
 

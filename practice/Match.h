@@ -6,8 +6,10 @@
 #include <vector>
 
 #include "practice/Commands.h"
+#include "practice/Outbox.h"
 #include "practice/Random.h"
 #include "practice/Referee.h"
+#include "practice/Text.h"
 #include "practice/World.h"
 
 namespace practice {
@@ -16,12 +18,6 @@ struct MatchOptions {
     int halfCycles = 3000;
     std::uint64_t seed = 1;
     KickOffRule kickOff;
-};
-
-/// A message for one player.
-struct Outgoing {
-    int player = NOBODY;
-    std::string text; ///< without the NUL that ends the datagram
 };
 
 /// Is told what is said in a match at the moment it is said.
@@ -69,8 +65,8 @@ public:
     bool isThinkTime() const { return polls_ % POLLS_PER_STEP == THINK_POLL; }
     /// Whether the player is on the pitch and may still send commands for this cycle.
     bool isAwaited(int player) const;
-    /// Takes the messages since the last call, in the order they are to be sent.
-    std::vector<Outgoing> takeOutbox();
+    /// The messages since it was cleared.
+    Outbox& outbox() { return outbox_; }
 
     // What a human may do at any time. See Referee for kickOff and callFoul.
     void kickOff() { referee_.kickOff(); }
@@ -103,7 +99,10 @@ private:
     Side sideOf(std::string const& team);
     int freeNumber(Introduction const& client, Side side) const;
     void announce(std::string_view word);
-    void send(Player const& player, std::string text);
+    template <typename... Parts>
+    void send(Player const& player, Parts const&... parts) {
+        appendText(outbox_.begin(playerId(player)), parts...);
+    }
     void noteAnswer(Player& player) const;
     void executeReceived();
     void step();
@@ -112,8 +111,8 @@ private:
     World world_;
     Random random_;
     Referee referee_;
-    Table<std::vector<std::string>, MAX_PLAYERS> inbox_;
-    std::vector<Outgoing> outbox_;
+    Table<Recycled<std::string>, MAX_PLAYERS> inbox_;
+    Outbox outbox_;
     std::vector<Observer*> observers_;
     long polls_ = 0;
 };

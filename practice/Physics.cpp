@@ -97,16 +97,16 @@ public:
     Collisions(World& world, Random& random) : world_(world), random_(random) {}
 
     /// Returns the players that the ball ran into.
-    std::vector<int> resolve() {
+    Players resolve() {
         constexpr int MAX_ROUNDS = 10;
         for (int round = 0; round < MAX_ROUNDS && separateAll(); ++round) {
             moveToMeans();
         }
         constexpr double DAMPING = -0.1;
-        std::vector<int> touchers;
+        Players touchers;
         for (int i = 0; i <= THE_BALL; ++i) {
             if (collided_[i]) object(i).vel *= DAMPING;
-            if (touchedBall_[i]) touchers.push_back(i);
+            if (touchedBall_[i]) touchers.add(i);
         }
         return touchers;
     }
@@ -255,7 +255,7 @@ bool catchBall(World& world, Player& goalie, double dirDeg) {
     return true;
 }
 
-std::vector<int> moveAll(World& world, Random& random) {
+Players moveAll(World& world, Random& random) {
     for (Player& p : world.players) {
         applyDash(p);
     }
@@ -269,7 +269,7 @@ std::vector<int> moveAll(World& world, Random& random) {
         return {};
     }
     moveEverything(world, random);
-    std::vector<int> touchers = Collisions(world, random).resolve();
+    Players touchers = Collisions(world, random).resolve();
     if (world.ballHolder != NOBODY) {
         Player const& goalie = world.player(world.ballHolder);
         world.ball.pos = goalie.pos + polar(CONTACT_DISTANCE, goalie.body);

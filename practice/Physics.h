@@ -1,7 +1,5 @@
 #pragma once
 
-#include <vector>
-
 #include "practice/Random.h"
 #include "practice/World.h"
 
@@ -22,9 +20,19 @@ bool kick(World& world, Player const& player, double power, double dirDeg, Rando
 /// area.
 bool catchBall(World& world, Player& goalie, double dirDeg);
 
+/// Some of the players.
+struct Players {
+    Table<int, MAX_PLAYERS> ids{};
+    std::size_t count = 0;
+
+    void add(int id) { ids[static_cast<int>(count++)] = id; }
+    int const* begin() const { return ids.data(); }
+    int const* end() const { return ids.data() + count; }
+};
+
 /// The movement of one step: dashes, turns, noise, goal posts, collisions, the ball in a goalie's
 /// hands. Returns the players that the ball ran into.
-std::vector<int> moveAll(World& world, Random& random);
+Players moveAll(World& world, Random& random);
 
 /// What a step gives back after the movement: stamina, hearing, the right to catch and to command.
 void recoverAll(World& world);

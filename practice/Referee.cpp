@@ -184,7 +184,7 @@ void Referee::caught(int id) {
 
 // ---- The step
 
-void Referee::step(Vec ballBefore, std::vector<int> const& touchers) {
+void Referee::step(Vec ballBefore, std::span<int const> touchers) {
     kickedThisCycle_ = {};
     ++stepsInMode_;
     if (world_.mode.isStopped()) {

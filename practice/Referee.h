@@ -2,6 +2,7 @@
 
 #include <array>
 #include <functional>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -35,7 +36,7 @@ public:
     void triedToKick(int id);
     void caught(int id);
     /// After the movement of a step; `touchers` are the players the ball ran into.
-    void step(Vec ballBefore, std::vector<int> const& touchers);
+    void step(Vec ballBefore, std::span<int const> touchers);
     /// At the end of a step.
     void startWhenReady();
 

@@ -1,9 +1,11 @@
 #include "practice/Server.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstring>
 #include <thread>
+#include <utility>
 
 #include "practice/OutputFile.h"
 #include "practice/ParameterRecords.h"
@@ -156,13 +158,40 @@ int Server::playerAt(Address const& sender) const {
     return NOBODY;
 }
 
-void Server::sendOutbox() {
-    for (auto const& [player, message] : match_.takeOutbox()) {
-        if (clients_[player] && !clients_[player]->socket.send(message)) match_.remove(player);
+/// Each player's messages go together, so that it is woken once. With `asking` a (think) goes last,
+/// to each player that owes no answer.
+void Server::sendOutbox(bool asking) {
+    sendingOrder_.clear();
+    for (auto const& [player, message] : match_.outbox().messages()) {
+        queue(player, {message.data(), message.size() + 1}); // a string always ends with a NUL
     }
+    for (int i = 0; i < MAX_PLAYERS && asking; ++i) {
+        constexpr std::string_view THINK("(think)", 8);
+        if (clients_[i] && !std::exchange(clients_[i]->asked, true)) queue(i, THINK);
+    }
+    for (int const player : sendingOrder_.items()) {
+        flush(player);
+    }
+    match_.outbox().clear();
     for (int i = 0; i < MAX_PLAYERS; ++i) {
         if (!match_.world().player(i).active) clients_[i].reset();
     }
+}
+
+void Server::queue(int player, std::string_view datagram) {
+    if (!clients_[player]) return;
+    Batch& batch = clients_[player]->batch;
+    if (batch.size == batch.datagrams.size()) flush(player);
+    if (std::ranges::find(sendingOrder_.items(), player) == sendingOrder_.items().end()) {
+        sendingOrder_.add() = player;
+    }
+    batch.datagrams[batch.size++] = datagram;
+}
+
+void Server::flush(int player) {
+    Batch& batch = clients_[player]->batch;
+    std::span const datagrams(batch.datagrams.data(), std::exchange(batch.size, 0));
+    if (!clients_[player]->socket.sendAll(datagrams)) match_.remove(player);
 }
 
 // ---- The course of the match

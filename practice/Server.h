@@ -39,9 +39,15 @@ private:
     /// more than a match needs.
     static constexpr int MOST_OF_A_CLIENT = 50;
 
+    /// Datagrams that are sent together.
+    struct Batch {
+        std::array<std::string_view, Socket::MOST_AT_ONCE> datagrams;
+        std::size_t size = 0;
+    };
     struct Client {
         Address address;
         Socket socket;
+        Batch batch{};
         // In synchronous mode:
         bool asked = false;  ///< a (think) is out to which there has been no answer
         bool ready = false;  ///< it has answered one
@@ -60,7 +66,6 @@ private:
     void spendHeldTime(Stop& stop, std::function<bool()> const& isOver);
     bool isEverybodyReady() const;
     void think(Stop& stop);
-    void askToThink();
     void awaitTrainer(Clock::time_point deadline, Stop& stop);
     void awaitCommands(int player, Clock::time_point deadline, Stop& stop);
     void noteAnswer(int player);
@@ -71,7 +76,9 @@ private:
     void hear(int player, std::string_view datagram);
     void admit(std::string_view datagram, Address const& sender);
     int playerAt(Address const& sender) const;
-    void sendOutbox();
+    void sendOutbox(bool asking = false);
+    void queue(int player, std::string_view datagram);
+    void flush(int player);
     void afterStep();
     bool isOver() const;
     void writeResults() const;
@@ -86,6 +93,7 @@ private:
     std::unique_ptr<GameLog> log_;     ///< null: none
     Scoreboard scoreboard_;
     int stepsAfterEnd_ = 0;
+    Recycled<int> sendingOrder_;   ///< of the last sendOutbox()
     int heldSteps_ = 0;            ///< tenths of a second since the first player joined
     Clock::time_point lastJoin_{}; ///< while the clock was held
     Course course_;

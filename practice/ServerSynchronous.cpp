@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <poll.h>
+#include <ranges>
 #include <thread>
 #include <utility>
 
@@ -15,7 +16,6 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr std::string_view THINK = "(think)";
 /// A player that takes longer is named, and not waited for until it answers again.
 constexpr milliseconds PATIENCE{1250};
 /// The same before the clock starts, when programs are still being loaded.
@@ -57,7 +57,7 @@ void Server::runSynchronously(Stop& stop) {
 /// that it makes no difference when somebody joined.
 void Server::holdClock(Stop& stop, std::function<bool()> const& isOver) {
     while (stop == 0 && !isOver()) {
-        askToThink();
+        sendOutbox(true);
         monitors_.show(match_.world());
         spendHeldTime(stop, isOver);
         if (match_.world().mode == Phase::timeOver) {
@@ -106,16 +106,18 @@ bool Server::isEverybodyReady() const {
 /// Lets the players think. The network is read here and nowhere else.
 void Server::think(Stop& stop) {
     for (auto& client : clients_) {
-        if (client) client->asked = false;
+        if (!client) continue;
+        client->asked = false;
+        client->heard = 0;
     }
-    askToThink();
+    sendOutbox(true);
     auto const deadline = Clock::now() + PATIENCE;
     monitors_.poll(match_);
     readDoor();
     // The last one asked is waited for first: then most of the others have answered already, and
     // we are woken seldom.
-    for (int i = MAX_PLAYERS; i-- > 0;) {
-        awaitCommands(i, deadline, stop);
+    for (int const player : sendingOrder_.items() | std::views::reverse) {
+        awaitCommands(player, deadline, stop);
     }
     if (trainer_) awaitTrainer(deadline, stop);
 }
@@ -136,16 +138,6 @@ void Server::awaitTrainer(Clock::time_point deadline, Stop& stop) {
         }
         trainer_->waitForDatagram(static_cast<int>(left.count()));
         trainer_->poll(match_);
-    }
-}
-
-/// Sends what there is to tell, and a (think) to each player that owes no answer.
-void Server::askToThink() {
-    sendOutbox();
-    for (int i = 0; i < MAX_PLAYERS; ++i) {
-        if (!clients_[i] || std::exchange(clients_[i]->asked, true)) continue;
-        clients_[i]->heard = 0;
-        if (!clients_[i]->socket.send(THINK)) match_.remove(i);
     }
 }
 

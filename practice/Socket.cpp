@@ -70,6 +70,24 @@ bool Socket::sendBytes(std::string_view bytes, Address const* peer) const {
     return sendParts(bytes, {}, peer);
 }
 
+bool Socket::sendAll(std::span<std::string_view const> texts) const {
+    std::array<iovec, MOST_AT_ONCE> parts{};
+    std::array<mmsghdr, MOST_AT_ONCE> datagrams{};
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        parts[i] = {const_cast<char*>(texts[i].data()), texts[i].size()};
+        datagrams[i].msg_hdr.msg_iov = &parts[i];
+        datagrams[i].msg_hdr.msg_iovlen = 1;
+    }
+    // It stops at the first that fails; the others still have their turn.
+    for (std::size_t next = 0; next < texts.size();) {
+        int const sent = sendmmsg(fd_, &datagrams[next], static_cast<unsigned>(texts.size() - next),
+                                  MSG_NOSIGNAL);
+        if (sent < 1 && errno == ECONNREFUSED) return false;
+        next += sent < 1 ? 1U : static_cast<std::size_t>(sent);
+    }
+    return true;
+}
+
 bool Socket::sendParts(std::string_view text, std::string_view end, Address const* peer) const {
     // The system only reads what these point to, but its types do not say so.
     auto const part = [](std::string_view s) {

@@ -42,6 +42,12 @@ public:
     /// The same without the NUL.
     bool sendBytes(std::string_view bytes, Address const* peer = nullptr) const;
 
+    /// At most so many datagrams go at once.
+    static constexpr std::size_t MOST_AT_ONCE = 16;
+    /// A datagram for each text, to the connected peer; these end with their NUL already. False
+    /// when the peer is gone.
+    bool sendAll(std::span<std::string_view const> texts) const;
+
 private:
     explicit Socket(int fd) : fd_(fd) {}
     bool sendParts(std::string_view text, std::string_view end, Address const* peer) const;

@@ -22,6 +22,7 @@ from matches.players import KINDS
 from matches.ports import take_port
 from matches.processes import Nursery, Usage, end_all, wait_until
 from matches.progress import Progress, in_words, time_left
+from matches.repeat import difference, fingerprint
 from matches.results import MatchOutcome, PlayerResult, ServerView, TeamResult
 from matches.settings import check_conf
 from matches.table import report
@@ -50,12 +51,32 @@ class Options(unittest.TestCase):
             "--half-cycles": "--half-cycles needs a value",
             "--halves 3": "there is no option --halves",
             "--right Left": "the two teams need different names",
+            "--repeat-check": "--repeat-check needs --fast",
+            "--speed 2": "--speed needs --fast",
+            "--fast --lossy 1": "--fast and --lossy do not go together",
         }
         for line, words in cases.items():
             with self.assertRaises(Failure) as caught:
                 play.main(line.split())
             self.assertIn(words, caught.exception.what)
             self.assertEqual(caught.exception.status, 2)
+
+
+class Repeat(MatchCase):
+    """Whether two matches were the same."""
+
+    def test_the_first_line_that_differs_is_named(self) -> None:
+        one, other = self.folder / "one", self.folder / "other"
+        for folder in (one, other):
+            folder.mkdir()
+            (folder / "match.rcg").write_bytes(b"ULG5\n(show 1)\n")
+            (folder / "match.rcl").write_bytes(b"0,1\t(referee play_on)\n")
+        self.assertIsNone(difference(one, other))
+        self.assertEqual(fingerprint(one), fingerprint(other))
+        (other / "match.rcl").write_bytes(b"0,1\t(referee play_on)\n0,2\t(referee goal_l_1)\n")
+        self.assertEqual(difference(one, other), "line 2 of match.rcl")
+        (other / "match.rcg").write_bytes(b"ULG5\n(show 2)\n")
+        self.assertEqual(difference(one, other), "line 2 of match.rcg")
 
 
 class Locks(MatchCase):

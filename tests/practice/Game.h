@@ -48,10 +48,11 @@ struct Game {
         std::string story;
         while (n-- > 0) {
             bool const stepped = match.poll();
-            for (auto const& [player, text] : match.takeOutbox()) {
+            for (auto const& [player, text] : match.outbox().messages()) {
                 told[player].push_back(text);
                 if (player == 0) story += event(text);
             }
+            match.outbox().clear();
             if (stepped && afterStep) afterStep();
         }
         return story;

@@ -23,7 +23,16 @@ struct Scene {
         world.player(id).pos = pos;
         return world.player(id);
     }
-    std::string see() { return seeMessage(world, me, random); }
+    std::string see() {
+        std::string message;
+        appendSee(message, world, me, random);
+        return message;
+    }
+    std::string senseBody() const {
+        std::string message;
+        appendSenseBody(message, world, me);
+        return message;
+    }
     /// The groups whose name starts so, as they stand in the message.
     std::string seen(std::string const& name) {
         std::string const all = see();
@@ -129,11 +138,11 @@ TEST(Body, AnglesAreCutAndTheSpeedDirectionFollowsTheGaze) {
     s.me.neck = toRad(60.0); // becomes 59.99999999999999
     s.me.vel = polar(0.1549, toRad(54.1));
     s.me.counts = {1, 32, 5, 33, 6, 2, 3, 34};
-    EXPECT_EQ(senseBodyMessage(s.world, s.me),
+    EXPECT_EQ(s.senseBody(),
               "(sense_body 11 (view_mode low wide) (stamina 7984.8 0.869186) (speed 0.15 -5) "
               "(head_angle 59) (kick 1) (dash 32) (turn 5) (say 33) (turn_neck 6) (catch 2) "
               "(move 3) (change_view 34))");
     s.me.vel = {};
     s.me.neck = toRad(40.0);
-    EXPECT_NE(senseBodyMessage(s.world, s.me).find("(speed 0 -40)"), std::string::npos);
+    EXPECT_NE(s.senseBody().find("(speed 0 -40)"), std::string::npos);
 }

@@ -379,7 +379,7 @@ TEST(Results, TellWhatOnlyTheServerKnows) {
     EXPECT_EQ(
         resultsJson(g.world),
         R"({"cycles":0,"half_cycles":3000,"finished":false,"score":[2,1],"teams":["A\\b",null],"players":[
-{"side":"l","unum":1,"goalie":true,"answers":5,"late":1,"refused":2,"spare_turn_necks":3,"lost":false,"executed":{"kick":1,"dash":2,"turn":3,"say":4,"turn_neck":5,"catch":6,"move":7,"change_view":8}},
-{"side":"l","unum":2,"goalie":false,"answers":0,"late":0,"refused":0,"spare_turn_necks":0,"lost":true,"executed":{"kick":0,"dash":0,"turn":0,"say":0,"turn_neck":0,"catch":0,"move":0,"change_view":0}}]}
+{"side":"l","unum":1,"goalie":true,"answers":5,"late":1,"refused":2,"spare_turn_necks":3,"missed":0,"lost":false,"executed":{"kick":1,"dash":2,"turn":3,"say":4,"turn_neck":5,"catch":6,"move":7,"change_view":8}},
+{"side":"l","unum":2,"goalie":false,"answers":0,"late":0,"refused":0,"spare_turn_necks":0,"missed":0,"lost":true,"executed":{"kick":0,"dash":0,"turn":0,"say":0,"turn_neck":0,"catch":0,"move":0,"change_view":0}}]}
 )");
 }

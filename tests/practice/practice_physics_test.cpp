@@ -20,7 +20,8 @@ struct Scene {
         p.pos = {-20.0, 0.0};
     }
     std::vector<int> step() {
-        auto touchers = moveAll(world, random);
+        Players const found = moveAll(world, random);
+        std::vector<int> touchers(found.begin(), found.end());
         recoverAll(world);
         return touchers;
     }

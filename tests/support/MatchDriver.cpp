@@ -68,7 +68,7 @@ void MatchDriver::kickOff() {
 }
 
 void MatchDriver::deliver() {
-    for (practice::Outgoing const& message : match.takeOutbox()) {
+    for (practice::Outgoing const& message : match.outbox().messages()) {
         if (message.player != id) continue;
         constexpr std::string_view REFEREE = " referee ";
         if (std::size_t const at = message.text.find(REFEREE); at != std::string::npos) {
@@ -83,6 +83,7 @@ void MatchDriver::deliver() {
             pending = agent.allCommands();
         }
     }
+    match.outbox().clear();
 }
 
 } // namespace support

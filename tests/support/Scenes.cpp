@@ -46,7 +46,9 @@ std::string senseBody(int time, std::string const& view, std::string const& spee
 std::string largestSee() {
     practice::Random random(1);
     practice::World const world = fullPitch();
-    return practice::seeMessage(world, world.player(VIEWER), random);
+    std::string message;
+    practice::appendSee(message, world, world.player(VIEWER), random);
+    return message;
 }
 
 } // namespace support
