@@ -8,6 +8,7 @@ from matches.words import Failure, complain
 
 COMMANDS = {
     "play": "matches.play",
+    "scene": "matches.scene",
     "team": "matches.team",
     "replay": "matches.replay",
     "package": "matches.package",

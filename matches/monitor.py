@@ -103,6 +103,11 @@ class Monitor:
             self.sight = replace(sight, steps=steps)
         return self.sight
 
+    def discard(self, side: str, number: int) -> None:
+        """Takes a player (of side l or r) off the pitch; only after something has been seen."""
+        command = f"(dispdiscard {1 if side == 'l' else -1} {number})"
+        self._socket.sendto(command.encode() + b"\0", self._address)
+
     def close(self) -> None:
         """Says goodbye."""
         with suppress(OSError):

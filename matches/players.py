@@ -66,14 +66,17 @@ class Eleven:
     plans: bool = False  # whether they log what they believe
 
     def start(
-        self, nursery: Nursery, has_joined: Callable[[int, list[Player]], None]
+        self,
+        nursery: Nursery,
+        has_joined: Callable[[int, list[Player]], None],
+        count: int = TEAM_SIZE,
     ) -> list[Player]:
-        """Starts one after the other, the goalkeeper first.
+        """Starts the first `count` one after the other, the goalkeeper first.
 
         A server numbers players as they come, so `has_joined` waits after each until it is there.
         """
         players: list[Player] = []
-        for number in range(1, TEAM_SIZE + 1):
+        for number in range(1, count + 1):
             arguments = [str(self.agent), self.host, self.name]
             if number == 1:
                 arguments.append("-goalie")

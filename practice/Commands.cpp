@@ -12,7 +12,6 @@ namespace {
 using namespace scan;
 
 // clang-format off
-constexpr std::string_view TEAM_LETTERS = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789+,-./:;<=>?@[\\]^_";
 constexpr std::string_view SAYABLE = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789 ().+-*/?<>_";
 // clang-format on
 

@@ -105,6 +105,12 @@ void GameLog::heardReferee(World const& world, std::string_view word) {
 
 // ---- The game log
 
+void GameLog::noted(World const& world, std::string_view text) {
+    gamelog::append(game_.pending,
+                    gamelog::Msg{world.cycle, gamelog::Msg::REFEREE_BOARD, std::string(text)});
+    game_.pending += '\n';
+}
+
 void GameLog::step(World const& world) {
     if (isLogged(world)) {
         writePlayMode(world);

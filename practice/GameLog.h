@@ -40,6 +40,7 @@ public:
 
     void heardPlayer(World const& world, Player const& player, std::string_view datagram) override;
     void heardReferee(World const& world, std::string_view word) override;
+    void noted(World const& world, std::string_view text) override;
 
     /// At the end of every step.
     void step(World const& world);

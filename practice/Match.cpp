@@ -55,7 +55,9 @@ Match::Joined Match::join(std::string_view firstDatagram) {
     p.joined = p.active = true;
     p.goalie = client.goalie;
     p.pos = touchlinePlace(p);
-    if (observer_ != nullptr) observer_->heardPlayer(world_, p, firstDatagram);
+    for (Observer* const observer : observers_) {
+        observer->heardPlayer(world_, p, firstDatagram);
+    }
     send(p, "(init ", letter(side), ' ', p.unum, ' ', world_.mode.word(), ')');
     send(p, serverParamMessage(world_.halfCycles));
     send(p, playerParamMessage());
@@ -95,12 +97,13 @@ void Match::remove(int id) {
 
 // ---- The interventions of a human
 
-void Match::place(int id, Vec pos, double body) {
+void Match::place(int id, Vec pos, double body, Vec vel) {
     Player& p = world_.player(id);
     if (!p.active) return;
     p.pos = cutToRunOff(pos);
     p.body = normalized(body);
     p.halt();
+    p.vel = shortenedTo(vel, parameter("playerSpeedMax"));
 }
 
 void Match::discard(int id) {
@@ -111,10 +114,39 @@ void Match::discard(int id) {
     p.discarded = true;
 }
 
+// ---- The trainer
+
+void Match::placeBall(Vec pos, Vec vel) {
+    world_.ballHolder = NOBODY;
+    world_.ball.pos = pos;
+    world_.ball.halt();
+    world_.ball.vel = shortenedTo(vel, parameter("ballSpeedMax"));
+}
+
+void Match::recover() {
+    for (Player& p : world_.players) {
+        p.restoreStamina();
+    }
+}
+
+void Match::coachSays(std::string_view said) {
+    for (Player const& p : world_.players) {
+        if (p.active) send(p, "(hear ", world_.cycle, " coach \"", said, "\")");
+    }
+}
+
+void Match::note(std::string_view noted) {
+    for (Observer* const observer : observers_) {
+        observer->noted(world_, noted);
+    }
+}
+
 // ---- Messages
 
 void Match::announce(std::string_view word) {
-    if (observer_ != nullptr) observer_->heardReferee(world_, word);
+    for (Observer* const observer : observers_) {
+        observer->heardReferee(world_, word);
+    }
     for (Player const& p : world_.players) {
         if (p.active) send(p, "(hear ", world_.cycle, " referee ", word, ')');
     }
@@ -137,7 +169,7 @@ struct Match::Execution {
     }
 
     void operator()(Dash const& command) {
-        if (mayUseBody()) dash(me, command.power, command.dir);
+        if (mayUseBody() && !world.mode.isHeld()) dash(me, command.power, command.dir);
     }
 
     void operator()(Kick const& command) {
@@ -198,6 +230,9 @@ struct Match::Execution {
     void operator()(Say const& command) {
         if (std::ssize(command.text) > wholeParameter("sayMsgSize")) return;
         ++me.counts.say;
+        for (Observer* const observer : match.observers_) {
+            observer->heardSay(world, me, command.text);
+        }
         for (Player& listener : world.players) {
             if (listener.active) tell(listener, command.text);
         }
@@ -269,7 +304,9 @@ void Match::executeReceived() {
         Player& player = world_.player(id);
         if (!inbox_[id].empty()) noteAnswer(player);
         for (std::string const& datagram : inbox_[id].items()) {
-            if (observer_ != nullptr) observer_->heardPlayer(world_, player, datagram);
+            for (Observer* const observer : observers_) {
+                observer->heardPlayer(world_, player, datagram);
+            }
             CommandReader reader(datagram);
             while (auto const command = player.active ? reader.next() : std::nullopt) {
                 std::visit(Execution{*this, player}, *command);

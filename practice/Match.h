@@ -28,6 +28,11 @@ public:
     virtual void heardPlayer(World const& world, Player const& player,
                              std::string_view datagram) = 0;
     virtual void heardReferee(World const& world, std::string_view word) = 0;
+    /// What a player says aloud, when it does.
+    virtual void heardSay(World const& /*world*/, Player const& /*player*/,
+                          std::string_view /*text*/) {}
+    /// A trainer has something to say to those who will read the log.
+    virtual void noted(World const& /*world*/, std::string_view /*text*/) {}
 };
 
 /// A whole match without sockets and wall clock: players join, their datagrams are delivered, time
@@ -47,8 +52,8 @@ public:
     Joined join(std::string_view firstDatagram);
     /// The player is gone: it leaves the pitch, its number stays used.
     void remove(int player);
-    /// At most one observer, which must outlive the match.
-    void setObserver(Observer* observer) { observer_ = observer; }
+    /// The observer must outlive the match.
+    void addObserver(Observer& observer) { observers_.push_back(&observer); }
 
     /// The datagram is executed at the next poll. Notes in the player whether it was its last.
     void receive(int player, std::string_view datagram);
@@ -66,10 +71,21 @@ public:
     // What a human may do at any time. See Referee for kickOff and callFoul.
     void kickOff() { referee_.kickOff(); }
     void callFoul(Vec spot, Side side) { referee_.callFoul(spot, side); }
-    /// Puts a player who is on the pitch somewhere, at rest; `body` in radians.
-    void place(int player, Vec pos, double body);
+    /// Puts a player who is on the pitch somewhere; `body` in radians.
+    void place(int player, Vec pos, double body, Vec vel = {});
     /// Takes a player off the pitch for good. It does not count as lost.
     void discard(int player);
+
+    // What a trainer may do besides. See Referee for setMode.
+    void setMode(PlayMode mode) { referee_.setMode(mode); }
+    /// Anywhere; who holds the ball loses it.
+    void placeBall(Vec pos, Vec vel);
+    /// Gives everybody their stamina back.
+    void recover();
+    /// Everybody hears it from the coach.
+    void coachSays(std::string_view text);
+    /// For the observers alone.
+    void note(std::string_view text);
 
     World const& world() const { return world_; }
     World& world() { return world_; } ///< to set up a scene
@@ -97,7 +113,7 @@ private:
     Referee referee_;
     Table<Recycled<std::string>, MAX_PLAYERS> inbox_;
     Outbox outbox_;
-    Observer* observer_ = nullptr;
+    std::vector<Observer*> observers_;
     long polls_ = 0;
 };
 

@@ -23,12 +23,12 @@ struct Option {
     std::uint64_t least = 0, most = std::numeric_limits<std::uint64_t>::max(); ///< of a number
 };
 
-std::array<Option, 17> tableFor(Options& o) {
+std::array<Option, 18> tableFor(Options& o) {
     constexpr std::uint64_t MANY = 1'000'000;
     MatchOptions& m = o.match;
     // clang-format off
     return {{
-        {"--port", "N", "UDP port where players introduce themselves (6000; 0: any free port)", &o.port, 0, 65535},
+        {"--port", "N", "UDP port where players introduce themselves (6000; 0: any free port)", &o.port, 0, 65534},
         {"--address", "A", "IPv4 address to listen on (127.0.0.1: this machine only)", &o.address},
         {"--half-cycles", "N", "cycles of a half, ten a second (3000)", &m.halfCycles, 1, MANY},
         {"--seed", "N", "seed of all chance in the match (1)", &m.seed},
@@ -41,6 +41,7 @@ std::array<Option, 17> tableFor(Options& o) {
         {"--ready-cycles", "N", "steps from then to the kick-off, and the break at half time (50)", &m.kickOff.readySteps, 0, MANY},
         {"--wait", "N", "steps from the first player on; then the match starts without the others (600)", &m.kickOff.waitSteps, 0, MANY},
         {"--linger", "N", "steps to go on after the match while players are there (50)", &o.lingerSteps, 0, MANY},
+        {"--trainer", "", "take a trainer on the port above the one of the players", &o.trainer},
         {"--synchronous", "", "wait for every player's commands instead of keeping time (see docs)", &o.synchronous},
         {"--speed", "X", "with --synchronous: at most X times as fast as in real time (no limit)", &o.speed, 1, 10000},
         {"--scoreboard", "HOW", "auto, line (redrawn), plain (a line per event) or off (auto)", &o.scoreboard},

@@ -15,6 +15,7 @@ struct Options {
     int port = 6000;
     std::string address = "127.0.0.1";
     LogOptions log{};
+    bool trainer = false;     ///< listen for one on the port above
     std::string resultsFile;  ///< empty: none
     int lingerSteps = 50;     ///< after the end of the match
     bool synchronous = false; ///< the clock waits for the players instead of the players for it

@@ -80,6 +80,11 @@ bool isInPenaltyArea(Vec pos, Side owner, double margin) {
     return PENALTY_AREA.contains(pos, owner, margin);
 }
 
+bool isInGoal(Vec ball) {
+    return std::abs(ball.x) > PITCH_HALF_LENGTH + BALL_SIZE &&
+           std::abs(ball.y) <= GOAL_HALF_WIDTH + POST_RADIUS;
+}
+
 Vec cutToPitch(Vec pos, double inside) {
     return {std::clamp(pos.x, inside - PITCH_HALF_LENGTH, PITCH_HALF_LENGTH - inside),
             std::clamp(pos.y, inside - PITCH_HALF_WIDTH, PITCH_HALF_WIDTH - inside)};

@@ -12,6 +12,9 @@ namespace practice {
 
 bool isInPenaltyArea(Vec pos, Side owner, double margin = 0.0);
 
+/// Behind a goal line and between the posts.
+bool isInGoal(Vec ball);
+
 Vec cutToPitch(Vec pos, double inside = 0.0);
 /// The pitch and the 5 m around it where players may be.
 Vec cutToRunOff(Vec pos);

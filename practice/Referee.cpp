@@ -82,6 +82,22 @@ void Referee::callFoul(Vec spot, Side side) {
     interrupt({Phase::freeKick, side}, outOfPenaltyArea(world_.ball.pos, other(side)));
 }
 
+void Referee::setMode(PlayMode mode) {
+    Vec const ball = world_.ball.pos;
+    readySteps_ = 0;
+    offsideLine_ = ball.x * sign(mode.side);
+    if (mode == Phase::dropBall) return dropBall();
+    if (mode.isSetPiece() || mode.isOffence()) return interrupt(mode, ball);
+    if (mode == Phase::playOn) {
+        play_ = {};
+        world_.ballHolder = NOBODY;
+    } else {
+        placeBall(ball);
+    }
+    changeMode(mode);
+    if (mode == Phase::goal) announce_(mode.word()); // which nobody does after a goal
+}
+
 void Referee::callOffside(int id) {
     OffsideMark const mark = *play_.offside[id];
     offsideLine_ = mark.line;
@@ -186,6 +202,8 @@ void Referee::step(Vec ballBefore, std::span<int const> touchers) {
         changeMode({Phase::timeOver});
     } else if (inPlay && world_.cycle >= half_ * world_.halfCycles) {
         endHalf();
+    } else if (world_.mode == Phase::beforeKickOff && isInGoal(world_.ball.pos)) {
+        goalOf(other(sideOfHalf(world_.ball.pos.x))); // only a trainer puts it there
     } else if (world_.mode == Phase::beforeKickOff) {
         sendToOwnHalf(world_, &random_);
         clearBall(world_, half_ == 1 ? Side::right : Side::left, FREE_CIRCLE);
@@ -264,14 +282,18 @@ void Referee::ballOverGoalLine(Vec before) {
     Side const defender = sideOfHalf(ball.x);
     Side const attacker = other(defender);
     if (crossedBetweenPosts(before, ball) && !play_.indirect) {
-        announce_(text("goal_", letter(attacker), '_', ++world_.score[index(attacker)]));
-        placeBall(ball);
-        changeMode({Phase::goal, attacker});
+        goalOf(attacker);
     } else if (play_.lastTouch == defender) {
         interrupt({Phase::cornerKick, attacker}, cornerSpot(ball));
     } else {
         interrupt({Phase::goalKick, defender}, goalKickSpot(ball));
     }
+}
+
+void Referee::goalOf(Side attacker) {
+    announce_(text("goal_", letter(attacker), '_', ++world_.score[index(attacker)]));
+    placeBall(world_.ball.pos);
+    changeMode({Phase::goal, attacker});
 }
 
 bool Referee::isBallStuck() {

@@ -45,6 +45,9 @@ public:
     /// A human gives a free kick to `side`, or a drop ball when it is none; without effect before
     /// the kick-off and after the match.
     void callFoul(Vec spot, Side side);
+    /// A trainer says what is being played, at any time. The ball stays where it is, and rests
+    /// unless play goes on; what happened before is forgotten.
+    void setMode(PlayMode mode);
 
 private:
     void changeMode(PlayMode mode);
@@ -65,6 +68,7 @@ private:
     void keepDistance();
     void watchBall(Vec before);
     void ballOverGoalLine(Vec before);
+    void goalOf(Side attacker);
     bool isBallStuck();
 
     World& world_;

@@ -9,6 +9,9 @@ namespace practice::scan {
 inline constexpr std::string_view BLANKS = " \t\r\n";
 inline constexpr std::string_view DIGITS = "0123456789";
 inline constexpr std::string_view WORD_LETTERS = "abcdefghijklmnopqrstuvwxyz_";
+/// Of team names.
+inline constexpr std::string_view TEAM_LETTERS =
+    "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789+,-./:;<=>?@[\\]^_";
 
 /// Takes the letters that come next, blanks before them only if they are letters too.
 std::string_view takeAll(std::string_view& s, std::string_view letters);

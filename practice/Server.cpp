@@ -42,11 +42,31 @@ std::unique_ptr<Server> Server::open(Options const& options, std::string& proble
     }
     auto const parameters = parameterRecords(options, door->port());
     std::unique_ptr<Server> server(new Server(options, *address, std::move(*door), parameters));
-    if (!options.log.wanted()) return server;
-    server->log_ = GameLog::open(options.log, parameters, problem);
-    if (!server->log_) return nullptr;
-    server->match_.setObserver(server->log_.get());
-    return server;
+    bool const complete = server->openTrainer(problem) && server->openLog(parameters, problem);
+    return complete ? std::move(server) : nullptr;
+}
+
+bool Server::openTrainer(std::string& problem) {
+    if (!options_.trainer) return true;
+    auto door = makeAddress(options_.address, door_.port() + 1);
+    auto socket = door ? Socket::bound(*door) : std::nullopt;
+    if (!socket) {
+        problem =
+            text("the trainer's port ", door_.port() + 1, " cannot be used: ", std::strerror(errno),
+                 "; choose another pair with --port");
+        return false;
+    }
+    trainer_ = std::make_unique<Trainer>(any_, std::move(*socket), options_.match.halfCycles);
+    match_.addObserver(*trainer_);
+    return true;
+}
+
+bool Server::openLog(std::vector<std::string> const& parameters, std::string& problem) {
+    if (!options_.log.wanted()) return true;
+    log_ = GameLog::open(options_.log, parameters, problem);
+    if (!log_) return false;
+    match_.addObserver(*log_);
+    return true;
 }
 
 Server::Server(Options const& options, Address const& address, Socket door,
@@ -79,6 +99,7 @@ void Server::runInRealTime(Stop& stop) {
             readClient(i);
         }
         monitors_.poll(match_);
+        if (trainer_) trainer_->poll(match_);
         bool const stepped = match_.poll();
         sendOutbox();
         if (stepped) afterStep();
@@ -177,6 +198,7 @@ void Server::flush(int player) {
 
 void Server::afterStep() {
     World const& world = match_.world();
+    if (trainer_) trainer_->show(world);
     monitors_.show(world); // after the players' messages, which are in more of a hurry
     if (log_) log_->step(world);
     scoreboard_.show(world);

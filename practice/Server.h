@@ -14,6 +14,7 @@
 #include "practice/Results.h"
 #include "practice/Scoreboard.h"
 #include "practice/Socket.h"
+#include "practice/Trainer.h"
 
 namespace practice {
 
@@ -57,12 +58,15 @@ private:
     Server(Options const& options, Address const& address, Socket door,
            std::vector<std::string> const& parameters);
 
+    bool openTrainer(std::string& problem);
+    bool openLog(std::vector<std::string> const& parameters, std::string& problem);
     void runInRealTime(Stop& stop);
     void runSynchronously(Stop& stop);
     void holdClock(Stop& stop, std::function<bool()> const& isOver);
     void spendHeldTime(Stop& stop, std::function<bool()> const& isOver);
     bool isEverybodyReady() const;
     void think(Stop& stop);
+    void awaitTrainer(Clock::time_point deadline, Stop& stop);
     void awaitCommands(int player, Clock::time_point deadline, Stop& stop);
     void noteAnswer(int player);
     void noteSilence(int player);
@@ -85,7 +89,8 @@ private:
     Match match_;
     Table<std::optional<Client>, MAX_PLAYERS> clients_;
     Monitors monitors_;
-    std::unique_ptr<GameLog> log_; ///< null: none
+    std::unique_ptr<Trainer> trainer_; ///< null: none may come
+    std::unique_ptr<GameLog> log_;     ///< null: none
     Scoreboard scoreboard_;
     int stepsAfterEnd_ = 0;
     Recycled<int> sendingOrder_;   ///< of the last sendOutbox()

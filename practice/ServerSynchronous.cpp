@@ -81,6 +81,7 @@ void Server::spendHeldTime(Stop& stop, std::function<bool()> const& isOver) {
             if (clients_[i]) clients_[i]->heard = 0;
         }
         monitors_.poll(match_);
+        if (trainer_) trainer_->poll(match_);
         match_.forgetReceived();
         sendOutbox();
         if (match_.world().joinedCount() == before) continue;
@@ -118,6 +119,26 @@ void Server::think(Stop& stop) {
     auto const order = sendingOrder_.items();
     for (auto player = order.rbegin(); player != order.rend(); ++player) {
         awaitCommands(*player, deadline, stop);
+    }
+    if (trainer_) awaitTrainer(deadline, stop);
+}
+
+/// After the players, whose commands wait for the next poll: what a trainer does, it does at once.
+void Server::awaitTrainer(Clock::time_point deadline, Stop& stop) {
+    trainer_->askToThink();
+    trainer_->poll(match_);
+    while (trainer_->isAwaited() && stop == 0) {
+        auto const left = std::chrono::ceil<milliseconds>(deadline - Clock::now());
+        if (left <= milliseconds::zero()) {
+            trainer_->doNotAwait();
+            std::fprintf(stderr,
+                         "practice-server: the trainer has not said (done) in cycle %d; the match "
+                         "goes on without waiting for it until it does\n",
+                         match_.world().cycle);
+            return;
+        }
+        trainer_->waitForDatagram(static_cast<int>(left.count()));
+        trainer_->poll(match_);
     }
 }
 

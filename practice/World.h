@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "gamelog/Records.h"
 #include "practice/Vector.h"
@@ -35,12 +37,16 @@ struct Table : std::array<T, COUNT> {
 
 /// What is being played. The side of a mode HAS the ball (set pieces, goal) or is the OFFENDER
 /// (offside, backPass, freeKickFault, catchFault); beforeKickOff, playOn, dropBall and timeOver
-/// have none.
+/// have none. The modes from pause to penaltyScore and from foulCharge on are set by a trainer
+/// only.
 // clang-format off
 enum class Phase {
     beforeKickOff, playOn, timeOver, dropBall,
+    pause, humanJudge, firstHalfOver,
+    penaltyKick, penaltySetup, penaltyReady, penaltyTaken, penaltyMiss, penaltyScore,
     kickOff, kickIn, freeKick, indirectFreeKick, cornerKick, goalKick,
-    goal, offside, backPass, freeKickFault, catchFault
+    goal, offside, backPass, freeKickFault, catchFault,
+    foulCharge, foulPush, foulMultipleAttack, foulBallout, illegalDefense
 };
 // clang-format on
 
@@ -56,8 +62,13 @@ struct PlayMode {
     bool isSetPiece() const { return phase >= Phase::kickOff && phase <= Phase::goalKick; }
     /// Offside and the faults: the clock stands until the free kick.
     bool isOffence() const { return phase >= Phase::offside; }
+    /// Lasts until a trainer sets another mode; nobody dashes or kicks.
+    bool isHeld() const { return phase >= Phase::pause && phase <= Phase::penaltyScore; }
     bool isStopped() const; ///< the clock stands still
 };
+
+/// The mode of a word of the protocol; nothing for a word that is none.
+std::optional<PlayMode> playModeOf(std::string_view word);
 
 enum class Width { narrow, normal, wide };
 enum class Quality { high, low };

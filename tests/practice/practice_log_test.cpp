@@ -75,7 +75,7 @@ struct LoggedGame : Game {
     LoggedGame(LogOptions const& options, int halfCycles, int players = 22)
         : Game(players, 2, halfCycles) {
         log = openLog(options);
-        match.setObserver(log.get());
+        match.addObserver(*log);
         afterStep = [this] {
             log->step(world);
             steps.push_back(world);
