@@ -14,6 +14,8 @@
 
 namespace practice {
 
+using std::string_view_literals::operator""sv;
+
 namespace {
 
 constexpr std::chrono::milliseconds POLL_TIME{10};
@@ -166,7 +168,7 @@ void Server::sendOutbox(bool asking) {
         queue(player, {message.data(), message.size() + 1}); // a string always ends with a NUL
     }
     for (int i = 0; i < MAX_PLAYERS && asking; ++i) {
-        constexpr std::string_view THINK("(think)", 8);
+        constexpr std::string_view THINK = "(think)\0"sv; // the NUL is sent too
         if (clients_[i] && !std::exchange(clients_[i]->asked, true)) queue(i, THINK);
     }
     for (int const player : sendingOrder_.items()) {

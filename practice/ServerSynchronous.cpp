@@ -116,9 +116,8 @@ void Server::think(Stop& stop) {
     readDoor();
     // The last one asked is waited for first: then most of the others have answered already, and
     // we are woken seldom.
-    auto const order = sendingOrder_.items();
-    for (auto player = order.rbegin(); player != order.rend(); ++player) {
-        awaitCommands(*player, deadline, stop);
+    for (int const player : std::views::reverse(sendingOrder_.items())) {
+        awaitCommands(player, deadline, stop);
     }
     if (trainer_) awaitTrainer(deadline, stop);
 }

@@ -41,7 +41,7 @@ public:
         std::string_view const side = text("side");
         if (side == "l") return "1";
         if (side == "r") return "-1";
-        return fail("side has to be \"l\" or \"r\"");
+        return fail(R"(side has to be "l" or "r")");
     }
 
     std::string unum() {

@@ -1,5 +1,8 @@
 // What the reader tolerates, what it refuses and in which words, and that hostile input ends well.
 
+#include <bit>
+#include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <random>
@@ -169,7 +172,8 @@ TEST(Numbers, AreThoseOfTheCLibrary) {
         ASSERT_FALSE(readLine(line, record)) << text;
         double const value = std::get<Show>(record).ball.x;
         double const expected = std::strtod(text, nullptr);
-        ASSERT_EQ(std::memcmp(&value, &expected, sizeof value), 0) << text;
+        ASSERT_EQ(std::bit_cast<std::uint64_t>(value), std::bit_cast<std::uint64_t>(expected))
+            << text;
     }
 }
 

@@ -104,7 +104,9 @@ private:
 
 TEST(Program, PrintsValidJsonOfEveryKind) {
     for (std::string const kind : {"", "--players ", "--events ", "--cycles "}) {
-        Outcome const result = run("--json " + kind + V5 + " " + V6);
+        std::string arguments = "--json ";
+        arguments.append(kind).append(V5).append(" ").append(V6);
+        Outcome const result = run(arguments);
         EXPECT_EQ(result.status, 0);
         EXPECT_TRUE(JsonChecker::isValid(result.out)) << kind << result.out.substr(0, 300);
     }

@@ -118,14 +118,14 @@ TEST(Access, TakesCommandsFromItsOwnPageOnly) {
 }
 
 TEST(Page, LearnsWhereItsMatchIs) {
-    std::string const before = "<p>null</p><script id=\"source\" type=\"application/json\">";
+    std::string const before = R"(<p>null</p><script id="source" type="application/json">)";
     gamelog_test::TemporaryFile const file(before + "null</script>x");
     Page const page = readPage(file.path);
     EXPECT_EQ(page.wrong, "");
     EXPECT_EQ(livePage(page.text, "ab"),
               before + R"({"live":"/events","commands":"/command","token":"ab"}</script>x)");
     for (char const* const other : {"", "<html>", "<script id=\"source\"", "<script id=\"source\">",
-                                    "<script id=\"source\">{\"rcg\":\"\"}</script>"}) {
+                                    R"(<script id="source">{"rcg":""}</script>)"}) {
         gamelog_test::TemporaryFile const wrong{std::string(other)};
         EXPECT_NE(readPage(wrong.path).wrong.find("is not the viewer"), std::string::npos) << other;
     }

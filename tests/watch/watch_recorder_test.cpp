@@ -76,7 +76,8 @@ INSTANTIATE_TEST_SUITE_P(Versions, RealMatch, testing::Values(4, 5, 6));
 TEST_F(Recording, StepsBeforeTheKickOffAreSeenButNotKept) {
     connect();
     for (int i = 0; i < 3000; ++i) {
-        show(0, PlayMode::beforeKickOff, {}, i / 10);
+        int const tenth = i / 10; // of the shows every ten are the same
+        show(0, PlayMode::beforeKickOff, {}, tenth);
         catchUp();
     }
     EXPECT_EQ(history.size(), 0u);

@@ -188,7 +188,8 @@ public:
         address.sin_family = AF_INET;
         address.sin_port = htons(static_cast<std::uint16_t>(bridge.port()));
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        connect(socket_, reinterpret_cast<sockaddr const*>(&address), sizeof address);
+        static_cast<void>(
+            connect(socket_, reinterpret_cast<sockaddr const*>(&address), sizeof address));
         std::string const request =
             "GET /events HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(bridge.port()) + "\r\n\r\n";
         send(socket_, request.data(), request.size(), 0);
@@ -396,6 +397,7 @@ TEST_F(Watching, StepsArriveAtOnceWhateverOthersDo) {
     }
     SleepingBrowser const asleep(bridge), alsoAsleep(bridge);
     std::vector<std::unique_ptr<Browser>> browsers;
+    browsers.reserve(BROWSERS);
     for (int i = 0; i < BROWSERS; ++i) {
         browsers.push_back(std::make_unique<Browser>(bridge));
     }
