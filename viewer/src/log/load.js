@@ -31,16 +31,62 @@ export function fromBase64(text) {
     return new Blob([bytes]);
 }
 
+/** @typedef {Pick<ReadableStreamDefaultReader<Uint8Array>, "read" | "cancel">} Bytes */
+
+/**
+ * What a packed file holds. The end of the input is told only when everything before it has been
+ * read: a file that was cut off makes that an error, and an error throws away what still waits.
+ * @param {Blob} blob
+ * @returns {Bytes}
+ */
+function unpacked(blob) {
+    const {readable, writable} = gunzip();
+    const input = blob.stream().getReader();
+    const writer = writable.getWriter();
+    const output = readable.getReader();
+    let fed = false;
+    let waiting = false;
+    const closeWhenRead = () =>
+        setTimeout(() => {
+            if (fed && waiting) {
+                writer.close().catch(() => {});
+            }
+        }, 0);
+    const feed = async () => {
+        for (let piece = await input.read(); !piece.done; piece = await input.read()) {
+            await writer.write(piece.value);
+        }
+        fed = true;
+        closeWhenRead();
+    };
+    feed().catch(() => {}); // the reader meets the same error
+    return {
+        async read() {
+            waiting = true;
+            if (fed) {
+                closeWhenRead();
+            }
+            try {
+                return await output.read();
+            } finally {
+                waiting = false;
+            }
+        },
+        async cancel() {
+            await Promise.allSettled([input.cancel(), writer.abort(), output.cancel()]);
+        },
+    };
+}
+
 /**
  * The file's bytes as they were before gzip.
  * @param {Blob} blob
- * @returns {Promise<ReadableStreamDefaultReader<Uint8Array>>}
+ * @returns {Promise<Bytes>}
  */
 async function plainBytes(blob) {
     const head = new Uint8Array(await blob.slice(0, 2).arrayBuffer());
     const packed = head[0] === 0x1f && head[1] === 0x8b;
-    const stream = packed ? blob.stream().pipeThrough(gunzip()) : blob.stream();
-    return stream.getReader();
+    return packed ? unpacked(blob) : blob.stream().getReader();
 }
 
 /**
