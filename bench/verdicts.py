@@ -15,10 +15,10 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent))
 
-import numpy as np
+import numpy as np  # noqa: E402
 
-from matches.experiments.arithmetic import mean_estimate
-from matches.experiments.sequential import Bounds, Decision, decide
+from matches.experiments.arithmetic import mean_estimate  # noqa: E402
+from matches.experiments.sequential import Bounds, Decision, decide  # noqa: E402
 
 MOST_PAIRS = 3000
 

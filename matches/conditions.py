@@ -222,4 +222,3 @@ def judge(
     if course.cycles < lasts:
         return None
     return Verdict(any(condition.at_the_end for condition in success), "time", course.cycles)
-

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <poll.h>
-#include <ranges>
 #include <thread>
 #include <utility>
 
@@ -116,8 +115,10 @@ void Server::think(Stop& stop) {
     readDoor();
     // The last one asked is waited for first: then most of the others have answered already, and
     // we are woken seldom.
-    for (int const player : std::views::reverse(sendingOrder_.items())) {
-        awaitCommands(player, deadline, stop);
+    auto const order = sendingOrder_.items();
+    // clang 14 cannot compile std::views::reverse. NOLINTNEXTLINE(modernize-loop-convert)
+    for (auto player = order.rbegin(); player != order.rend(); ++player) {
+        awaitCommands(*player, deadline, stop);
     }
     if (trainer_) awaitTrainer(deadline, stop);
 }

@@ -113,8 +113,6 @@ def _git(*arguments: str) -> str | None:
 
 def _digest(path: Path) -> str:
     """Tells two versions of a program apart."""
-
-
     return hashlib.sha256(path.read_bytes()).hexdigest()[:12]
 
 

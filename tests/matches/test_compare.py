@@ -8,7 +8,6 @@ import signal
 import subprocess
 import time
 import unittest
-from pathlib import Path
 
 from matches.experiments.entrants import Entrant, difference_of, entries_of, find_entrant
 from matches.places import ROOT
