@@ -42,8 +42,10 @@ void Agent::run() {
 }
 
 void Agent::integrateAndDecide() {
+    static ArmedTimer timerOfCycle;
+    ArmedTimer const timer = SenseThread::timer();
     if (!worldModel->integrateSensorInfo()) return;
-    startCycle();
+    if (startCycle()) timerOfCycle = timer;
     if (worldModel->isGoalie()) {
         SkillPool::goalieGeneralBehaviour();
     } else {
@@ -53,7 +55,10 @@ void Agent::integrateAndDecide() {
     planLogs.write(*worldModel, SkillPool::takenCase());
     // With the see of the cycle there is nothing more to wait for. Else the timer sends, or a
     // server that waits asks for it.
-    if (worldModel->seeIsNewerThanSenseBody()) effectors->sendAllCommands();
+    if (worldModel->seeIsNewerThanSenseBody()) {
+        effectors->sendAllCommands();
+        SenseThread::callTimerOff(timerOfCycle);
+    }
 }
 
 void Agent::runSynchronously() {
@@ -64,13 +69,15 @@ void Agent::runSynchronously() {
     serverAlive = false;
 }
 
-void Agent::startCycle() {
+bool Agent::startCycle() {
     // First the queue, then the permission: nothing of the last cycle may leave under it.
     effectors->clearQueue();
     worldModel->situation().commandHistory.reset();
-    if (worldModel->takeSenseBodyArrived()) effectors->grantSend();
+    bool const isNew = worldModel->takeSenseBodyArrived();
+    if (isNew) effectors->grantSend();
     // The init reply may have come late; after that this is a few copies.
     SkillPool::initializePositioning();
+    return isNew;
 }
 
 void Agent::test() {

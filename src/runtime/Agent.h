@@ -32,7 +32,8 @@ public:
 private:
     /// Integrates what is new; decides when a sense_body or a see was among it.
     static void integrateAndDecide();
-    static void startCycle();
+    /// Whether a sense_body was among what is new.
+    static bool startCycle();
     /// The loop of run() on a server in synchronous mode.
     static void runSynchronously();
 };

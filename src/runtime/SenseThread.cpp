@@ -114,5 +114,18 @@ void SenseThread::setTimeSignal() {
     long const tillNextSee = long{Utils::timerDiffMsec(&timeNextSee, &timeLastSb)} - CYCLE_MSEC;
 
     itv.it_value.tv_usec = sendDelay(chooseFraction(tillNextSee));
+    // Before the timer runs, so that main sees that it is about to be another one.
+    armed = {timer().count + 1, static_cast<int>(itv.it_value.tv_usec)};
     setitimer(ITIMER_REAL, &itv, nullptr);
+}
+
+void SenseThread::callTimerOff(ArmedTimer armedThen) {
+    if (handedOver || timer() != armedThen) return;
+    itimerval none{};
+    setitimer(ITIMER_REAL, &none, nullptr);
+    ArmedTimer const now = timer();
+    if (now == armedThen) return;
+    // A sense_body has come this very moment, and its timer may be the one that was stopped.
+    none.it_value.tv_usec = now.microseconds;
+    setitimer(ITIMER_REAL, &none, nullptr);
 }

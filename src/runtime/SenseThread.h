@@ -7,6 +7,13 @@
 
 class WorldModel;
 
+/// One arming of the timer that sends.
+struct ArmedTimer {
+    unsigned count = 0;   ///< so many before it
+    int microseconds = 0; ///< its delay
+    bool operator==(ArmedTimer const&) const = default;
+};
+
 /// The thread that receives: takes one message after the other, stamps the arrival of each
 /// sense_body and see in the world model, and arms the timer that sends the cycle's commands.
 ///
@@ -30,6 +37,12 @@ public:
     /// world model stamps that sense_body.
     static void setTimeSignal();
 
+    /// The newest arming. Read before a sense_body is taken, it is never that of a later one.
+    static ArmedTimer timer() { return armed; }
+    /// Main, once the commands are sent: the timer would only wake the process for nothing. Does
+    /// nothing if it has been armed again since `armedThen`, for the cycle after.
+    static void callTimerOff(ArmedTimer armedThen);
+
     /// Milliseconds between two sees, cut to a whole number.
     static int calculateSeeInterval(ViewQuality quality, ViewMode mode);
 
@@ -45,4 +58,6 @@ private:
     inline static std::atomic<bool> handedOver = false;
     inline static WorldModel* wm = nullptr;
     inline static itimerval itv{};
+    inline static std::atomic<ArmedTimer> armed{};
+    static_assert(std::atomic<ArmedTimer>::is_always_lock_free);
 };

@@ -1,5 +1,6 @@
 // When the commands of a cycle leave: the choice of the moment, and the timer at work.
 
+#include <atomic>
 #include <chrono>
 #include <gtest/gtest.h>
 #include <pthread.h>
@@ -43,15 +44,13 @@ TEST(Timing, FractionAndDelay) {
 }
 
 /// The sense thread at work on messages of a server, with the test in the place of the main loop.
-/// The thread never returns: it goes with the process, so its agent has to stay as long.
+/// The thread never returns: it goes with the process, so there is one for all tests, whose agent
+/// never closes its socket.
 class SenseLoop {
 public:
-    SenseLoop() {
-        agent.link.sendMessage("(hello)");
-        agent.server.receive();
-        pthread_t thread{};
-        pthread_create(&thread, nullptr, SenseThread::senseCallback, &agent.world);
-        pthread_detach(thread);
+    static SenseLoop& instance() {
+        static SenseLoop& loop = *new SenseLoop;
+        return loop;
     }
 
     /// Sends that and waits until the thread has taken it.
@@ -59,6 +58,11 @@ public:
         lastSent_ = Clock::now();
         agent.server.send(message);
         EXPECT_TRUE(agent.world.waitForNewInfo());
+    }
+    static bool isTimerRunning() {
+        itimerval timer{};
+        getitimer(ITIMER_REAL, &timer);
+        return timer.it_value.tv_sec != 0 || timer.it_value.tv_usec != 0;
     }
     /// Expects the timer to run, armed for `delay` after the last message.
     void expectArmed(microseconds delay) const {
@@ -75,11 +79,19 @@ public:
     support::LinkedAgent agent;
 
 private:
+    SenseLoop() {
+        agent.link.sendMessage("(hello)");
+        agent.server.receive();
+        pthread_t thread{};
+        pthread_create(&thread, nullptr, SenseThread::senseCallback, &agent.world);
+        pthread_detach(thread);
+    }
+
     Clock::time_point lastSent_;
 };
 
 TEST(Timing, TheTimerWaitsForTheSeeOfTheCycle) {
-    SenseLoop& loop = *new SenseLoop; // never closes its socket, which would end the process
+    SenseLoop& loop = SenseLoop::instance();
     WorldModel& world = loop.agent.world;
     struct Case {
         char const* view;
@@ -111,6 +123,35 @@ TEST(Timing, TheTimerWaitsForTheSeeOfTheCycle) {
         loop.send("(hear 1 referee play_on)");
         loop.expectArmed(delayAgain);
         world.integrateSensorInfo();
+    }
+}
+
+TEST(Timing, OnlyTheTimerOfCommandsThatAreSentIsCalledOff) {
+    SenseLoop& loop = SenseLoop::instance();
+    loop.send(support::senseBody(1));
+    ArmedTimer const first = SenseThread::timer();
+    loop.agent.world.integrateSensorInfo();
+    SenseThread::callTimerOff(first);
+    EXPECT_FALSE(SenseLoop::isTimerRunning());
+
+    loop.send(support::senseBody(2));
+    SenseThread::callTimerOff(first);
+    EXPECT_TRUE(SenseLoop::isTimerRunning());
+
+    // However a sense_body meets the calling off of the timer before, its own timer runs.
+    constexpr int ROUNDS = 10000;
+    for (int round = 0; round < ROUNDS; ++round) {
+        ArmedTimer const last = SenseThread::timer();
+        std::atomic<bool> go = false;
+        std::thread other([&go] {
+            while (!go) {
+            }
+            SenseThread::setTimeSignal();
+        });
+        go = true;
+        SenseThread::callTimerOff(last);
+        other.join();
+        ASSERT_TRUE(SenseLoop::isTimerRunning()) << round;
     }
 }
 
