@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <chrono>
 #include <cstring>
+#include <poll.h>
 #include <thread>
 #include <utility>
 
@@ -96,10 +97,7 @@ void Server::runInRealTime(Stop& stop) {
         next += POLL_TIME;
         std::this_thread::sleep_until(next);
         if (Clock::now() > next + LONGEST_CATCH_UP) next = Clock::now();
-        readDoor();
-        for (int i = 0; i < MAX_PLAYERS; ++i) {
-            readClient(i);
-        }
+        readClients();
         monitors_.poll(match_);
         if (trainer_) trainer_->poll(match_);
         bool const stepped = match_.poll();
@@ -123,14 +121,30 @@ void Server::readDoor() {
     }
 }
 
+/// The door, and of the players' sockets those where something waits: to ask all of them costs more
+/// than to read.
+void Server::readClients() {
+    readDoor();
+    Table<pollfd, MAX_PLAYERS> inputs{};
+    for (int i = 0; i < MAX_PLAYERS; ++i) {
+        // A descriptor below zero is passed over.
+        inputs[i] = {clients_[i] ? clients_[i]->socket.descriptor() : -1, POLLIN, 0};
+    }
+    if (::poll(inputs.data(), inputs.size(), 0) < 1) return;
+    for (int i = 0; i < MAX_PLAYERS; ++i) {
+        if (inputs[i].revents != 0) readClient(i);
+    }
+}
+
 void Server::readClient(int player) {
-    Address sender{};
-    std::string_view datagram;
-    for (int i = 0; i < MOST_OF_A_CLIENT && clients_[player]; ++i) {
-        Socket::Arrival const arrival = clients_[player]->socket.receive(buffer_, datagram, sender);
+    for (std::size_t read = 0; read < MOST_OF_A_CLIENT && clients_[player]; read += inbox_.size) {
+        Socket::Arrival const arrival = clients_[player]->socket.receiveSome(inbox_);
         if (arrival == Socket::Arrival::nothing) return;
         if (arrival == Socket::Arrival::peerGone) return match_.remove(player);
-        hear(player, datagram);
+        for (std::string_view const datagram : inbox_.items()) {
+            hear(player, datagram);
+        }
+        if (inbox_.size < Inbox::CAPACITY) return;
     }
 }
 

@@ -72,6 +72,7 @@ private:
     void noteSilence(int player);
 
     void readDoor();
+    void readClients();
     void readClient(int player);
     void hear(int player, std::string_view datagram);
     void admit(std::string_view datagram, Address const& sender);
@@ -97,7 +98,8 @@ private:
     int heldSteps_ = 0;            ///< tenths of a second since the first player joined
     Clock::time_point lastJoin_{}; ///< while the clock was held
     Course course_;
-    std::array<char, 8192> buffer_{};
+    std::array<char, Inbox::LONGEST> buffer_{}; ///< of the door
+    Inbox inbox_;                               ///< of the players' sockets
 };
 
 } // namespace practice

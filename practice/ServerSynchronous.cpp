@@ -73,9 +73,8 @@ void Server::spendHeldTime(Stop& stop, std::function<bool()> const& isOver) {
     while (stop == 0 && !isOver() && Clock::now() < end) {
         std::this_thread::sleep_for(REST);
         long const before = match_.world().joinedCount();
-        readDoor();
+        readClients();
         for (int i = 0; i < MAX_PLAYERS; ++i) {
-            readClient(i);
             noteAnswer(i);
             if (clients_[i]) clients_[i]->heard = 0;
         }

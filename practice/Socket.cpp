@@ -61,6 +61,24 @@ Socket::Arrival Socket::receive(std::span<char> buffer, std::string_view& text,
     return Arrival::datagram;
 }
 
+Socket::Arrival Socket::receiveSome(Inbox& inbox) const {
+    std::array<iovec, Inbox::CAPACITY> parts{};
+    std::array<mmsghdr, Inbox::CAPACITY> datagrams{};
+    for (std::size_t i = 0; i < Inbox::CAPACITY; ++i) {
+        parts[i] = {inbox.buffers[i].data(), inbox.buffers[i].size()};
+        datagrams[i].msg_hdr.msg_iov = &parts[i];
+        datagrams[i].msg_hdr.msg_iovlen = 1;
+    }
+    inbox.size = 0;
+    int const received = recvmmsg(fd_, datagrams.data(), Inbox::CAPACITY, MSG_DONTWAIT, nullptr);
+    if (received < 0) return errno == ECONNREFUSED ? Arrival::peerGone : Arrival::nothing;
+    inbox.size = static_cast<std::size_t>(received);
+    for (std::size_t i = 0; i < inbox.size; ++i) {
+        inbox.texts[i] = {inbox.buffers[i].data(), datagrams[i].msg_len};
+    }
+    return Arrival::datagram;
+}
+
 bool Socket::send(std::string_view text, Address const* peer) const {
     constexpr std::string_view NUL("\0", 1);
     return sendParts(text, NUL, peer);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <netinet/in.h>
 #include <optional>
 #include <span>
@@ -14,6 +15,18 @@ using Address = sockaddr_in;
 std::optional<Address> makeAddress(std::string const& dotted, int port);
 
 bool sameAddress(Address const& a, Address const& b);
+
+/// Datagrams that were received together. What does not fit into its buffer is cut.
+struct Inbox {
+    static constexpr std::size_t CAPACITY = 8;
+    static constexpr std::size_t LONGEST = 8192;
+
+    std::array<std::array<char, LONGEST>, CAPACITY> buffers;
+    std::array<std::string_view, CAPACITY> texts;
+    std::size_t size = 0;
+
+    std::span<std::string_view const> items() const { return {texts.data(), size}; }
+};
 
 /// A UDP socket that never blocks and closes itself.
 class Socket {
@@ -36,6 +49,8 @@ public:
 
     /// Fills `text` (a view into `buffer`; what does not fit is cut) and `sender`.
     Arrival receive(std::span<char> buffer, std::string_view& text, Address& sender) const;
+    /// From the connected peer as many as have come and fit into `inbox`.
+    Arrival receiveSome(Inbox& inbox) const;
     /// To the peer, null: the connected one. Adds the NUL that ends every datagram. False when the
     /// connected peer is gone.
     bool send(std::string_view text, Address const* peer = nullptr) const;
