@@ -7,7 +7,7 @@ from collections.abc import Callable
 from pathlib import Path
 from typing import NoReturn
 
-from matches.places import LAUNCHER
+from matches.places import DEFAULT_CONF, LAUNCHER
 from matches.words import Failure
 
 
@@ -33,6 +33,25 @@ class Parser(argparse.ArgumentParser):
         text = text.replace(": expected one argument", " needs a value")
         text = text.replace(": takes", " takes")
         raise Failure(text, f"Try {self.prog} --help", status=2)
+
+
+def add_team_options(parser: Parser) -> None:
+    """Settings and programs of both teams: left_conf, left_agent, right_conf, right_agent."""
+    for side in ("left", "right"):
+        parser.add_argument(
+            f"--{side}-conf",
+            type=readable_file,
+            default=DEFAULT_CONF,
+            metavar="FILE",
+            help=f"settings of the {side} team (player.conf)",
+        )
+        parser.add_argument(
+            f"--{side}-agent",
+            type=program,
+            metavar="FILE",
+            help="the program that plays for it: called with host, team name and, for player 1, "
+            "-goalie, in a folder with its player.conf (build/agent)",
+        )
 
 
 class _Formatter(argparse.RawDescriptionHelpFormatter):

@@ -1,9 +1,7 @@
 """./play: a match of two teams on this machine, on the practice server."""
 
-import signal
 from dataclasses import dataclass, replace
 from pathlib import Path
-from types import FrameType
 
 from rich.console import Console
 
@@ -12,12 +10,13 @@ from matches.build import build_programs
 from matches.duration import expected_duration
 from matches.judge import faults
 from matches.match import Match
-from matches.places import DEFAULT_CONF, work_folder
+from matches.places import work_folder
+from matches.processes import Signals
 from matches.progress import Progress
 from matches.repeat import difference, fingerprint
 from matches.replay import make_replay, page_of_viewer
 from matches.results import MatchOutcome
-from matches.settings import MatchSettings, TeamSettings, check_conf
+from matches.settings import MatchSettings, TeamSettings, warn_of_settings
 from matches.table import WIDTH, report
 from matches.words import Failure, duration, say, shown
 
@@ -39,7 +38,7 @@ option, with 130 after Ctrl-C.
 def _parser() -> options.Parser:
     parser = options.Parser("play", "[option ...]", ABOUT, STATUS)
     add = parser.add_argument
-    number, file, program = options.whole_number, options.readable_file, options.program
+    number = options.whole_number
     add(
         "--half-cycles",
         type=number(1, 100000),
@@ -55,20 +54,7 @@ def _parser() -> options.Parser:
             metavar="NAME",
             help=f"name of the team that starts on the {side} ({side.capitalize()})",
         )
-        add(
-            f"--{side}-conf",
-            type=file,
-            default=DEFAULT_CONF,
-            metavar="FILE",
-            help="its settings (player.conf)",
-        )
-        add(
-            f"--{side}-agent",
-            type=program,
-            metavar="FILE",
-            help="the program that plays for it: called with host, team name and, for player 1, "
-            "-goalie, in a folder with its player.conf (build/agent)",
-        )
+    options.add_team_options(parser)
     add(
         "--seed",
         type=number(0, 999999999),
@@ -168,32 +154,14 @@ def _settings(arguments: list[str]) -> tuple[MatchSettings, _Wishes]:
     return settings, _Wishes(given.players, given.repeat_check)
 
 
-class _Signals:
-    """The first wish to end stops the match, the second one us."""
-
-    def __init__(self, match: Match) -> None:
-        self.number = 0
-        self._match = match
-        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
-            signal.signal(number, self._handle)
-
-    def _handle(self, number: int, _frame: FrameType | None) -> None:
-        if self.number:
-            raise KeyboardInterrupt
-        self.number = number
-        self._match.stop()
-
-
 def main(arguments: list[str]) -> int:
     """Plays; returns the exit status."""
     settings, wishes = _settings(arguments)
     programs, build = build_programs("play")
-    for conf in {settings.left.conf, settings.right.conf}:
-        for warning in check_conf(programs, conf).warnings:
-            say("play", warning)
+    warn_of_settings("play", programs, settings.left, settings.right)
     match = Match(settings, programs, work_folder())
     match.tell_address = lambda address: say("play", f"open {address} to see the match")
-    signals = _Signals(match)
+    signals = Signals(lambda _: match.stop())
     say("play", _announcement(settings))
     say("play", f"port {match.port}, files in {shown(match.folder)}/; Ctrl-C ends it")
     with Progress(settings.half_cycles, fast=settings.fast) as progress:
@@ -217,7 +185,7 @@ def _announcement(settings: MatchSettings) -> str:
 def _check_repeat(settings: MatchSettings, programs: Path, first: Path) -> int:
     """Plays it once more."""
     match = Match(replace(settings, keep=first / "repeat"), programs, work_folder())
-    signals = _Signals(match)
+    signals = Signals(lambda _: match.stop())
     say("play", f"once more, files in {shown(match.folder)}/")
     second = match.run(None, lambda _: None).folder
     if signals.number:

@@ -8,6 +8,7 @@ from collections.abc import Callable, Iterable, Mapping, Sequence
 from contextlib import suppress
 from dataclasses import dataclass
 from pathlib import Path
+from types import FrameType
 
 from matches.words import Failure
 
@@ -106,6 +107,22 @@ class Program:
             self._swept = True
             with suppress(ProcessLookupError, PermissionError):
                 os.killpg(self.pid, signal.SIGKILL)
+
+
+class Signals:
+    """The first wish to end is noted in `number` and passed on, the second one ends us."""
+
+    def __init__(self, stop: Callable[[int], None] = lambda _: None) -> None:
+        self.number = 0
+        self._stop = stop
+        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+            signal.signal(number, self._handle)
+
+    def _handle(self, number: int, _frame: FrameType | None) -> None:
+        if self.number:
+            raise KeyboardInterrupt
+        self.number = number
+        self._stop(number)
 
 
 def wait_until(condition: Callable[[], bool], seconds: float) -> bool:

@@ -1,11 +1,9 @@
 """./scene: plays a scene many times, and tells how often it goes well."""
 
 import math
-import signal
 from collections import Counter
 from contextlib import ExitStack
 from pathlib import Path
-from types import FrameType
 
 from rich import box
 from rich.console import Console
@@ -15,11 +13,11 @@ from matches import options
 from matches.build import build_programs
 from matches.conditions import Verdict
 from matches.locks import lock_keep_folder
-from matches.places import DEFAULT_CONF, work_folder
+from matches.places import work_folder
 from matches.ports import take_port
-from matches.processes import Nursery
+from matches.processes import Nursery, Signals
 from matches.scenefile import Scene, read_scene
-from matches.settings import TeamSettings, check_conf
+from matches.settings import TeamSettings, warn_of_settings
 from matches.training import Training, TrainingSettings
 from matches.words import Failure, say, shown
 
@@ -50,20 +48,7 @@ def _parser() -> options.Parser:
         metavar="N",
         help="where all chance starts: the same seed gives the same trials (1)",
     )
-    for side in ("left", "right"):
-        add(
-            f"--{side}-conf",
-            type=options.readable_file,
-            default=DEFAULT_CONF,
-            metavar="FILE",
-            help=f"settings of the {side} team (player.conf)",
-        )
-        add(
-            f"--{side}-agent",
-            type=options.program,
-            metavar="FILE",
-            help="the program that plays for it (build/agent)",
-        )
+    options.add_team_options(parser)
     add("--real-time", action="store_true", help="ten cycles a second, as in a match; for looking")
     add(
         "--port",
@@ -114,28 +99,11 @@ def outcome_table(verdicts: list[Verdict]) -> Table:
     return table
 
 
-class _Signals:
-    """The first wish to end stops after the trial, the second one at once."""
-
-    def __init__(self) -> None:
-        self.number = 0
-        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
-            signal.signal(number, self._handle)
-
-    def _handle(self, number: int, _frame: FrameType | None) -> None:
-        if self.number:
-            raise KeyboardInterrupt
-        self.number = number
-
-
 def main(arguments: list[str]) -> int:
     """Plays; returns the exit status."""
     given = _parser().parse_args(arguments)
     scene = read_scene(given.file)
     programs, build = build_programs("scene")
-    for conf in {given.left_conf, given.right_conf}:
-        for warning in check_conf(programs, conf).warnings:
-            say("scene", warning)
     settings = TrainingSettings(
         TeamSettings("Left", given.left_conf, given.left_agent),
         TeamSettings("Right", given.right_conf, given.right_agent),
@@ -143,7 +111,8 @@ def main(arguments: list[str]) -> int:
         given.seed,
         given.real_time,
     )
-    signals = _Signals()
+    warn_of_settings("scene", programs, settings.left, settings.right)
+    signals = Signals()
     with ExitStack() as stack:
         folder, lock = lock_keep_folder(given.keep, work_folder() / "scene-trials")
         stack.enter_context(lock)
@@ -160,7 +129,7 @@ def main(arguments: list[str]) -> int:
     return 128 + signals.number if signals.number else 0
 
 
-def _play(training: Training, trials: int, signals: _Signals) -> None:
+def _play(training: Training, trials: int, signals: Signals) -> None:
     console = Console()
     with console.status("") as status:
 

@@ -5,7 +5,7 @@ import subprocess
 from dataclasses import dataclass
 from pathlib import Path
 
-from matches.words import Failure, shown
+from matches.words import Failure, say, shown
 
 
 @dataclass(frozen=True)
@@ -70,6 +70,13 @@ def check_conf(programs: Path, conf: Path) -> Checked:
         )
     name, port, mark = run.stdout.splitlines()
     return Checked(Values(name, int(port), mark[:1]), complaints)
+
+
+def warn_of_settings(command: str, programs: Path, *teams: TeamSettings) -> None:
+    """Checks the settings of the teams and tells of what looks wrong; fails as check_conf does."""
+    for conf in {team.conf for team in teams}:
+        for warning in check_conf(programs, conf).warnings:
+            say(command, warning)
 
 
 def make_team_folder(folder: Path, conf: Path, name: str, port: int, mark: str) -> None:

@@ -1,10 +1,8 @@
 """./team: eleven players of one team on a server that already runs."""
 
 import argparse
-import signal
 import socket
 from pathlib import Path
-from types import FrameType
 
 from rich import box
 from rich.console import Console
@@ -15,6 +13,7 @@ from matches.build import build_programs
 from matches.locks import lock_keep_folder
 from matches.places import DEFAULT_CONF, work_folder
 from matches.players import KINDS, Player
+from matches.processes import Signals
 from matches.settings import check_conf, make_team_folder
 from matches.visit import NO_SERVER, Ending, Team, Where
 from matches.words import Failure, say, shown
@@ -111,13 +110,7 @@ def main(arguments: list[str]) -> int:
         make_team_folder(folder, given.conf, name, where.port, given.say_id or values.say_mark)
         team = Team(where, name, folder)
 
-        def stop(number: int, _frame: FrameType | None) -> None:
-            if team.stopped_by:
-                raise KeyboardInterrupt
-            team.stopped_by = number
-
-        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
-            signal.signal(number, stop)
+        Signals(team.stop)
         say("team", f"{name} plays on {where}; Ctrl-C stops it")
         ending = team.run(programs / "agent", build)
     _tell(team, ending, folder)

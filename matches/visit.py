@@ -52,7 +52,11 @@ class Team:
         self._joined: set[int] = set()
         self._began = self._heard = self._asked = time.monotonic()
         self.players: list[Player] = []
-        self.stopped_by = 0
+        self.stopped_by = 0  # the number of a signal
+
+    def stop(self, number: int) -> None:
+        """To be called by the handler of a signal."""
+        self.stopped_by = number
 
     @property
     def sight(self) -> Sight:
