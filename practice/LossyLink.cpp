@@ -12,8 +12,8 @@
 #include <thread>
 #include <vector>
 
+#include "net/Socket.h"
 #include "practice/Random.h"
-#include "practice/Socket.h"
 
 namespace {
 
@@ -41,25 +41,25 @@ volatile std::sig_atomic_t stopRequested = 0;
 
 class LossyLink {
 public:
-    LossyLink(Socket&& entrance, Address const& serverAddress, std::uint64_t seed)
+    LossyLink(net::Socket&& entrance, net::Address const& serverAddress, std::uint64_t seed)
         : door_(std::move(entrance)), server_(serverAddress), any_(serverAddress), random_(seed) {
         any_.sin_port = 0;
     }
 
     /// Passes on what waits; false when nothing has come for long.
     bool poll() {
-        Address sender{};
+        net::Address sender{};
         std::string_view datagram;
-        while (door_.receive(buffer_, datagram, sender) == Socket::Arrival::datagram) {
+        while (door_.receive(buffer_, datagram, sender) == net::Socket::Arrival::datagram) {
             if (Player* const player = playerAt(sender)) pass(*player, TO_SERVER, datagram);
         }
         for (Player& player : players_) {
             while (player.socket[TO_SERVER].receive(buffer_, datagram, player.server) ==
-                   Socket::Arrival::datagram) {
+                   net::Socket::Arrival::datagram) {
                 pass(player, TO_PLAYER, datagram);
             }
             while (player.socket[TO_PLAYER].receive(buffer_, datagram, sender) ==
-                   Socket::Arrival::datagram) {
+                   net::Socket::Arrival::datagram) {
                 pass(player, TO_SERVER, datagram);
             }
         }
@@ -85,8 +85,8 @@ public:
 private:
     /// The two sockets through which one player and the server know each other.
     struct Player {
-        Address address, server;
-        std::array<Socket, 2> socket;
+        net::Address address, server;
+        std::array<net::Socket, 2> socket;
     };
     struct Late {
         Clock::time_point due;
@@ -95,12 +95,12 @@ private:
         std::string text;
     };
 
-    Player* playerAt(Address const& sender) {
+    Player* playerAt(net::Address const& sender) {
         for (Player& player : players_) {
             if (player.address.sin_port == sender.sin_port) return &player;
         }
-        auto inner = Socket::bound(any_);
-        auto outer = Socket::bound(any_);
+        auto inner = net::Socket::bound(any_);
+        auto outer = net::Socket::bound(any_);
         if (!inner || !outer) return nullptr;
         return &players_.emplace_back(
             Player{sender, server_, {std::move(*inner), std::move(*outer)}});
@@ -146,9 +146,9 @@ private:
                                       direction == TO_SERVER ? &player.server : &player.address);
     }
 
-    Socket door_;
-    Address server_;
-    Address any_; ///< ours, any port
+    net::Socket door_;
+    net::Address server_;
+    net::Address any_; ///< ours, any port
     Random random_;
     std::vector<Player> players_;
     std::vector<Late> waiting_;
@@ -164,9 +164,9 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "usage: lossy-link PORT SERVERPORT SEED\n");
         return 2;
     }
-    auto const own = makeAddress("127.0.0.1", std::atoi(argv[1]));
-    auto const server = makeAddress("127.0.0.1", std::atoi(argv[2]));
-    auto door = Socket::bound(*own);
+    auto const own = net::makeAddress("127.0.0.1", std::atoi(argv[1]));
+    auto const server = net::makeAddress("127.0.0.1", std::atoi(argv[2]));
+    auto door = net::Socket::bound(*own);
     if (!door) {
         std::perror("lossy-link: cannot listen there");
         return 1;

@@ -10,7 +10,7 @@ namespace practice {
 
 namespace {
 
-void tell(Socket const& socket, World const& world, std::string_view text) {
+void tell(net::Socket const& socket, World const& world, std::string_view text) {
     std::string message;
     gamelog::append(message,
                     gamelog::Msg{world.cycle, gamelog::Msg::REFEREE_BOARD, std::string(text)});
@@ -19,16 +19,17 @@ void tell(Socket const& socket, World const& world, std::string_view text) {
 
 } // namespace
 
-Monitors::Monitors(Address const& own, std::vector<std::string> greeting)
+Monitors::Monitors(net::Address const& own, std::vector<std::string> greeting)
     : own_(own), greeting_(std::move(greeting)) {
     own_.sin_port = 0;
 }
 
 // ---- Joining and leaving
 
-bool Monitors::receiveAtDoor(Socket const& door, Address const& sender, std::string_view datagram) {
+bool Monitors::receiveAtDoor(net::Socket const& door, net::Address const& sender,
+                             std::string_view datagram) {
     bool const known = std::ranges::any_of(
-        monitors_, [&sender](Monitor const& m) { return sameAddress(m.address, sender); });
+        monitors_, [&sender](Monitor const& m) { return net::sameAddress(m.address, sender); });
     if (!known && !isMonitorGreeting(datagram)) return false;
     std::string_view const refusal =
         known ? "(error only_init_allowed_on_init_port)" : admit(sender, datagram);
@@ -37,14 +38,14 @@ bool Monitors::receiveAtDoor(Socket const& door, Address const& sender, std::str
 }
 
 /// Returns the refusal; empty: it has joined.
-std::string_view Monitors::admit(Address const& sender, std::string_view greeting) {
+std::string_view Monitors::admit(net::Address const& sender, std::string_view greeting) {
     auto const version = readMonitorVersion(greeting);
     if (!version) return ILLEGAL_FORM;
     if (*version < OLDEST_VERSION || *version > NEWEST_VERSION) {
         return "(error illegal_client_version)";
     }
     if (std::ssize(monitors_) >= MAX_MONITORS) return "(error no_more_monitor)";
-    auto socket = Socket::bound(own_);
+    auto socket = net::Socket::bound(own_);
     if (!socket || !socket->connectTo(sender)) return "(error connection_failed)";
     for (std::string const& message : greeting_) {
         socket->send(message);
@@ -72,13 +73,13 @@ struct Monitors::Execution {
 
 void Monitors::poll(Match& match) {
     constexpr int MOST_AT_A_TIME = 8; // the system drops what a flood brings beyond its buffer
-    Address sender{};
+    net::Address sender{};
     std::string_view datagram;
     for (Monitor& monitor : monitors_) {
         for (int i = 0; i < MOST_AT_A_TIME && !monitor.gone; ++i) {
-            Socket::Arrival const arrival = monitor.socket.receive(buffer_, datagram, sender);
-            if (arrival == Socket::Arrival::nothing) break;
-            if (arrival == Socket::Arrival::peerGone) {
+            net::Socket::Arrival const arrival = monitor.socket.receive(buffer_, datagram, sender);
+            if (arrival == net::Socket::Arrival::nothing) break;
+            if (arrival == net::Socket::Arrival::peerGone) {
                 monitor.gone = true;
             } else {
                 receive(monitor, datagram, match);

@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "gamelog/Records.h"
+#include "net/Socket.h"
 #include "practice/Match.h"
 #include "practice/MonitorCommands.h"
-#include "practice/Socket.h"
 
 namespace practice {
 
@@ -21,10 +21,11 @@ public:
 
     /// `own` is the server's address, with any port; `greeting` the datagrams that a new monitor
     /// gets first.
-    Monitors(Address const& own, std::vector<std::string> greeting);
+    Monitors(net::Address const& own, std::vector<std::string> greeting);
 
     /// A datagram on the players' port. False if it does not concern monitors; else it is answered.
-    bool receiveAtDoor(Socket const& door, Address const& sender, std::string_view datagram);
+    bool receiveAtDoor(net::Socket const& door, net::Address const& sender,
+                       std::string_view datagram);
     /// Executes what the monitors have sent to their own ports.
     void poll(Match& match);
     /// At the end of every step.
@@ -37,19 +38,19 @@ private:
     static constexpr int NEWEST_VERSION = 5;
 
     struct Monitor {
-        Address address;
-        Socket socket;
+        net::Address address;
+        net::Socket socket;
         int version;
         bool gone = false;
     };
     struct Execution;
 
-    std::string_view admit(Address const& sender, std::string_view greeting);
+    std::string_view admit(net::Address const& sender, std::string_view greeting);
     void receive(Monitor& monitor, std::string_view datagram, Match& match);
     void forgetGone();
     std::string const& showFor(int version);
 
-    Address own_;
+    net::Address own_;
     std::vector<std::string> greeting_;
     std::vector<Monitor> monitors_;
     gamelog::Show show_;

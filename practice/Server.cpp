@@ -37,8 +37,8 @@ std::string bindProblem(Options const& options) {
 } // namespace
 
 std::unique_ptr<Server> Server::open(Options const& options, std::string& problem) {
-    auto const address = makeAddress(options.address, options.port);
-    auto door = address ? Socket::bound(*address) : std::nullopt;
+    auto const address = net::makeAddress(options.address, options.port);
+    auto door = address ? net::Socket::bound(*address) : std::nullopt;
     if (!door) {
         problem = address ? bindProblem(options) : text(options.address, " is no IPv4 address");
         return nullptr;
@@ -51,8 +51,8 @@ std::unique_ptr<Server> Server::open(Options const& options, std::string& proble
 
 bool Server::openTrainer(std::string& problem) {
     if (!options_.trainer) return true;
-    auto door = makeAddress(options_.address, door_.port() + 1);
-    auto socket = door ? Socket::bound(*door) : std::nullopt;
+    auto door = net::makeAddress(options_.address, door_.port() + 1);
+    auto socket = door ? net::Socket::bound(*door) : std::nullopt;
     if (!socket) {
         problem =
             text("the trainer's port ", door_.port() + 1, " cannot be used: ", std::strerror(errno),
@@ -72,7 +72,7 @@ bool Server::openLog(std::vector<std::string> const& parameters, std::string& pr
     return true;
 }
 
-Server::Server(Options const& options, Address const& address, Socket door,
+Server::Server(Options const& options, net::Address const& address, net::Socket door,
                std::vector<std::string> const& parameters)
     : options_(options), any_(address), door_(std::move(door)), match_(options.match),
       monitors_(address, parameters), scoreboard_(options.scoreboard, stdout) {
@@ -109,10 +109,10 @@ void Server::runInRealTime(Stop& stop) {
 // ---- Network
 
 void Server::readDoor() {
-    Address sender{};
+    net::Address sender{};
     std::string_view datagram;
     for (int i = 0; i < MOST_AT_THE_DOOR; ++i) {
-        if (door_.receive(buffer_, datagram, sender) != Socket::Arrival::datagram) return;
+        if (door_.receive(buffer_, datagram, sender) != net::Socket::Arrival::datagram) return;
         if (int const player = playerAt(sender); player != NOBODY) {
             hear(player, datagram);
         } else if (!monitors_.receiveAtDoor(door_, sender, datagram)) {
@@ -138,13 +138,13 @@ void Server::readClients() {
 
 void Server::readClient(int player) {
     for (std::size_t read = 0; read < MOST_OF_A_CLIENT && clients_[player]; read += inbox_.size) {
-        Socket::Arrival const arrival = clients_[player]->socket.receiveSome(inbox_);
-        if (arrival == Socket::Arrival::nothing) return;
-        if (arrival == Socket::Arrival::peerGone) return match_.remove(player);
+        net::Socket::Arrival const arrival = clients_[player]->socket.receiveSome(inbox_);
+        if (arrival == net::Socket::Arrival::nothing) return;
+        if (arrival == net::Socket::Arrival::peerGone) return match_.remove(player);
         for (std::string_view const datagram : inbox_.items()) {
             hear(player, datagram);
         }
-        if (inbox_.size < Inbox::CAPACITY) return;
+        if (inbox_.size < net::Inbox::CAPACITY) return;
     }
 }
 
@@ -155,8 +155,8 @@ void Server::hear(int player, std::string_view datagram) {
 }
 
 /// Opens the socket first: a player that cannot be answered must not join.
-void Server::admit(std::string_view datagram, Address const& sender) {
-    auto socket = Socket::bound(any_);
+void Server::admit(std::string_view datagram, net::Address const& sender) {
+    auto socket = net::Socket::bound(any_);
     bool const connected = socket && socket->connectTo(sender);
     Match::Joined const joined =
         connected ? match_.join(datagram) : Match::Joined{NOBODY, "(error connection_failed)"};
@@ -167,9 +167,9 @@ void Server::admit(std::string_view datagram, Address const& sender) {
     }
 }
 
-int Server::playerAt(Address const& sender) const {
+int Server::playerAt(net::Address const& sender) const {
     for (int i = 0; i < MAX_PLAYERS; ++i) {
-        if (clients_[i] && sameAddress(clients_[i]->address, sender)) return i;
+        if (clients_[i] && net::sameAddress(clients_[i]->address, sender)) return i;
     }
     return NOBODY;
 }

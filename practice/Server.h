@@ -7,13 +7,13 @@
 #include <optional>
 #include <string>
 
+#include "net/Socket.h"
 #include "practice/GameLog.h"
 #include "practice/Match.h"
 #include "practice/Monitors.h"
 #include "practice/Options.h"
 #include "practice/Results.h"
 #include "practice/Scoreboard.h"
-#include "practice/Socket.h"
 #include "practice/Trainer.h"
 
 namespace practice {
@@ -41,12 +41,12 @@ private:
 
     /// Datagrams that are sent together.
     struct Batch {
-        std::array<std::string_view, Socket::MOST_AT_ONCE> datagrams;
+        std::array<std::string_view, net::Socket::MOST_AT_ONCE> datagrams;
         std::size_t size = 0;
     };
     struct Client {
-        Address address;
-        Socket socket;
+        net::Address address;
+        net::Socket socket;
         Batch batch{};
         // In synchronous mode:
         bool asked = false;  ///< a (think) is out to which there has been no answer
@@ -55,7 +55,7 @@ private:
         int heard = 0;       ///< datagrams in this cycle
     };
 
-    Server(Options const& options, Address const& address, Socket door,
+    Server(Options const& options, net::Address const& address, net::Socket door,
            std::vector<std::string> const& parameters);
 
     bool openTrainer(std::string& problem);
@@ -75,8 +75,8 @@ private:
     void readClients();
     void readClient(int player);
     void hear(int player, std::string_view datagram);
-    void admit(std::string_view datagram, Address const& sender);
-    int playerAt(Address const& sender) const;
+    void admit(std::string_view datagram, net::Address const& sender);
+    int playerAt(net::Address const& sender) const;
     void sendOutbox(bool asking = false);
     void queue(int player, std::string_view datagram);
     void flush(int player);
@@ -85,8 +85,8 @@ private:
     void writeResults() const;
 
     Options options_;
-    Address any_; ///< our address, any port
-    Socket door_;
+    net::Address any_; ///< our address, any port
+    net::Socket door_;
     Match match_;
     Table<std::optional<Client>, MAX_PLAYERS> clients_;
     Monitors monitors_;
@@ -98,8 +98,8 @@ private:
     int heldSteps_ = 0;            ///< tenths of a second since the first player joined
     Clock::time_point lastJoin_{}; ///< while the clock was held
     Course course_;
-    std::array<char, Inbox::LONGEST> buffer_{}; ///< of the door
-    Inbox inbox_;                               ///< of the players' sockets
+    std::array<char, net::Inbox::LONGEST> buffer_{}; ///< of the door
+    net::Inbox inbox_;                               ///< of the players' sockets
 };
 
 } // namespace practice

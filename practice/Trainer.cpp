@@ -51,7 +51,7 @@ Player const* find(World const& world, PlayerName const& name) {
 
 } // namespace
 
-Trainer::Trainer(Address const& own, Socket door, int halfCycles)
+Trainer::Trainer(net::Address const& own, net::Socket door, int halfCycles)
     : own_(own), door_(std::move(door)), halfCycles_(halfCycles) {
     own_.sin_port = 0;
 }
@@ -64,16 +64,16 @@ void Trainer::poll(Match& match) {
 }
 
 void Trainer::readDoor(Match& match) {
-    Address sender{};
+    net::Address sender{};
     std::string_view datagram;
     for (int i = 0; i < MOST_AT_A_TIME; ++i) {
-        if (door_.receive(buffer_, datagram, sender) != Socket::Arrival::datagram) return;
+        if (door_.receive(buffer_, datagram, sender) != net::Socket::Arrival::datagram) return;
         receiveAtDoor(sender, datagram, match);
     }
 }
 
-void Trainer::receiveAtDoor(Address const& sender, std::string_view datagram, Match& match) {
-    bool const known = client_ && sameAddress(client_->address, sender);
+void Trainer::receiveAtDoor(net::Address const& sender, std::string_view datagram, Match& match) {
+    bool const known = client_ && net::sameAddress(client_->address, sender);
     if (known) return execute(datagram, match);
     if (client_) {
         door_.send("(error already_have_offline_coach)", &sender);
@@ -87,10 +87,10 @@ void Trainer::receiveAtDoor(Address const& sender, std::string_view datagram, Ma
 }
 
 /// Returns the refusal; empty: it has joined.
-std::string_view Trainer::admit(Address const& sender, double version) {
+std::string_view Trainer::admit(net::Address const& sender, double version) {
     if (version < 0.0) return ILLEGAL_FORM;
     if (version < 1.0 || version >= FIRST_REFUSED) return "(error illegal_client_version)";
-    auto socket = Socket::bound(own_);
+    auto socket = net::Socket::bound(own_);
     if (!socket || !socket->connectTo(sender)) return "(error connection_failed)";
     bool const isOld = version < FIRST_SHORT_NAMES;
     client_ = Client{sender, std::move(*socket), isOld};
@@ -104,12 +104,12 @@ std::string_view Trainer::admit(Address const& sender, double version) {
 }
 
 void Trainer::readClient(Match& match) {
-    Address sender{};
+    net::Address sender{};
     std::string_view datagram;
     for (int i = 0; i < MOST_AT_A_TIME && client_; ++i) {
-        Socket::Arrival const arrival = client_->socket.receive(buffer_, datagram, sender);
-        if (arrival == Socket::Arrival::nothing) return;
-        if (arrival == Socket::Arrival::peerGone) {
+        net::Socket::Arrival const arrival = client_->socket.receive(buffer_, datagram, sender);
+        if (arrival == net::Socket::Arrival::nothing) return;
+        if (arrival == net::Socket::Arrival::peerGone) {
             client_.reset();
         } else {
             execute(datagram, match);

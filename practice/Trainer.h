@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "net/Socket.h"
 #include "practice/Match.h"
-#include "practice/Socket.h"
 #include "practice/TrainerCommands.h"
 
 namespace practice {
@@ -22,7 +22,7 @@ class Trainer : public Observer {
 public:
     /// `own` is the server's address, with any port; `door` is where a trainer introduces itself.
     /// `halfCycles` is for the messages after that.
-    Trainer(Address const& own, Socket door, int halfCycles);
+    Trainer(net::Address const& own, net::Socket door, int halfCycles);
     Trainer(Trainer const&) = delete; ///< the match knows where it is
     Trainer& operator=(Trainer const&) = delete;
 
@@ -48,23 +48,23 @@ public:
 
 private:
     struct Client {
-        Address address;
-        Socket socket;
+        net::Address address;
+        net::Socket socket;
         bool longNames; ///< of an old protocol
     };
     struct Execution;
 
     void readDoor(Match& match);
     void readClient(Match& match);
-    void receiveAtDoor(Address const& sender, std::string_view datagram, Match& match);
-    std::string_view admit(Address const& sender, double version);
+    void receiveAtDoor(net::Address const& sender, std::string_view datagram, Match& match);
+    std::string_view admit(net::Address const& sender, double version);
     void execute(std::string_view datagram, Match& match);
     void answer(std::string const& text);
     std::string sight(World const& world) const;
     std::string nameOf(World const& world, Player const& player) const;
 
-    Address own_;
-    Socket door_;
+    net::Address own_;
+    net::Socket door_;
     int halfCycles_;
     std::optional<Client> client_;
     bool obeysStrangers_ = false; ///< and has started the match for the first of them

@@ -10,7 +10,8 @@ namespace watch {
 
 namespace {
 
-constexpr int MOST_AT_A_TIME = 64; // datagrams that are read before anything else is looked at
+constexpr int MOST_AT_A_TIME = 64;      // datagrams that are read before anything else is looked at
+constexpr int RECEIVE_BUFFER = 1 << 20; // bytes
 constexpr std::size_t LONGEST_REMARK = 200;
 
 bool isError(std::string_view datagram) {
@@ -67,8 +68,9 @@ void Monitor::dial(Clock::time_point now) {
     nextDial_ = now + server_.redial;
     version_ = NEWEST_VERSION;
     // The same socket as long as nobody has answered: a server that reads late admits it only once.
-    if (!socket_) socket_ = UdpSocket::open();
+    if (!socket_) socket_ = net::Socket::bound(*net::makeAddress("0.0.0.0", 0));
     if (socket_) {
+        socket_->enlarge(RECEIVE_BUFFER);
         askToWatch();
     } else {
         tellStatus("the system has no socket to give");
@@ -79,7 +81,7 @@ void Monitor::askToWatch() const {
     socket_->send(joined({"(dispinit version ", std::to_string(version_), ")"}), &server_.address);
 }
 
-void Monitor::takeAtDoor(std::string_view datagram, Address const& sender) {
+void Monitor::takeAtDoor(std::string_view datagram, net::Address const& sender) {
     if (sender.sin_addr.s_addr != server_.address.sin_addr.s_addr) return;
     if (isError(datagram)) {
         if (sender.sin_port == server_.address.sin_port) takeRefusal(datagram);
@@ -99,7 +101,7 @@ void Monitor::takeRefusal(std::string_view datagram) {
     }
 }
 
-void Monitor::welcome(Address const& sender) {
+void Monitor::welcome(net::Address const& sender) {
     {
         std::lock_guard const lock(mutex_);
         connected_ = socket_->connectTo(sender);
@@ -123,10 +125,10 @@ void Monitor::lose(std::string const& why) {
 void Monitor::receive(Clock::time_point now) {
     for (int i = 0; i < MOST_AT_A_TIME && socket_; ++i) {
         std::string_view datagram;
-        Address sender{};
-        UdpSocket::Arrival const arrival = socket_->receive(buffer_, datagram, sender);
-        if (arrival == UdpSocket::Arrival::nothing) return;
-        if (arrival == UdpSocket::Arrival::peerGone) {
+        net::Address sender{};
+        net::Socket::Arrival const arrival = socket_->receive(buffer_, datagram, sender);
+        if (arrival == net::Socket::Arrival::nothing) return;
+        if (arrival == net::Socket::Arrival::peerGone) {
             if (connected_) lose("the server has gone");
             continue;
         }

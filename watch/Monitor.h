@@ -7,9 +7,9 @@
 #include <string>
 #include <string_view>
 
+#include "net/Socket.h"
 #include "watch/History.h"
 #include "watch/Recorder.h"
-#include "watch/UdpSocket.h"
 
 namespace watch {
 
@@ -22,7 +22,7 @@ public:
 
     struct Server {
         std::string host; ///< as browsers are told
-        Address address{};
+        net::Address address{};
         Milliseconds silence{3000}; ///< without a datagram, after which it counts as gone
         Milliseconds redial{1000};  ///< between two attempts to reach it
     };
@@ -43,9 +43,9 @@ private:
     void dial(Clock::time_point now);
     void askToWatch() const;
     void receive(Clock::time_point now);
-    void takeAtDoor(std::string_view datagram, Address const& sender);
+    void takeAtDoor(std::string_view datagram, net::Address const& sender);
     void takeRefusal(std::string_view datagram);
-    void welcome(Address const& sender);
+    void welcome(net::Address const& sender);
     void takeFromServer(std::string_view datagram);
     void lose(std::string const& why);
     void tellStatus(std::string const& text);
@@ -54,7 +54,7 @@ private:
     History& history_;
     Recorder recorder_;
     std::mutex mutex_; // what `send` uses is changed with it
-    std::optional<UdpSocket> socket_;
+    std::optional<net::Socket> socket_;
     bool connected_ = false;
     int version_ = NEWEST_VERSION;
     Clock::time_point nextDial_{}, lastHeard_{};

@@ -3,6 +3,7 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <functional>
 #include <future>
 #include <thread>
 
@@ -36,17 +37,19 @@ void greet(watch::Options const& options, watch::Access const& access) {
     std::fflush(stdout);
 }
 
-int serve(watch::Options const& options, watch::Address const& server, std::string const& page) {
+int serve(watch::Options const& options, net::Address const& server, std::string const& page) {
     watch::History history(options.history * watch::Options::MEGABYTE, watch::randomHex(RUN_BYTES));
     watch::Monitor monitor({.host = options.host, .address = server}, history);
-    watch::WebServer web(history, [&monitor](auto command) { return monitor.send(command); });
+    std::function<bool(std::string_view)> sendCommand;
+    if (!options.lookOnly) sendCommand = [&](auto command) { return monitor.send(command); };
+    watch::WebServer web(history, sendCommand);
     std::string const wrong = web.bind(options.address, options.http);
     if (!wrong.empty()) return fail(1, wrong);
     watch::Access const access(options.address, web.port(), watch::randomHex(TOKEN_BYTES));
     greet(options, access);
 
     std::packaged_task<void()> answering(
-        [&] { web.run(access, watch::livePage(page, access.token())); });
+        [&] { web.run(access, watch::livePage(page, options.lookOnly ? "" : access.token())); });
     std::future<void> const answered = answering.get_future();
     std::thread answerer(std::move(answering));
     while (stopRequested == 0) {
@@ -75,7 +78,7 @@ int main(int argc, char** argv) {
     }
     std::signal(SIGINT, requestStop);
     std::signal(SIGTERM, requestStop);
-    auto const server = watch::resolve(options.host, options.port);
+    auto const server = net::resolve(options.host, options.port);
     if (!server) return fail(1, "there is no machine called " + options.host);
     std::string const path = watch::findPage(options.page);
     if (path.empty()) {

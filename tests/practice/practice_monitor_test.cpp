@@ -10,6 +10,7 @@
 #include "practice/ParameterRecords.h"
 #include "tests/gamelog/Files.h"
 #include "tests/practice/Game.h"
+#include "tests/practice/Guest.h"
 #include "tests/practice/Skeleton.h"
 #include "tests/support/Allocations.h"
 
@@ -19,33 +20,11 @@ using namespace std::string_view_literals;
 
 namespace {
 
-/// A program that watches.
-struct Watcher {
-    Socket socket = *Socket::bound(*makeAddress("127.0.0.1", 0));
-    Address server{};
-
-    void send(std::string_view text, Address const& to) const { socket.send(text, &to); }
-    /// To its own port, with the NUL that a socket adds.
-    void send(std::string_view text) const { send(text, server); }
-
-    /// All datagrams that have come, without their NUL.
-    std::vector<std::string> received() {
-        std::vector<std::string> all;
-        std::array<char, 8192> buffer{};
-        std::string_view text;
-        while (socket.receive(buffer, text, server) == Socket::Arrival::datagram) {
-            EXPECT_TRUE(text.ends_with('\0'));
-            all.emplace_back(text.substr(0, text.size() - 1));
-        }
-        return all;
-    }
-};
-
 /// A match with monitors and the port where they introduce themselves.
 struct Watched : Game {
-    Address own = *makeAddress("127.0.0.1", 0);
-    Socket door = *Socket::bound(own);
-    Address doorAddress = *makeAddress("127.0.0.1", door.port());
+    net::Address own = *net::makeAddress("127.0.0.1", 0);
+    net::Socket door = *net::Socket::bound(own);
+    net::Address doorAddress = *net::makeAddress("127.0.0.1", door.port());
     Monitors monitors{own, parameterRecords({}, 6000)};
 
     Watched() : Game(2) {
@@ -54,20 +33,20 @@ struct Watched : Game {
 
     void readDoor() {
         std::array<char, 8192> buffer{};
-        Address sender{};
+        net::Address sender{};
         std::string_view text;
-        while (door.receive(buffer, text, sender) == Socket::Arrival::datagram) {
+        while (door.receive(buffer, text, sender) == net::Socket::Arrival::datagram) {
             EXPECT_TRUE(monitors.receiveAtDoor(door, sender, text));
         }
     }
     /// Says it at the door and returns what comes back.
-    std::vector<std::string> introduce(Watcher& watcher, std::string_view text) {
+    std::vector<std::string> introduce(Guest& watcher, std::string_view text) {
         watcher.send(text, doorAddress);
         readDoor();
         return watcher.received();
     }
     /// A monitor's command; returns the answers.
-    std::vector<std::string> command(Watcher& watcher, std::string_view text) {
+    std::vector<std::string> command(Guest& watcher, std::string_view text) {
         watcher.send(text);
         monitors.poll(match);
         return watcher.received();
@@ -89,9 +68,9 @@ using Texts = std::vector<std::string>;
 TEST(Monitors, AreGreetedAndShownTheMatch) {
     Watched g;
     g.start(11);
-    std::array<Watcher, 3> watchers;
+    std::array<Guest, 3> watchers;
     for (int version = 3; version <= 5; ++version) {
-        Watcher& watcher = watchers.at(static_cast<std::size_t>(version - 3));
+        Guest& watcher = watchers.at(static_cast<std::size_t>(version - 3));
         auto const greeting =
             g.introduce(watcher, "(dispinit version " + std::to_string(version) + ".9)");
         EXPECT_EQ(greeting, parameterRecords({}, 6000));
@@ -119,7 +98,7 @@ TEST(Monitors, AreGreetedAndShownTheMatch) {
 
 TEST(Monitors, AreShownAnEmptyPitchToo) {
     Watched g;
-    Watcher watcher;
+    Guest watcher;
     g.introduce(watcher, "(dispinit version 5)");
     g.step();
     auto const shows = watcher.received();
@@ -140,29 +119,29 @@ TEST(Monitors, TheDoorIsForIntroductionsOnly) {
                                        {"(dispinit version 1e300)", "(error illegal_command_form)"},
                                        {"(dispinit version)", "(error illegal_command_form)"},
                                        {"(dispinit version 5", "(error illegal_command_form)"}}) {
-        Watcher watcher;
+        Guest watcher;
         EXPECT_EQ(g.introduce(watcher, text), Texts{answer}) << text;
         EXPECT_EQ(watcher.server.sin_port, g.doorAddress.sin_port);
     }
-    Watcher first;
+    Guest first;
     g.introduce(first, "(dispinit version 5)");
     for (char const* const again : {"(dispinit version 5)", "(dispstart)"}) {
         EXPECT_EQ(g.introduce(first, again), Texts{"(error only_init_allowed_on_init_port)"});
     }
-    std::vector<Watcher> others(Monitors::MAX_MONITORS);
-    for (Watcher& watcher : others) {
+    std::vector<Guest> others(Monitors::MAX_MONITORS);
+    for (Guest& watcher : others) {
         auto const answer = g.introduce(watcher, "(dispinit version 4)");
         ASSERT_FALSE(answer.empty());
         if (&watcher != &others.back()) continue;
         EXPECT_EQ(answer, Texts{"(error no_more_monitor)"});
     }
     EXPECT_EQ(g.monitors.count(), std::size_t{Monitors::MAX_MONITORS});
-    EXPECT_FALSE(g.monitors.receiveAtDoor(g.door, *makeAddress("127.0.0.1", 9), "(init A)"));
+    EXPECT_FALSE(g.monitors.receiveAtDoor(g.door, *net::makeAddress("127.0.0.1", 9), "(init A)"));
 }
 
 TEST(Monitors, CommandsActLikeAReferee) {
     Watched g;
-    Watcher watcher;
+    Guest watcher;
     g.introduce(watcher, "(dispinit version 5)");
     g.join("Alpha");
     EXPECT_EQ(g.command(watcher, "(dispstart)"), Texts{});
@@ -206,7 +185,7 @@ TEST(Monitors, CommandsActLikeAReferee) {
 
 TEST(Monitors, WhatIsNotUnderstoodIsAnsweredInTheMatchsTime) {
     Watched g;
-    Watcher watcher;
+    Guest watcher;
     g.introduce(watcher, "(dispinit version 5)");
     Texts const refused{R"x((msg 0 1 "(error illegal_command_form)"))x"};
     for (char const* const bad :
@@ -241,12 +220,12 @@ TEST(Monitors, HostileBytesOnlyFail) {
 TEST(Monitors, NoneCanDisturbTheMatch) {
     Watched g;
     g.start(11);
-    Watcher deaf, flooding, good;
+    Guest deaf, flooding, good;
     g.introduce(deaf, "(dispinit version 5)");
     g.introduce(flooding, "(dispinit version 5)");
     g.introduce(good, "(dispinit version 3)");
     {
-        Watcher gone;
+        Guest gone;
         g.introduce(gone, "(dispinit version 4)");
         EXPECT_EQ(g.monitors.count(), 4U);
     }
@@ -271,7 +250,7 @@ TEST(Monitors, NoneCanDisturbTheMatch) {
 TEST(Monitors, AStepAllocatesNothing) {
     Watched g;
     g.start(11);
-    std::array<Watcher, 3> watchers;
+    std::array<Guest, 3> watchers;
     for (char const version : {'3', '4', '5'}) {
         std::string const text = std::string("(dispinit version ") + version + ')';
         g.introduce(watchers.at(static_cast<std::size_t>(version - '3')), text);

@@ -11,11 +11,11 @@ namespace {
 using namespace std::chrono_literals;
 
 /// Waits up to a second for a datagram that starts so.
-bool receives(Socket const& socket, std::string_view start, Address& sender) {
+bool receives(net::Socket const& socket, std::string_view start, net::Address& sender) {
     std::array<char, 8192> buffer{};
     std::string_view text;
     for (int i = 0; i < 200; ++i) {
-        while (socket.receive(buffer, text, sender) == Socket::Arrival::datagram) {
+        while (socket.receive(buffer, text, sender) == net::Socket::Arrival::datagram) {
             EXPECT_EQ(text.back(), '\0');
             if (text.starts_with(start)) return true;
         }
@@ -35,24 +35,24 @@ TEST(Server, PlaysOverTheLoopback) {
     std::string problem;
     auto const server = Server::open(options, problem);
     ASSERT_NE(server, nullptr) << problem;
-    Address const door = *makeAddress("127.0.0.1", server->port());
+    net::Address const door = *net::makeAddress("127.0.0.1", server->port());
     int volatile stop = 0;
     std::thread thread([&] { EXPECT_EQ(server->run(stop), 0); });
     {
-        auto const client = Socket::bound(*makeAddress("127.0.0.1", 0));
+        auto const client = net::Socket::bound(*net::makeAddress("127.0.0.1", 0));
         ASSERT_TRUE(client);
         client->send(std::string("\xff\0(((", 5), &door);
-        Address sender{};
+        net::Address sender{};
         EXPECT_TRUE(receives(*client, "(error unknown_command)", sender));
         client->send("(init Alpha (version 7.08))", &door);
         ASSERT_TRUE(receives(*client, "(init l 1 before_kick_off)", sender));
         EXPECT_NE(sender.sin_port, door.sin_port);
-        for (Address const& way : {sender, door}) {
+        for (net::Address const& way : {sender, door}) {
             client->send("(score)", &way);
             EXPECT_TRUE(receives(*client, "(score ", sender));
         }
         EXPECT_TRUE(receives(*client, "(see ", sender));
-        auto const monitor = Socket::bound(*makeAddress("127.0.0.1", 0));
+        auto const monitor = net::Socket::bound(*net::makeAddress("127.0.0.1", 0));
         ASSERT_TRUE(monitor);
         monitor->send("(dispinit version 4)", &door);
         EXPECT_TRUE(receives(*monitor, "(player_type (id 17)", sender));

@@ -11,6 +11,7 @@
 #include <thread>
 
 #include "practice/Server.h"
+#include "tests/practice/Guest.h"
 #include "tests/support/Allocations.h"
 
 using namespace practice;
@@ -32,8 +33,8 @@ public:
     enum class Manner { honest, silent, dying, leaving, lying, flooding, together };
 
     Client(int port, std::string const& team, Manner manner)
-        : manner_(manner), door_(*makeAddress("127.0.0.1", port)),
-          socket_(Socket::bound(*makeAddress("127.0.0.1", 0))) {
+        : manner_(manner), door_(*net::makeAddress("127.0.0.1", port)),
+          socket_(net::Socket::bound(*net::makeAddress("127.0.0.1", 0))) {
         socket_->send("(init " + team + " (version 7.08))", &door_);
         read(-1);
         EXPECT_TRUE(kind_.starts_with("(init ")) << kind_;
@@ -56,7 +57,8 @@ private:
         pollfd input{socket_->descriptor(), POLLIN, 0};
         std::string_view text;
         if (::poll(&input, 1, milliseconds) < 1) return false;
-        if (socket_->receive(buffer_, text, server_) != Socket::Arrival::datagram) return false;
+        if (socket_->receive(buffer_, text, server_) != net::Socket::Arrival::datagram)
+            return false;
         kind_ = text.substr(0, text.find_first_of(std::string_view(" \0", 2)));
         if (kind_ == "(init") kind_ = text;
         return true;
@@ -85,16 +87,47 @@ private:
     }
 
     Manner manner_;
-    Address door_, server_{};
-    std::optional<Socket> socket_;
+    net::Address door_, server_{};
+    std::optional<net::Socket> socket_;
     std::string kind_;
     int cycle_ = 0;
     std::array<char, 8192> buffer_{};
 };
 
+/// A monitor and a trainer that are there, and that never say or read anything again.
+struct Onlookers {
+    explicit Onlookers(int port) {
+        introduce(monitor, port, "(dispinit version 5)");
+        introduce(trainer, port + 1, "(init (version 7.08))");
+        trainer.send("(eye on)");
+        while (trainer.received().empty()) {
+            std::this_thread::yield();
+        }
+    }
+    static void introduce(practice_test::Guest& guest, int port, std::string_view greeting) {
+        guest.send(greeting, *net::makeAddress("127.0.0.1", port));
+        while (guest.received().empty()) {
+            std::this_thread::yield();
+        }
+    }
+
+    practice_test::Guest monitor, trainer;
+};
+
 class Synchronous : public testing::Test {
 protected:
     using Manner = Client::Manner;
+
+    /// The port above a free one may be in use; then it tries another.
+    static std::unique_ptr<Server> open(Options const& options) {
+        std::unique_ptr<Server> server;
+        std::string problem;
+        for (int i = 0; i < 10 && !server; ++i) {
+            server = Server::open(options, problem);
+        }
+        EXPECT_NE(server, nullptr) << problem;
+        return server;
+    }
 
     /// Plays with such players, who join in this order; the last of them is on the right.
     Played play(std::vector<Manner> const& manners, char const* seed = "1",
@@ -124,9 +157,7 @@ protected:
         arguments.insert(arguments.end(), more.begin(), more.end());
         Options options;
         EXPECT_EQ(readOptions(arguments, options), "");
-        std::string problem;
-        auto const server = Server::open(options, problem);
-        EXPECT_EQ(problem, "");
+        auto const server = open(options);
         int volatile stop = 0;
         std::atomic<bool> over = false;
         std::vector<std::thread> threads;
@@ -134,6 +165,8 @@ protected:
             server->run(stop);
             over = true;
         });
+        std::optional<Onlookers> onlookers;
+        if (options.trainer) onlookers.emplace(server->port());
         for (std::size_t i = 0; i < manners.size(); ++i) {
             bool const last = i + 1 == manners.size();
             auto client =
@@ -211,6 +244,18 @@ TEST_F(Synchronous, WhoIsGoneIsNotWaitedFor) {
     testing::internal::GetCapturedStderr();
     EXPECT_LT(died.seconds, 2.4);
     EXPECT_EQ(count(died.results, "\"lost\":true"), 1);
+}
+
+TEST_F(Synchronous, WhoOnlyLooksOnChangesNothing) {
+    Played const alone = play({honest, honest, honest});
+    testing::internal::CaptureStderr();
+    Played const watched = play({honest, honest, honest}, "1", {"--trainer"});
+    std::string const words = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(alone.game, watched.game);
+    // A trainer with open eyes is asked to think, and silent, it costs a pause.
+    EXPECT_GE(watched.seconds, 1.25);
+    EXPECT_LT(watched.seconds, 2.4);
+    EXPECT_EQ(count(words, "the trainer has not said (done)"), 1);
 }
 
 TEST_F(Synchronous, LiarsHarmNobodyElse) {

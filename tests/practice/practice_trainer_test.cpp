@@ -12,6 +12,7 @@
 #include "practice/Trainer.h"
 #include "tests/gamelog/Files.h"
 #include "tests/practice/Game.h"
+#include "tests/practice/Guest.h"
 
 using namespace practice;
 using namespace practice_test;
@@ -23,39 +24,21 @@ using Texts = std::vector<std::string>;
 
 Texts const ILLEGAL{"(error illegal_command_form)"};
 
-/// A program that speaks with a server.
-struct Client {
-    Socket socket = *Socket::bound(*makeAddress("127.0.0.1", 0));
-    Address server{};
-
-    /// All datagrams that have come, without the NUL at their ends.
-    Texts received() {
-        Texts all;
-        std::array<char, 8192> buffer{};
-        std::string_view text;
-        while (socket.receive(buffer, text, server) == Socket::Arrival::datagram) {
-            EXPECT_TRUE(text.ends_with('\0'));
-            all.emplace_back(text.substr(0, text.size() - 1));
-        }
-        return all;
-    }
-};
-
 struct Trained : Game {
-    Address own = *makeAddress("127.0.0.1", 0);
-    Address doorAddress{};
+    net::Address own = *net::makeAddress("127.0.0.1", 0);
+    net::Address doorAddress{};
     std::unique_ptr<Trainer> trainer;
-    Client client;
+    Guest client;
 
     Trained() : Game(22, 1000) {
-        auto door = Socket::bound(own);
-        doorAddress = *makeAddress("127.0.0.1", door->port());
+        auto door = net::Socket::bound(own);
+        doorAddress = *net::makeAddress("127.0.0.1", door->port());
         trainer = std::make_unique<Trainer>(own, std::move(*door), 3000);
         match.addObserver(*trainer);
         afterStep = [this] { trainer->show(world); };
     }
-    Texts atDoor(Client& who, std::string_view text) {
-        who.socket.send(text, &doorAddress);
+    Texts atDoor(Guest& who, std::string_view text) {
+        who.send(text, doorAddress);
         trainer->poll(match);
         return who.received();
     }
@@ -67,7 +50,7 @@ struct Trained : Game {
     }
     /// Says it on its own port; returns what comes back.
     Texts say(std::string_view text) {
-        client.socket.send(text, &client.server);
+        client.send(text);
         trainer->poll(match);
         return client.received();
     }
@@ -85,7 +68,7 @@ TEST(Trainer, IsGreetedWithTheParameters) {
     EXPECT_TRUE(greeting[3].starts_with("(player_type 0 "));
     EXPECT_NE(g.client.server.sin_port, g.doorAddress.sin_port);
 
-    Client second;
+    Guest second;
     EXPECT_EQ(g.atDoor(second, "(init (version 7.08))"),
               Texts{"(error already_have_offline_coach)"});
     EXPECT_EQ(g.atDoor(second, "(start)"), Texts{"(error already_have_offline_coach)"});
@@ -329,7 +312,7 @@ TEST(Trainer, ThinksOnlyWithItsEyeOn) {
     g.say("(done)");
     g.step();
     EXPECT_TRUE(g.trainer->isAwaited());
-    g.client = Client{}; // gone
+    g.client = Guest{}; // gone
     g.step(3);
     EXPECT_FALSE(g.trainer->isAwaited());
     EXPECT_EQ(g.atDoor(g.client, "(init (version 7))").size(), 4U);
@@ -375,7 +358,7 @@ TEST(Trainer, HostileDatagramsDoNoHarm) {
             datagram += ALPHABET[bits() % ALPHABET.size()];
         }
         (void)readTrainerVersion(datagram);
-        g.client.socket.send(datagram, &g.client.server);
+        g.client.send(datagram);
         if (i % 50 != 0) continue;
         g.trainer->poll(g.match);
         g.client.received();
@@ -386,7 +369,7 @@ TEST(Trainer, HostileDatagramsDoNoHarm) {
     // A flood waits: a poll reads a hundred datagrams of it.
     g.say("(change_mode play_on)");
     for (int i = 0; i < 150; ++i) {
-        g.client.socket.send("(check_ball)", &g.client.server);
+        g.client.send("(check_ball)");
     }
     g.trainer->poll(g.match);
     EXPECT_EQ(g.client.received().size(), 100U);

@@ -1,14 +1,17 @@
-#include "practice/Socket.h"
+#include "net/Socket.h"
 
 #include <arpa/inet.h>
 #include <array>
 #include <cerrno>
 #include <cstdint>
+#include <cstring>
+#include <netdb.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/uio.h>
 #include <unistd.h>
 
-namespace practice {
+namespace net {
 
 static sockaddr const* generic(Address const* address) {
     return reinterpret_cast<sockaddr const*>(address);
@@ -22,6 +25,19 @@ std::optional<Address> makeAddress(std::string const& dotted, int port) {
     address.sin_family = AF_INET;
     address.sin_port = htons(static_cast<std::uint16_t>(port));
     if (inet_pton(AF_INET, dotted.c_str(), &address.sin_addr) != 1) return std::nullopt;
+    return address;
+}
+
+std::optional<Address> resolve(std::string const& host, int port) {
+    addrinfo hints{};
+    hints.ai_family = AF_INET;
+    hints.ai_socktype = SOCK_DGRAM;
+    addrinfo* found = nullptr;
+    if (getaddrinfo(host.c_str(), nullptr, &hints, &found) != 0) return std::nullopt;
+    Address address{};
+    std::memcpy(&address, found->ai_addr, sizeof address);
+    freeaddrinfo(found);
+    address.sin_port = htons(static_cast<std::uint16_t>(port));
     return address;
 }
 
@@ -45,11 +61,20 @@ bool Socket::connectTo(Address const& peer) const {
     return ::connect(fd_, generic(&peer), sizeof peer) == 0;
 }
 
+void Socket::enlarge(int bytes) const {
+    setsockopt(fd_, SOL_SOCKET, SO_RCVBUF, &bytes, sizeof bytes);
+}
+
 int Socket::port() const {
     Address own{};
     socklen_t length = sizeof own;
     getsockname(fd_, generic(&own), &length);
     return ntohs(own.sin_port);
+}
+
+void Socket::wait(std::chrono::milliseconds patience) const {
+    pollfd readable{fd_, POLLIN, 0};
+    ::poll(&readable, 1, static_cast<int>(patience.count()));
 }
 
 Socket::Arrival Socket::receive(std::span<char> buffer, std::string_view& text,
@@ -122,4 +147,4 @@ bool Socket::sendParts(std::string_view text, std::string_view end, Address cons
     return sendmsg(fd_, &datagram, MSG_NOSIGNAL) >= 0 || errno != ECONNREFUSED;
 }
 
-} // namespace practice
+} // namespace net

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <chrono>
 #include <netinet/in.h>
 #include <optional>
 #include <span>
@@ -8,11 +9,16 @@
 #include <string_view>
 #include <utility>
 
-namespace practice {
+namespace net {
 
+/// Of IPv4, the only protocol that the field's servers speak.
 using Address = sockaddr_in;
 
+/// Of a dotted address; nothing if it is none.
 std::optional<Address> makeAddress(std::string const& dotted, int port);
+
+/// The address of a machine's name; nothing if it has none.
+std::optional<Address> resolve(std::string const& host, int port);
 
 bool sameAddress(Address const& a, Address const& b);
 
@@ -43,9 +49,15 @@ public:
     }
     ~Socket();
 
+    /// From now on only datagrams of `peer` arrive, and its end is noticed.
     bool connectTo(Address const& peer) const;
+    /// Room for what arrives while this program does not get the processor, in bytes. When there is
+    /// no more, the usual room has to do.
+    void enlarge(int bytes) const;
     int port() const;
     int descriptor() const { return fd_; } ///< to wait for
+    /// Waits for a datagram at most so long.
+    void wait(std::chrono::milliseconds patience) const;
 
     /// Fills `text` (a view into `buffer`; what does not fit is cut) and `sender`.
     Arrival receive(std::span<char> buffer, std::string_view& text, Address& sender) const;
@@ -70,4 +82,4 @@ private:
     int fd_;
 };
 
-} // namespace practice
+} // namespace net
