@@ -54,6 +54,8 @@ std::string readOptions(std::span<char const* const> arguments, Options& options
         std::string_view const argument = arguments[i];
         if (argument == "--help") {
             options.help = true;
+        } else if (argument == "--look-only") {
+            options.lookOnly = true;
         } else if (takesValue(argument)) {
             std::string_view const value = ++i < arguments.size() ? arguments[i] : "";
             if (std::string wrong = set(argument, value, options); !wrong.empty()) return wrong;
@@ -79,6 +81,7 @@ std::string helpText() {
            "  --http N        port for browsers; 0: any free one (8000)\n"
            "  --address ADDR  where browsers are listened for (127.0.0.1: this machine alone;\n"
            "                  0.0.0.0: all that can reach it, and all of them can give commands)\n"
+           "  --look-only     nobody can give commands\n"
            "  --page FILE     the viewer (viewer.html beside the program, or where it is "
            "installed)\n"
            "  --history MB    so much of a match is kept for those who come late (256)\n"

@@ -15,6 +15,7 @@ struct Options {
     int http = 8000;                   ///< their port; 0: any free one
     std::string page;                  ///< the viewer's file; empty: beside the program
     std::size_t history = 256;         ///< megabytes of the match that are kept
+    bool lookOnly = false;             ///< browsers can give no commands
     bool help = false;
 };
 

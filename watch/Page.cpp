@@ -56,9 +56,9 @@ Page readPage(std::string const& path) {
 std::string livePage(std::string text, std::string const& token) {
     std::size_t const source = sourceIn(text);
     if (source == std::string::npos) return text;
-    return text.replace(
-        source, NO_SOURCE.size(),
-        joined({R"({"live":"/events","commands":"/command","token":")", token, "\"}"}));
+    std::string const commands =
+        token.empty() ? "" : joined({R"(,"commands":"/command","token":")", token, "\""});
+    return text.replace(source, NO_SOURCE.size(), joined({R"({"live":"/events")", commands, "}"}));
 }
 
 } // namespace watch

@@ -15,7 +15,8 @@ struct Page {
 };
 Page readPage(std::string const& path);
 
-/// The page for a live match: where its events come from, and what its commands carry.
+/// The page for a live match: where its events come from, and what its commands carry; without a
+/// token it can give none.
 std::string livePage(std::string text, std::string const& token);
 
 } // namespace watch

@@ -122,6 +122,10 @@ Routed WebServer::Site::admit(Request const& request, Response& response) {
 }
 
 Routed WebServer::Site::refuseCommand(Request const& request, Response& response) const {
+    if (!sendCommand) {
+        answer(response, FORBIDDEN, "Here one can only look on.");
+        return Routed::Handled;
+    }
     if (!Access::originAllowed(onlyHeader(request, "Origin"), onlyHeader(request, "Host"))) {
         answer(response, FORBIDDEN, "Commands are taken from this server's own page only.");
         return Routed::Handled;

@@ -18,7 +18,7 @@ public:
     static constexpr int MOST_STREAMS = 64;
 
     /// `sendCommand` hands a datagram to the soccer server, called from any thread; false: there is
-    /// none.
+    /// none. Without it nobody can give commands.
     WebServer(History& history, std::function<bool(std::string_view)> sendCommand);
     ~WebServer();
 

@@ -30,10 +30,8 @@ class Bridge:
                 if self.path == "/events":
                     bridge.stream(self)
                 elif self.path == "/":
-                    source = {"live": "/events", "commands": "/command", "token": TOKEN}
-                    self.answer(
-                        200, embed(page_file().read_text(encoding="utf-8"), source), "text/html"
-                    )
+                    page = embed(page_file().read_text(encoding="utf-8"), bridge.source)
+                    self.answer(200, page, "text/html")
                 else:
                     self.answer(404, "nothing here")
 
@@ -64,6 +62,7 @@ class Bridge:
 
         self.commands: list[dict[str, object]] = []
         self.refusal = ""
+        self.source = {"live": "/events", "commands": "/command", "token": TOKEN}
         self.history: list[tuple[str, str]] = []
         self.listeners: list[queue.Queue[tuple[str, str] | None]] = []
         self.lock = threading.Lock()

@@ -126,6 +126,26 @@ class LiveMatch(PageTest):
         self.assertEqual(self.page.message(), "")
         self.page.errors()
 
+    def test_what_the_server_says_is_told(self) -> None:
+        self.begin(1)
+        status: dict[str, object] = {"server": "waiting", "host": "x", "port": 6000, "version": 5}
+        self.bridge.send("status", json.dumps(status | {"text": "the server is silent"}))
+        self.page.wait(
+            lambda: "the server is silent" in self.page.find("live-status").text, "why it waits"
+        )
+        answer = "the server answers: (error no_such_player)"
+        self.bridge.send("status", json.dumps(status | {"server": "connected", "text": answer}))
+        self.page.wait(self.page.message, "the answer to a command")
+        self.assertEqual(self.page.message(), answer)
+        self.page.click("message-close")
+
+    def test_who_may_only_look_on_has_no_buttons(self) -> None:
+        self.bridge.source = {"live": "/events"}
+        self.begin(2)
+        self.wait_shown(1)
+        self.assertTrue(self.page.find("live-status").is_displayed())
+        self.assertFalse(self.page.find("live-referee").is_displayed())
+
     def test_broken_events_do_no_harm(self) -> None:
         self.begin(2)
         for kind, data in (

@@ -124,6 +124,7 @@ TEST(Page, LearnsWhereItsMatchIs) {
     EXPECT_EQ(page.wrong, "");
     EXPECT_EQ(livePage(page.text, "ab"),
               before + R"({"live":"/events","commands":"/command","token":"ab"}</script>x)");
+    EXPECT_EQ(livePage(page.text, ""), before + R"({"live":"/events"}</script>x)");
     for (char const* const other : {"", "<html>", "<script id=\"source\"", "<script id=\"source\">",
                                     R"(<script id="source">{"rcg":""}</script>)"}) {
         gamelog_test::TemporaryFile const wrong{std::string(other)};
@@ -138,13 +139,14 @@ TEST(Json, TextsAreQuoted) {
 
 TEST(Options, AreRead) {
     Options options;
-    char const* const good[] = {"host", "--port", "6001", "--http",    "0", "--address",
-                                "::1",  "--page", "p",    "--history", "10"};
+    char const* const good[] = {"host", "--port", "6001", "--http",    "0",  "--address",
+                                "::1",  "--page", "p",    "--history", "10", "--look-only"};
     EXPECT_EQ(readOptions(good, options), "");
     EXPECT_EQ(options.host + options.address + options.page, "host::1p");
     EXPECT_EQ(options.port, 6001);
     EXPECT_EQ(options.http, 0);
     EXPECT_EQ(options.history, 10u);
+    EXPECT_TRUE(options.lookOnly);
     for (char const* const bad : {"--port", "--nothing", "-p", "", "--history"}) {
         char const* const arguments[] = {bad};
         EXPECT_NE(readOptions(arguments, options), "") << bad;

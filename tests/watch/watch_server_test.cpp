@@ -7,7 +7,7 @@
 #include <thread>
 #include <unistd.h>
 
-#include "practice/Socket.h"
+#include "net/Socket.h"
 #include "tests/watch/Datagrams.h"
 #include "tests/watch/EventReader.h"
 #include "watch/Monitor.h"
@@ -46,7 +46,7 @@ public:
     void refuse(std::string_view why) const { door_.send(why, &guest_); }
     /// Lets the guest in: from now on it is spoken to from a port of its own.
     void admit(int seed = 1) {
-        own_.emplace(*practice::Socket::bound(*practice::makeAddress("127.0.0.1", 0)));
+        own_.emplace(*net::Socket::bound(*net::makeAddress("127.0.0.1", 0)));
         own_->connectTo(guest_);
         for (std::string const& datagram : parametersOf(seed)) {
             own_->send(datagram);
@@ -56,7 +56,7 @@ public:
     /// What the monitor has sent, with its NUL; empty if nothing comes.
     std::string command() {
         std::string text;
-        practice::Address sender{};
+        net::Address sender{};
         eventually([&] { return !(text = receive(*own_, sender)).empty(); });
         return text;
     }
@@ -64,17 +64,16 @@ public:
     void leave() { own_.reset(); }
 
 private:
-    static std::string receive(practice::Socket const& socket, practice::Address& sender) {
+    static std::string receive(net::Socket const& socket, net::Address& sender) {
         std::array<char, 1000> buffer{};
         std::string_view text;
-        bool const got =
-            socket.receive(buffer, text, sender) == practice::Socket::Arrival::datagram;
+        bool const got = socket.receive(buffer, text, sender) == net::Socket::Arrival::datagram;
         return got ? std::string(text) : std::string();
     }
 
-    practice::Socket door_ = *practice::Socket::bound(*practice::makeAddress("127.0.0.1", 0));
-    std::optional<practice::Socket> own_;
-    practice::Address guest_{};
+    net::Socket door_ = *net::Socket::bound(*net::makeAddress("127.0.0.1", 0));
+    std::optional<net::Socket> own_;
+    net::Address guest_{};
 };
 
 /// The program between them, with its threads.
@@ -84,7 +83,7 @@ public:
 
     explicit Bridge(int serverPort, milliseconds silence)
         : monitor_({.host = "localhost",
-                    .address = *resolve("127.0.0.1", serverPort),
+                    .address = *net::resolve("127.0.0.1", serverPort),
                     .silence = silence,
                     .redial = milliseconds(50)},
                    history_) {
@@ -357,6 +356,21 @@ TEST_F(Watching, RefusesWhatIsNotItsPages) {
     EXPECT_EQ(bridge.command(std::string(100'000, ' '), bridge.rightHeaders()), 413);
     EXPECT_EQ(bridge.command(body, bridge.rightHeaders()), 204);
     EXPECT_EQ(server.command(), std::string("(dispstart)\0", 12)); // the only one that came
+}
+
+TEST(LookOnly, CommandsAreRefused) {
+    History history(HISTORY);
+    WebServer web(history, nullptr);
+    ASSERT_EQ(web.bind("127.0.0.1", 0), "");
+    std::thread answering([&web] { web.run(Access("127.0.0.1", web.port(), "ab"), "the page"); });
+    httplib::Client client("127.0.0.1", web.port());
+    httplib::Headers const own{{"Origin", "http://127.0.0.1:" + std::to_string(web.port())},
+                               {"X-Token", "ab"}};
+    EXPECT_EQ(client.Post("/command", own, R"({"command":"kick_off"})", "application/json")->status,
+              403);
+    EXPECT_EQ(client.Get("/")->status, 200);
+    web.stop();
+    answering.join();
 }
 
 TEST_F(Watching, TellsWhomItHasNoPlaceFor) {

@@ -6,7 +6,8 @@ import {State} from "../state.js";
 import {byId, button, setAttribute, setText} from "./dom.js";
 
 /** @typedef {import("./gestures.js").Hands} Hands */
-/** @typedef {{live: string, commands: string, token: string}} LiveSource */
+/** @typedef {{live: string, commands?: string, token?: string}} LiveSource
+ * without `commands` one can only look on */
 /** @typedef {"drop_ball" | "free_left" | "free_right" | "move" | ""} Tool */
 
 /** Players are moved at most this often while they are dragged. */
@@ -60,6 +61,7 @@ export class Live {
     start(source) {
         this.source = source;
         byId("live").hidden = false;
+        byId("live-referee").hidden = source.commands === undefined;
         this.connect();
     }
 
@@ -113,13 +115,15 @@ export class Live {
     /** @param {string} text */
     takeStatus(text) {
         try {
-            const {server, host, port, version} = JSON.parse(text);
-            setText(
-                byId("live-status"),
-                server === "connected"
-                    ? `Connected to ${host}:${port}, monitor version ${version}`
-                    : `Waiting for a server at ${host}:${port}`,
-            );
+            const {server, host, port, version, text: remark = ""} = JSON.parse(text);
+            const connected = server === "connected";
+            const status = connected
+                ? `Connected to ${host}:${port}, monitor version ${version}`
+                : `Waiting for a server at ${host}:${port}`;
+            setText(byId("live-status"), remark && !connected ? `${status}: ${remark}` : status);
+            if (remark && connected) {
+                this.page.report(remark);
+            }
         } catch {
             setText(byId("live-status"), "The bridge sent a status that cannot be read.");
         }
@@ -138,14 +142,15 @@ export class Live {
 
     /** @param {Record<string, unknown>} command */
     async send(command) {
-        if (!this.source) {
+        const {commands, token = ""} = this.source ?? {};
+        if (commands === undefined) {
             return;
         }
         try {
-            const answer = await fetch(this.source.commands, {
+            const answer = await fetch(commands, {
                 method: "POST",
                 body: JSON.stringify(command),
-                headers: {"Content-Type": "application/json", "X-Token": this.source.token},
+                headers: {"Content-Type": "application/json", "X-Token": token},
             });
             if (!answer.ok) {
                 this.page.report(
