@@ -159,7 +159,7 @@ class Game:
             # A server that takes no monitors is given a moment.
             if time.monotonic() - start > (JOINING if self._monitor.sight.steps else 0.4):
                 return
-            time.sleep(0.02)
+            self._monitor.wait(0.02)
 
     def _await_port(self, program: Program, port: int, what: str) -> None:
         def listens() -> bool:
@@ -187,7 +187,7 @@ class Game:
             limit = 2 * expected_duration(self._settings.half_cycles) + SILENCE
             if time.monotonic() > (heard + SILENCE if steps else started + limit):
                 return
-            time.sleep(0.05)
+            time.sleep(0.02 if self._settings.fast else 0.05)
 
     def _look(self) -> Sight:
         sight = self._monitor.look()
@@ -212,14 +212,16 @@ class Game:
 
     def finish(self) -> MatchOutcome:
         """Stops everybody and puts together what is known."""
-        if not self.wants_to_stop():
+        fast = self._settings.fast
+        if not fast and not self.wants_to_stop():
             time.sleep(0.5)  # in which the last commands arrive
         everybody = [player for side in self._players for player in side]
         server_usage = self._server.usage() if self._server.runs() else None
         over = self._is_over()
         if over:
             teams.stop(everybody)
-            wait_until(lambda: not self._server.runs(), 15)
+            if not fast:  # else every command has been answered
+                wait_until(lambda: not self._server.runs(), 15)
         # Before its time the server goes first: it would count players that leave as lost.
         end_all([self._server])
         if not over:

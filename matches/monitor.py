@@ -1,6 +1,7 @@
 """Looks on at a match as a monitor does, on any server of the field."""
 
 import re
+import select
 import socket
 from contextlib import suppress
 from dataclasses import dataclass, field, replace
@@ -102,6 +103,10 @@ class Monitor:
         if sight is not None:
             self.sight = replace(sight, steps=steps)
         return self.sight
+
+    def wait(self, seconds: float) -> None:
+        """Until something comes, or so long."""
+        select.select([self._socket], [], [], seconds)
 
     def discard(self, side: str, number: int) -> None:
         """Takes a player (of side l or r) off the pitch; only after something has been seen."""

@@ -126,12 +126,12 @@ class Signals:
 
 
 def wait_until(condition: Callable[[], bool], seconds: float) -> bool:
-    """Looks twenty times a second; false when the time is over before it holds."""
+    """Looks a hundred times a second; false when the time is over before it holds."""
     end = time.monotonic() + seconds
     while not condition():
         if time.monotonic() > end:
             return False
-        time.sleep(0.05)
+        time.sleep(0.01)
     return True
 
 

@@ -15,6 +15,7 @@
 
 namespace practice {
 
+using std::chrono::milliseconds;
 using std::string_view_literals::operator""sv;
 
 namespace {
@@ -97,7 +98,7 @@ void Server::runInRealTime(Stop& stop) {
         next += POLL_TIME;
         std::this_thread::sleep_until(next);
         if (Clock::now() > next + LONGEST_CATCH_UP) next = Clock::now();
-        readClients();
+        readClients(milliseconds::zero());
         monitors_.poll(match_);
         if (trainer_) trainer_->poll(match_);
         bool const stepped = match_.poll();
@@ -121,16 +122,17 @@ void Server::readDoor() {
     }
 }
 
-/// The door, and of the players' sockets those where something waits: to ask all of them costs more
-/// than to read.
-void Server::readClients() {
-    readDoor();
-    Table<pollfd, MAX_PLAYERS> inputs{};
+/// Of the door and the players' sockets those where something waits, or comes within the patience:
+/// to read all of them in vain costs more.
+void Server::readClients(milliseconds patience) {
+    Table<pollfd, MAX_PLAYERS + 1> inputs{};
     for (int i = 0; i < MAX_PLAYERS; ++i) {
         // A descriptor below zero is passed over.
         inputs[i] = {clients_[i] ? clients_[i]->socket.descriptor() : -1, POLLIN, 0};
     }
-    if (::poll(inputs.data(), inputs.size(), 0) < 1) return;
+    inputs.back() = {door_.descriptor(), POLLIN, 0};
+    if (::poll(inputs.data(), inputs.size(), static_cast<int>(patience.count())) < 1) return;
+    if (inputs.back().revents != 0) readDoor();
     for (int i = 0; i < MAX_PLAYERS; ++i) {
         if (inputs[i].revents != 0) readClient(i);
     }

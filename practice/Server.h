@@ -72,7 +72,7 @@ private:
     void noteSilence(int player);
 
     void readDoor();
-    void readClients();
+    void readClients(std::chrono::milliseconds patience);
     void readClient(int player);
     void hear(int player, std::string_view datagram);
     void admit(std::string_view datagram, net::Address const& sender);

@@ -71,9 +71,8 @@ void Server::spendHeldTime(Stop& stop, std::function<bool()> const& isOver) {
     constexpr milliseconds REST{5};
     auto const end = Clock::now() + STEP_TIME;
     while (stop == 0 && !isOver() && Clock::now() < end) {
-        std::this_thread::sleep_for(REST);
         long const before = match_.world().joinedCount();
-        readClients();
+        readClients(REST);
         for (int i = 0; i < MAX_PLAYERS; ++i) {
             noteAnswer(i);
             if (clients_[i]) clients_[i]->heard = 0;

@@ -40,11 +40,12 @@ def tools_missing(machines: Path | None) -> list[str]:
 def usual_jobs(plan: Plan) -> int:
     """How many matches this machine bears at once.
 
-    A synchronous match keeps a processor busy with its server and others with its players, in turn.
-    In real time 22 players need little, but they need it at once.
+    A synchronous match keeps a processor busy with its server and others with its players, in turn;
+    one more fills the pauses in which others begin and end. In real time 22 players need little,
+    but they need it at once.
     """
     processors = len(os.sched_getaffinity(0))
-    return processors if plan.synchronous else max(1, processors // 2)
+    return processors + 1 if plan.synchronous else max(1, processors // 2)
 
 
 def time_limit(plan: Plan) -> float:
