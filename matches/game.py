@@ -214,14 +214,13 @@ class Game:
         """Stops everybody and puts together what is known."""
         fast = self._settings.fast
         if not fast and not self.wants_to_stop():
-            time.sleep(0.5)  # in which the last commands arrive
+            time.sleep(0.5)  # in which the last commands arrive; a clock that waits has them all
         everybody = [player for side in self._players for player in side]
         server_usage = self._server.usage() if self._server.runs() else None
         over = self._is_over()
         if over:
             teams.stop(everybody)
-            if not fast:  # else every command has been answered
-                wait_until(lambda: not self._server.runs(), 15)
+            wait_until(lambda: not self._server.runs(), 15)
         # Before its time the server goes first: it would count players that leave as lost.
         end_all([self._server])
         if not over:

@@ -3,7 +3,7 @@
 import shutil
 import signal
 from argparse import ArgumentTypeError
-from collections.abc import Callable, Iterator, Sequence
+from collections.abc import Callable, Iterable, Iterator, Sequence
 from contextlib import contextmanager
 from dataclasses import dataclass
 from pathlib import Path
@@ -14,6 +14,7 @@ from matches import options
 from matches.experiments.engine import Where, check_jobs
 from matches.experiments.entrants import Bundle, Entrant
 from matches.experiments.plan import FILE, Plan
+from matches.experiments.rows import FIRST_TRY, PLAYED, Row
 from matches.experiments.runs import Run, disk_needed
 from matches.locks import Lock
 from matches.places import work_folder
@@ -129,6 +130,18 @@ def tell_disk(plan: Plan, comparisons: int, folder: Path, command: str) -> None:
         f"of {free / 1e9:.1f} GB that are free")
     if needed > free:
         raise Failure("the logs will not find room on this disk", "Try --keep-logs telling")
+
+
+def tell_trouble(command: str, run: Run, matches: Iterable[Row]) -> None:
+    """Of matches that failed, and of those that were played twice."""
+    for row in matches:
+        folder = run.folder_of(row.game)
+        if row.status != PLAYED:
+            fault = row.played.fault
+            say(command, f"FAILED: {row.game}: {fault}; all of it is in {shown(folder)}/")
+        elif row.stumbled:
+            say(command, f"STUMBLED: {row.game}: {row.stumbled}; not so when it was played again, "
+                f"and that counts; the first try is in {shown(folder / FIRST_TRY)}/")
 
 
 def _heed_signals() -> None:

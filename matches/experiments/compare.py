@@ -18,6 +18,7 @@ from matches.experiments.common import (
     free_folder,
     open_run,
     tell_disk,
+    tell_trouble,
 )
 from matches.experiments.engine import Where
 from matches.experiments.entrants import KEYS, entries_of, find_entrant, own_revision
@@ -172,9 +173,7 @@ def _tell(run: Run, found: list[Series]) -> None:
     for series in found:
         console.print("")
         console.print(summary_table(run.plan, series))
-        for row in series.failed:
-            say("compare", f"FAILED: {row.game}: {row.played.fault}; all of it is in "
-                f"{shown(run.folder_of(row.game))}/")
+        tell_trouble("compare", run, [*series.failed, *series.stumbled])
     console.print("")
     write_report(run, found, run.folder / "report.html")
     say("compare", f"results.csv and report.html are in {shown(run.folder)}/")

@@ -12,6 +12,8 @@ from typing import Any
 
 FILE = "row.json"
 FOLDER = "games"
+FIRST_TRY = "first-try"
+"""Beside the row: all that is left of the match that stumbled."""
 DROPPED = "logs-dropped"
 """Says that logs beside the row have been removed on purpose."""
 
@@ -40,6 +42,8 @@ class Row:
     status: str
     """`PLAYED`, or `FAILED` when a player or the server did not come through."""
     played: Played
+    stumbled: str = ""
+    """What went wrong at first, but not when it was played again."""
     heat: dict[str, list[int]] = field(default_factory=dict)
     """Where the ball and both sides' players were."""
     files: dict[str, int] = field(default_factory=dict)
@@ -73,7 +77,8 @@ def read_row(folder: Path) -> Row | None:
 
 
 def drop_logs(folder: Path, row: Row) -> None:
-    """Removes what lies beside the row."""
+    """Removes what lies beside the row, but for a first try."""
     (folder / DROPPED).touch()
     for name in row.files:
-        (folder / name).unlink(missing_ok=True)
+        if not name.startswith(FIRST_TRY):
+            (folder / name).unlink(missing_ok=True)

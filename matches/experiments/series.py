@@ -62,6 +62,11 @@ class Series:
         return self.decision is not Decision.OPEN or not self.missing
 
     @property
+    def stumbled(self) -> list[Row]:
+        """Matches that count, but were played twice."""
+        return [row for pair in self.pairs for row in pair.rows if row.stumbled]
+
+    @property
     def differences(self) -> list[float]:
         """One number a pair."""
         return [pair.difference for pair in self.pairs]

@@ -44,6 +44,8 @@ def facts(plan: Plan, series: Series) -> list[tuple[str, str]]:
         ("likelihood of superiority", f"{100 * series.superiority:.1f} %"),
         ("verdict", verdict(plan, series)),
     ]
+    if series.stumbled:
+        lines.insert(1, ("matches played twice", f"{len(series.stumbled)} (a busy machine)"))
     if series.failed:
         lines.insert(1, ("matches that failed", f"{len(series.failed)} (not counted)"))
     return lines

@@ -11,7 +11,14 @@ from rich.console import Console
 from rich.table import Table
 
 from matches import options
-from matches.experiments.common import Wish, experiment_parser, fill, free_folder, open_run
+from matches.experiments.common import (
+    Wish,
+    experiment_parser,
+    fill,
+    free_folder,
+    open_run,
+    tell_trouble,
+)
 from matches.experiments.engine import Where
 from matches.experiments.entrants import KEYS, entries_of, find_league_team, own_revision
 from matches.experiments.line import Line
@@ -188,8 +195,5 @@ def _tell(run: Run, names: Mapping[str, str], matches: Sequence[tuple[Game, Row]
     console.print(table)
     with (run.folder / "table.txt").open("w") as file:
         Console(file=file, width=80).print(table)
-    for _, row in matches:
-        if row.status != PLAYED:
-            say("tournament", f"FAILED: {row.game}: {row.played.fault}; all of it is in "
-                f"{shown(run.folder_of(row.game))}/")
+    tell_trouble("tournament", run, [row for _, row in matches])
     say("tournament", f"table.txt, results.csv and the logs are in {shown(run.folder)}/")

@@ -114,6 +114,22 @@ class Compare(MatchCase):
         status, words = self.run_it("--resume", "--matches", "20")
         self.assertIn("pairs of matches            9", words)
 
+    def test_what_goes_wrong_just_once_is_played_again(self) -> None:
+        process = self.start_command(
+            "compare", "strong.conf", "base.conf", "--out", "run", "--half-cycles", "20",
+            "--matches", "4", STUB_AGENT="strong:3:5:7", STUB_ONCE=str(self.folder / "once"),
+        )
+        words = process.communicate()[0]
+        self.assertEqual(process.returncode, 3, words)
+        self.assertRegex(words, r"STUMBLED: A-B-000\d-\d: strong 3 ended with status 7")
+        self.assertIn("matches played twice        1", words)
+        (first,) = self.folder.glob("run/games/*/first-try")
+        self.assertIn("had enough", (first / "left/player-3.err").read_text()
+                      if first.parent.name.endswith("1")
+                      else (first / "right/player-3.err").read_text())
+        rows = list(csv.DictReader(self.results().splitlines()))
+        self.assertEqual([row["status"] for row in rows], 4 * ["played"])
+
     def test_listed_commands_stand_alone(self) -> None:
         status, words = self.run_it("--list", "--matches", "4")
         commands = [line for line in words.splitlines() if "one-match" in line]
