@@ -16,7 +16,7 @@
 namespace practice {
 
 using std::chrono::milliseconds;
-using std::string_view_literals::operator""sv;
+using namespace std::string_view_literals;
 
 namespace {
 

@@ -236,7 +236,7 @@ def _method(run: Run) -> str:
 {escape(plan.revision)}. Matches come in pairs of one seed with the sides swapped; a pair is one
 observation. A sequential test (two generalised probability ratio tests, spread unknown) decides
 after each pair: teams that are equal are called different in at most
-{100 * plan.error:g}&nbsp;% of such experiments, and a difference of {plan.difference:g} goals is missed in at most
-{100 * plan.error:g}&nbsp;%.{shared} Intervals are Student's for a fixed number of
+{100 * plan.error:g}&nbsp;% of such experiments, and a difference of {plan.difference:g} goals is
+missed in at most {100 * plan.error:g}&nbsp;%.{shared} Intervals are Student's for a fixed number of
 pairs; a test that stops early makes them cover a little less than they say. Elo comes from the mean
 score. All matches are in <a href="results.csv">results.csv</a>. Written {today}.</p></section>"""

@@ -42,12 +42,12 @@ class Row:
     status: str
     """`PLAYED`, or `FAILED` when a player or the server did not come through."""
     played: Played
-    stumbled: str = ""
-    """What went wrong at first, but not when it was played again."""
     heat: dict[str, list[int]] = field(default_factory=dict)
     """Where the ball and both sides' players were."""
     files: dict[str, int] = field(default_factory=dict)
     """What lies beside the row, with sizes."""
+    stumbled: str = ""
+    """What went wrong at first, but not when it was played again."""
     seconds: float = 0.0
     cpu_seconds: float = 0.0
     machine: str = ""
