@@ -11,6 +11,7 @@ import numpy as np
 from matplotlib.colors import LinearSegmentedColormap
 from matplotlib.figure import Figure
 from matplotlib.patches import Arc, Rectangle
+from matplotlib.ticker import MaxNLocator
 
 from matches.experiments.arithmetic import Estimate, Floats, running_estimates
 from matches.experiments.heat import COLUMNS, LENGTH, ROWS, WIDTH
@@ -187,6 +188,8 @@ def tried(trials: Sequence[tuple[float, Estimate]], best: float, label: str) -> 
             axes.plot(
                 [value], [estimate.value], "o", color=FIRST, markerfacecolor=face, markersize=5
             )
+        if all(value.is_integer() for value, _ in trials):
+            axes.xaxis.set_major_locator(MaxNLocator(integer=True))
         axes.set_xlabel(label)
         axes.set_ylabel("goals a match")
         return _svg(figure, f"gain over {label}")
