@@ -104,7 +104,7 @@ void readLog(benchmark::State& state, Reader (*open)()) {
     open(); // the first call makes the log
     for ([[maybe_unused]] auto _ : state) {
         Reader reader = open();
-        while (Record const* const record = reader.next()) {
+        while (Record const* record = reader.next()) { // what is kept must not be const
             benchmark::DoNotOptimize(record);
         }
         if (!reader.error().empty()) state.SkipWithError(reader.error().c_str());

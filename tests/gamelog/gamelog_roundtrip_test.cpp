@@ -1,6 +1,7 @@
 // What was read is written again byte for byte: real logs, a monitor's datagrams, and shows of
 // random values.
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <random>
 #include <sstream>
