@@ -57,8 +57,8 @@ private:
         pollfd input{socket_->descriptor(), POLLIN, 0};
         std::string_view text;
         if (::poll(&input, 1, milliseconds) < 1) return false;
-        if (socket_->receive(buffer_, text, server_) != net::Socket::Arrival::datagram)
-            return false;
+        auto const arrival = socket_->receive(buffer_, text, server_);
+        if (arrival != net::Socket::Arrival::datagram) return false;
         kind_ = text.substr(0, text.find_first_of(std::string_view(" \0", 2)));
         if (kind_ == "(init") kind_ = text;
         return true;
