@@ -19,9 +19,10 @@ bool isComplaint(std::string_view text) {
 }
 
 /// A record takes exactly one line, and a line of an event stream ends at any of these.
+constexpr std::string_view LINE_ENDS("\n\r\0", 3);
+
 void keepOnOneLine(std::string& text, std::size_t from) {
-    constexpr std::string_view ENDS("\n\r\0", 3);
-    for (std::size_t i = from; (i = text.find_first_of(ENDS, i)) != std::string::npos;) {
+    for (std::size_t i = from; (i = text.find_first_of(LINE_ENDS, i)) != std::string::npos;) {
         text[i] = ' ';
     }
 }
@@ -52,15 +53,16 @@ void Recorder::connect(int monitorVersion) {
 }
 
 Recorder::Taken Recorder::take(std::string_view datagram) {
-    while (datagram.ends_with('\0')) {
-        datagram.remove_suffix(1);
-    }
+    datagram = datagram.substr(0, datagram.find_last_not_of(LINE_ENDS) + 1);
     if (isComplaint(datagram)) {
         complaint_ = datagram;
         keepOnOneLine(complaint_, 0);
         return Taken::complaint;
     }
     if (gamelog::readLine(datagram, record_)) return Taken::unreadable;
+    // Only what is said may hold such characters: a name would fall apart.
+    bool const oneLine = datagram.find_first_of(LINE_ENDS) == std::string_view::npos;
+    if (!oneLine && !std::holds_alternative<gamelog::Msg>(record_)) return Taken::unreadable;
     return takeRecord();
 }
 

@@ -179,8 +179,9 @@ TEST_F(Recording, HostileTextsStayOneLine) {
     EXPECT_EQ(page.resets, 0);
     EXPECT_TRUE(page.log.ends_with("(msg 10 1 \"a event: reset data: x    \")\n"));
     std::size_t const before = history.size();
-    for (auto const& bad : {"(show 11 ((b) 0 0 0 0))"sv, "(show"sv, ""sv, "\0"sv, "(unknown 1)"sv,
-                            "(playmode 11 play_on"sv}) {
+    for (auto const& bad :
+         {"(show 11 ((b) 0 0 0 0))"sv, "(show"sv, ""sv, "\0"sv, "(unknown 1)"sv,
+          "(playmode 11 play_on"sv, "(player_type (id 0)(\rplayer_size 0.3))"sv}) {
         EXPECT_EQ(recorder.take(bad), Taken::unreadable) << bad;
     }
     EXPECT_EQ(history.size(), before);
