@@ -49,9 +49,9 @@ def usual_jobs(plan: Plan) -> int:
 
 
 def time_limit(plan: Plan) -> float:
-    """Seconds after which a match will not end any more."""
+    """Seconds after which a match will not end any more; time for a second try is among them."""
     if plan.synchronous:
-        return 60 + 2 * plan.half_cycles / SLOWEST
+        return 2 * (60 + 2 * plan.half_cycles / SLOWEST)
     return 2 * expected_duration(plan.half_cycles) + 180
 
 

@@ -92,6 +92,7 @@ def _play_and_keep(run: Path, plan: Plan, game: Game, work: Path) -> None:
 
 def _play(run: Path, plan: Plan, game: Game, folder: Path, kept: Path) -> Row:
     """Plays, and keeps the logs: of a match that failed everything there is."""
+    shutil.rmtree(folder, ignore_errors=True)
     kept.mkdir(parents=True)
     try:
         played = (
